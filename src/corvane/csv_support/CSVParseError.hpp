@@ -1,0 +1,30 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace corvane {
+
+// A failure of the CSV state machine. `what()` is the message.
+class CSVParseError : public std::runtime_error {
+public:
+    enum class Case { generic, quotation };
+
+    static CSVParseError generic(std::string message) {
+        return CSVParseError(Case::generic, std::move(message));
+    }
+    static CSVParseError quotation(std::string message) {
+        return CSVParseError(Case::quotation, std::move(message));
+    }
+
+    Case kind() const { return case_; }
+    std::string message() const { return what(); }
+
+private:
+    CSVParseError(Case c, std::string message) : std::runtime_error(std::move(message)), case_(c) {}
+
+    Case case_;
+};
+
+} // namespace corvane

@@ -1,0 +1,60 @@
+#include "corvane/csv_support/CSVReader.hpp"
+
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+
+namespace corvane {
+
+namespace {
+
+std::string readFileBytes(const std::filesystem::path& url) {
+    std::ifstream in(url, std::ios::binary);
+    if (!in) {
+        const int err = errno != 0 ? errno : ENOENT;
+        throw std::filesystem::filesystem_error("cannot open file", url,
+                                                std::error_code(err, std::generic_category()));
+    }
+    std::string bytes;
+    std::error_code ec;
+    const auto size = std::filesystem::file_size(url, ec);
+    if (!ec) bytes.reserve(static_cast<std::size_t>(size));
+    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    if (in.bad())
+        throw std::filesystem::filesystem_error("cannot read file", url,
+                                                std::make_error_code(std::errc::io_error));
+    return bytes;
+}
+
+} // namespace
+
+template <CSVView View>
+CSVReader<View>::CSVReader(std::string text, std::optional<CSVDelimiter> delimiter, bool loadColumns,
+                           bool hasHeader, std::optional<std::size_t> rowLimit)
+    : text_(std::move(text)), delimiter_(delimiter.value_or(CSVDelimiter::guessed(text_))),
+      content_(text_, delimiter_, loadColumns, hasHeader, rowLimit) {}
+
+template <CSVView View>
+CSVReader<View> CSVReader<View>::fromString(std::string string, std::optional<CSVDelimiter> delimiter,
+                                            bool loadColumns, bool hasHeader,
+                                            std::optional<std::size_t> rowLimit) {
+    return CSVReader(std::move(string), delimiter, loadColumns, hasHeader, rowLimit);
+}
+
+template <CSVView View>
+CSVReader<View> CSVReader<View>::fromFile(const std::filesystem::path& url,
+                                          std::optional<CSVDelimiter> delimiter, const TextEncoding& encoding,
+                                          bool loadColumns, bool hasHeader) {
+    std::optional<std::string> text = encoding.decode(readFileBytes(url));
+    if (!text)
+        throw std::filesystem::filesystem_error("file is not text in " + encoding.name(), url,
+                                                std::make_error_code(std::errc::illegal_byte_sequence));
+    static constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF"; // U+FEFF in UTF-8
+    if (text->starts_with(byteOrderMark)) text->erase(0, byteOrderMark.size());
+    return CSVReader(std::move(*text), delimiter, loadColumns, hasHeader, std::nullopt);
+}
+
+template class CSVReader<NamedCSVView>;
+template class CSVReader<EnumeratedCSVView>;
+
+} // namespace corvane

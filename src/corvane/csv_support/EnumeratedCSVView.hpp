@@ -1,0 +1,41 @@
+#pragma once
+
+#include "corvane/csv_support/CSVDelimiter.hpp"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+// A CSV table whose rows are lists of fields, with an optional header row.
+class EnumeratedCSVView {
+public:
+    using Row = std::vector<std::string>;
+
+    // One column: its header name (or its index in decimal) and its values.
+    struct Column {
+        std::string header;
+        std::vector<std::string> rows;
+        friend bool operator==(const Column&, const Column&) = default;
+    };
+    using Columns = std::vector<Column>;
+
+    EnumeratedCSVView() = default;
+    // Throws CSVParseError.
+    EnumeratedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
+                      bool hasHeader = true, std::optional<std::size_t> rowLimit = std::nullopt);
+
+    const std::vector<std::string>& header() const { return header_; }
+    const std::vector<Row>& rows() const { return rows_; }
+    const std::optional<Columns>& columns() const { return columns_; }
+
+private:
+    std::vector<std::string> header_;
+    std::vector<Row> rows_;
+    std::optional<Columns> columns_;
+};
+
+} // namespace corvane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "corvane/csv_support/CSVDelimiter.hpp"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace corvane {
+
+// A CSV table whose rows are dictionaries keyed by the names of its first row.
+class NamedCSVView {
+public:
+    using Row = std::unordered_map<std::string, std::string>;
+    using Columns = std::unordered_map<std::string, std::vector<std::string>>;
+
+    NamedCSVView() = default;
+    // The first row is always the header; `hasHeader` is accepted for symmetry
+    // with EnumeratedCSVView. Throws CSVParseError.
+    NamedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
+                 bool hasHeader = true, std::optional<std::size_t> rowLimit = std::nullopt);
+
+    const std::vector<std::string>& header() const { return header_; }
+    const std::vector<Row>& rows() const { return rows_; }
+    // Each header name with its values in row order, when asked for.
+    const std::optional<Columns>& columns() const { return columns_; }
+
+private:
+    std::vector<std::string> header_;
+    std::vector<Row> rows_;
+    std::optional<Columns> columns_;
+};
+
+} // namespace corvane

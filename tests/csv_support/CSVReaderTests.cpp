@@ -1,0 +1,117 @@
+#include "corvane/csv_support/CSVParseError.hpp"
+#include "corvane/csv_support/CSVReader.hpp"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <unistd.h>
+
+using namespace corvane;
+namespace fs = std::filesystem;
+
+namespace {
+
+// A file in a fresh temporary folder, removed with the fixture.
+class CSVFileTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir_ = fs::temp_directory_path() / ("corvane-csv-reader-" + std::to_string(::getpid()) + "-" +
+                                            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::create_directories(dir_);
+    }
+    void TearDown() override { fs::remove_all(dir_); }
+
+    fs::path write(const std::string& name, std::string_view bytes) {
+        const fs::path path = dir_ / name;
+        std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        return path;
+    }
+
+    fs::path dir_;
+};
+
+} // namespace
+
+TEST(NamedCSVView, RowsAreKeyedByTheFirstRow) {
+    const NamedCSVView view("name,age\nann,31,extra\nbob\n", CSVDelimiter::comma(), true);
+    EXPECT_EQ(view.header(), (std::vector<std::string>{"name", "age"}));
+    ASSERT_EQ(view.rows().size(), 2u);
+    EXPECT_EQ(view.rows()[0], (NamedCSVView::Row{{"name", "ann"}, {"age", "31"}}));
+    EXPECT_EQ(view.rows()[1], (NamedCSVView::Row{{"name", "bob"}, {"age", ""}}));
+    ASSERT_TRUE(view.columns());
+    EXPECT_EQ(view.columns()->at("age"), (std::vector<std::string>{"31", ""}));
+
+    // hasHeader does not change the named view; the row limit counts data rows.
+    const NamedCSVView limited("a\n1\n2\n3", CSVDelimiter::comma(), false, false, 2);
+    EXPECT_EQ(limited.header(), (std::vector<std::string>{"a"}));
+    EXPECT_EQ(limited.rows().size(), 2u);
+    EXPECT_FALSE(limited.columns());
+
+    const NamedCSVView empty("", CSVDelimiter::comma(), true);
+    EXPECT_TRUE(empty.header().empty());
+    EXPECT_TRUE(empty.rows().empty());
+}
+
+TEST(EnumeratedCSVView, HeaderAndColumns) {
+    const EnumeratedCSVView withHeader("a,b\n1,2\n3\n", CSVDelimiter::comma(), true, true);
+    EXPECT_EQ(withHeader.header(), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(withHeader.rows(), (std::vector<std::vector<std::string>>{{"1", "2"}, {"3"}}));
+    EXPECT_EQ(*withHeader.columns(), (EnumeratedCSVView::Columns{{"a", {"1", "3"}}, {"b", {"2", ""}}}));
+
+    // Without a header, columns are named by index and counted from the first row.
+    const EnumeratedCSVView noHeader("1,2\n3,4,5\n", CSVDelimiter::comma(), true, false);
+    EXPECT_TRUE(noHeader.header().empty());
+    EXPECT_EQ(noHeader.rows().size(), 2u);
+    EXPECT_EQ(*noHeader.columns(), (EnumeratedCSVView::Columns{{"0", {"1", "3"}}, {"1", {"2", "4"}}}));
+}
+
+TEST(CSVReader, GuessesTheDelimiterUnlessGiven) {
+    auto guessed = CSVReader<EnumeratedCSVView>::fromString("a;b\n1;2,5\n");
+    EXPECT_EQ(guessed.delimiter(), CSVDelimiter::semicolon());
+    EXPECT_EQ(guessed.content().rows().front(), (std::vector<std::string>{"1", "2,5"}));
+
+    auto given = CSVReader<EnumeratedCSVView>::fromString("a;b\n1;2,5\n", CSVDelimiter::comma());
+    EXPECT_EQ(given.content().header(), (std::vector<std::string>{"a;b"}));
+    EXPECT_EQ(given.text(), "a;b\n1;2,5\n");
+
+    EXPECT_THROW(CSVReader<NamedCSVView>::fromString("a\n\"x\"y"), CSVParseError);
+}
+
+TEST_F(CSVFileTest, ByteOrderMarksAreDropped) {
+    auto utf8 = CSVReader<NamedCSVView>::fromFile(write("bom.csv", "\xEF\xBB\xBFid;v\n1;\xC3\xA9"));
+    EXPECT_EQ(utf8.delimiter(), CSVDelimiter::semicolon());
+    EXPECT_EQ(utf8.content().header(), (std::vector<std::string>{"id", "v"}));
+    EXPECT_EQ(utf8.content().rows().front().at("v"), "\u00E9");
+
+    auto onlyBOM = CSVReader<EnumeratedCSVView>::fromFile(write("only.csv", "\xEF\xBB\xBF"), std::nullopt,
+                                                          TextEncoding::utf8(), false, false);
+    EXPECT_TRUE(onlyBOM.content().rows().empty());
+    EXPECT_TRUE(onlyBOM.text().empty());
+
+    // UTF-16BE keeps its mark through the converter; the reader drops it.
+    const std::string be("\xFE\xFF\0a\0,\0b", 8);
+    auto utf16 = CSVReader<EnumeratedCSVView>::fromFile(write("be.csv", be), std::nullopt,
+                                                        TextEncoding::utf16BigEndian(), false, false);
+    EXPECT_EQ(utf16.content().rows().front(), (std::vector<std::string>{"a", "b"}));
+}
+
+TEST_F(CSVFileTest, OtherEncodingsAndDetection) {
+    const fs::path latin1 = write("latin1.csv", "name\ncaf\xE9\n");
+    auto read = CSVReader<EnumeratedCSVView>::fromFile(latin1, std::nullopt, TextEncoding::isoLatin1());
+    EXPECT_EQ(read.content().rows().front().front(), "caf\u00E9");
+
+    // The same bytes are not UTF-8.
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(latin1), fs::filesystem_error);
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_ / "missing.csv"), fs::filesystem_error);
+
+    const std::string le("\xFF\xFEx\0,\0y\0", 8);
+    auto detected = CSVReader<EnumeratedCSVView>::fromFile(write("le.csv", le), std::nullopt,
+                                                           TextEncoding::automatic(), false, false);
+    EXPECT_EQ(detected.content().rows().front(), (std::vector<std::string>{"x", "y"}));
+
+    EXPECT_EQ(TextEncoding::detect("plain,ascii"), TextEncoding::utf8());
+    EXPECT_FALSE(TextEncoding::named("no-such-charset"));
+    EXPECT_EQ(TextEncoding::named("latin1")->codeUnitBits(), 8);
+    EXPECT_EQ(TextEncoding::utf16LittleEndian().codeUnitBits(), 16);
+    EXPECT_EQ(TextEncoding::utf32().codeUnitBits(), 32);
+}
