@@ -1,0 +1,255 @@
+#include "corvane/tag_storages/FinderResources.hpp"
+
+#include "support/TemporaryFolder.hpp"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+using namespace corvane;
+using testing::ElementsAre;
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path makeFile(const fs::path& path, const std::string& content = "content") {
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+}
+
+std::string fileContent(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// The raw attribute value, or nothing.
+std::optional<std::string> attribute(const fs::path& path, const char* name) {
+    char buffer[4096];
+    ssize_t size = getxattr(path.c_str(), name, buffer, sizeof buffer);
+    if (size < 0) return std::nullopt;
+    return std::string(buffer, static_cast<size_t>(size));
+}
+
+FinderResources readAt(const fs::path& path) {
+    FinderResources resources;
+    resources.read(path);
+    return resources;
+}
+
+class FinderResourcesTest : public testing::Test {
+protected:
+    test::TemporaryFolder folder{"corvane-finder"};
+    fs::path file = makeFile(folder / "photo.jpg");
+};
+
+// A ramfs volume: no birth time and no user extended attributes. Needs the right
+// to mount (root in CI); tests skip otherwise.
+class PlainVolume {
+public:
+    explicit PlainVolume(const fs::path& where) : where_(where) {
+        fs::create_directories(where_);
+        if (mount("corvane-test", where_.c_str(), "ramfs", MS_NOSUID | MS_NODEV, "") == 0)
+            mounted_ = true;
+        else
+            reason_ = std::string("cannot mount a ramfs volume: ") + std::strerror(errno);
+    }
+    ~PlainVolume() {
+        if (mounted_) umount2(where_.c_str(), MNT_DETACH);
+    }
+    bool mounted() const { return mounted_; }
+    const std::string& reason() const { return reason_; }
+
+private:
+    fs::path where_;
+    bool mounted_ = false;
+    std::string reason_;
+};
+
+} // namespace
+
+TEST_F(FinderResourcesTest, NothingSetIsEmptyAndWritesNothing) {
+    FinderResources resources;
+    EXPECT_TRUE(resources.isEmpty());
+    resources.setFinderTags(std::vector<std::string>{});
+    EXPECT_FALSE(resources.isEmpty()) << "an empty list of tags is not absent";
+
+    const auto before = fs::last_write_time(file);
+    FinderResources().write(file);
+    EXPECT_EQ(fs::last_write_time(file), before);
+    EXPECT_FALSE(attribute(file, FinderResources::creationDateAttribute));
+    EXPECT_FALSE(attribute(file, FinderResources::tagsAttribute));
+}
+
+TEST_F(FinderResourcesTest, RoundTripOfDatesAndTags) {
+    FinderResources written;
+    written.setCreateDate(Date(1262304000.25));     // 2010-01-01 00:00:00.25 UTC
+    written.setModifyDate(Date(1714564800.123456)); // keeps sub-second precision
+    written.setFinderTags(std::vector<std::string>{"Red", "Holiday 2024", "Paris, France", "a\\b"});
+    written.write(file);
+
+    FinderResources read = readAt(file);
+    ASSERT_TRUE(read.createDate() && read.modifyDate() && read.finderTags());
+    EXPECT_NEAR(read.createDate()->timeIntervalSince1970(), 1262304000.25, 1e-6);
+    EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1714564800.123456, 1e-6);
+    EXPECT_THAT(*read.finderTags(), ElementsAre("Red", "Holiday 2024", "Paris, France", "a\\b"));
+
+    // What other programs see: the file's mtime and the freedesktop tag list.
+    struct stat info {};
+    ASSERT_EQ(stat(file.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mtim.tv_sec, 1714564800);
+    EXPECT_NEAR(info.st_mtim.tv_nsec, 123456000, 1000);
+    EXPECT_EQ(attribute(file, FinderResources::tagsAttribute), "Red,Holiday 2024,Paris\\, France,a\\\\b");
+    EXPECT_EQ(attribute(file, FinderResources::creationDateAttribute), "2010-01-01T00:00:00.250000Z");
+}
+
+TEST_F(FinderResourcesTest, OnlyTheFieldsSetAreWritten) {
+    FinderResources first;
+    first.setCreateDate(Date(1000000000));
+    first.setFinderTags(std::vector<std::string>{"Blue"});
+    first.write(file);
+
+    FinderResources onlyDate;
+    onlyDate.setModifyDate(Date(1600000000.5));
+    onlyDate.write(file);
+    FinderResources read = readAt(file);
+    EXPECT_EQ(read.createDate(), Date(1000000000));
+    EXPECT_THAT(read.finderTags().value_or(std::vector<std::string>{}), ElementsAre("Blue"));
+    EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1600000000.5, 1e-6);
+    EXPECT_EQ(fileContent(file), "content");
+
+    // An empty list removes every tag; the dates stay.
+    FinderResources noTags;
+    noTags.setFinderTags(std::vector<std::string>{});
+    noTags.write(file);
+    EXPECT_FALSE(attribute(file, FinderResources::tagsAttribute));
+    read = readAt(file);
+    EXPECT_FALSE(read.finderTags());
+    EXPECT_EQ(read.createDate(), Date(1000000000));
+    EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1600000000.5, 1e-6);
+    noTags.write(file); // removing tags that are gone is no failure
+}
+
+TEST_F(FinderResourcesTest, CreationDateFromBirthTimeUntilOneIsWritten) {
+    struct statx info {};
+    ASSERT_EQ(statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME, &info), 0);
+    if (!(info.stx_mask & STATX_BTIME)) GTEST_SKIP() << "the temporary folder's volume keeps no birth time";
+    const double birth = static_cast<double>(info.stx_btime.tv_sec) + info.stx_btime.tv_nsec / 1e9;
+
+    FinderResources read = readAt(file);
+    ASSERT_TRUE(read.createDate());
+    EXPECT_NEAR(read.createDate()->timeIntervalSince1970(), birth, 1e-6);
+    EXPECT_FALSE(read.finderTags());
+
+    FinderResources written;
+    written.setCreateDate(Date(946684800)); // earlier than the birth time: an imported photo
+    written.write(file);
+    EXPECT_EQ(readAt(file).createDate(), Date(946684800));
+
+    // A damaged stored date is passed over for the birth time.
+    ASSERT_EQ(setxattr(file.c_str(), FinderResources::creationDateAttribute, "yesterday", 9, 0), 0);
+    EXPECT_NEAR(readAt(file).createDate()->timeIntervalSince1970(), birth, 1e-6);
+}
+
+TEST_F(FinderResourcesTest, ReadKeepsFieldsTheFileDoesNotHave) {
+    FinderResources resources;
+    resources.setFinderTags(std::vector<std::string>{"Kept"});
+    resources.read(file); // the file has no tags
+    EXPECT_THAT(resources.finderTags().value_or(std::vector<std::string>{}), ElementsAre("Kept"));
+    EXPECT_TRUE(resources.modifyDate());
+}
+
+TEST_F(FinderResourcesTest, MissingFileFailsAndChangesNothing) {
+    const fs::path missing = folder / "missing.jpg";
+    FinderResources resources;
+    resources.setModifyDate(Date(5));
+    try {
+        resources.read(missing);
+        FAIL() << "read of a missing file";
+    } catch (const fs::filesystem_error& error) {
+        EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
+        EXPECT_EQ(error.path1(), missing);
+    }
+    EXPECT_EQ(resources.modifyDate(), Date(5));
+    EXPECT_FALSE(resources.createDate());
+
+    resources.setFinderTags(std::vector<std::string>{"x"});
+    EXPECT_THROW(resources.write(missing), fs::filesystem_error);
+    EXPECT_FALSE(fs::exists(missing));
+}
+
+TEST(FinderResourcesVolume, FileWithoutBirthTimeOrAttributes) {
+    // A kernel file: no birth time and no user attributes, readable by anyone.
+    FinderResources kernelFile = readAt("/proc/self/status");
+    EXPECT_FALSE(kernelFile.createDate());
+    EXPECT_FALSE(kernelFile.finderTags());
+    EXPECT_TRUE(kernelFile.modifyDate());
+
+    test::TemporaryFolder folder{"corvane-finder-volume"};
+    PlainVolume volume(folder / "volume");
+    if (!volume.mounted()) GTEST_SKIP() << volume.reason();
+    const fs::path file = makeFile(folder / "volume" / "clip.mov", "movie");
+
+    FinderResources read = readAt(file);
+    EXPECT_FALSE(read.createDate());
+    EXPECT_FALSE(read.finderTags());
+    ASSERT_TRUE(read.modifyDate());
+
+    // The volume refuses the attributes; the modification date is still set,
+    // the failure names the refused attribute and the file is intact.
+    FinderResources written;
+    written.setCreateDate(Date(1000000000));
+    written.setModifyDate(Date(1500000000.75));
+    written.setFinderTags(std::vector<std::string>{"Green"});
+    try {
+        written.write(file);
+        FAIL() << "a volume without extended attributes took them";
+    } catch (const fs::filesystem_error& error) {
+        EXPECT_EQ(error.code(), std::errc::not_supported);
+        EXPECT_THAT(error.what(), testing::HasSubstr("creation date"));
+        EXPECT_EQ(error.path1(), file);
+    }
+    read = readAt(file);
+    EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1500000000.75, 1e-6);
+    EXPECT_FALSE(read.createDate());
+    EXPECT_EQ(fileContent(file), "movie");
+
+    // Only a modification date needs no attribute at all.
+    FinderResources onlyDate;
+    onlyDate.setModifyDate(Date(1400000000));
+    EXPECT_NO_THROW(onlyDate.write(file));
+    EXPECT_EQ(readAt(file).modifyDate(), Date(1400000000));
+}
+
+TEST(FinderResourcesText, TagListsFromOtherPrograms) {
+    EXPECT_THAT(FinderResources::decodeTags("a, b,,c , "), ElementsAre("a", "b", "c"));
+    EXPECT_THAT(FinderResources::decodeTags("x\\,y,z\\\\,w\\q"), ElementsAre("x,y", "z\\", "w\\q"));
+    EXPECT_THAT(FinderResources::decodeTags("trailing\\"), ElementsAre("trailing\\"));
+    EXPECT_TRUE(FinderResources::decodeTags("").empty());
+    EXPECT_EQ(FinderResources::encodeTags({"", "  ", "One"}), "One");
+    const std::vector<std::string> awkward{"a,b", "\\", ",", "c\\,d"};
+    EXPECT_EQ(FinderResources::decodeTags(FinderResources::encodeTags(awkward)), awkward);
+}
+
+TEST(FinderResourcesText, StoredDates) {
+    EXPECT_EQ(FinderResources::encodeDate(Date(0)), "1970-01-01T00:00:00.000000Z");
+    EXPECT_EQ(FinderResources::encodeDate(Date(-1.5)), "1969-12-31T23:59:58.500000Z");
+    EXPECT_EQ(FinderResources::decodeDate("1970-01-01T00:00:00Z"), Date(0));
+    EXPECT_EQ(FinderResources::decodeDate("2000-01-01T02:00:00+02:00"), Date(946684800));
+    EXPECT_EQ(FinderResources::decodeDate("1999-12-31T19:30:00-04:30"), Date(946684800));
+    EXPECT_NEAR(FinderResources::decodeDate("2024-05-01T12:00:00.123456789Z")->timeIntervalSince1970(),
+                1714564800.123456789, 1e-6);
+    for (const char* bad :
+         {"", "yesterday", "2024-02-30T00:00:00Z", "2024-05-01T12:00:00", "2024-05-01T25:00:00Z",
+          "2024-05-01T12:00:00.Z", "2024-05-01T12:00:00+0200", "2024-5-01T12:00:00Z"})
+        EXPECT_FALSE(FinderResources::decodeDate(bad)) << bad;
+    for (double seconds : {1714564800.5, -86400.25, 1.0e9 + 0.000001})
+        EXPECT_NEAR(
+            FinderResources::decodeDate(FinderResources::encodeDate(Date(seconds)))->timeIntervalSince1970(),
+            seconds, 1e-6);
+}
