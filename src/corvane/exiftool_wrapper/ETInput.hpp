@@ -1,0 +1,91 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "corvane/exiftool_wrapper/ETPathFilter.hpp"
+#include "corvane/utilities/ETLanguage.hpp"
+
+namespace corvane {
+
+class ETProcess;
+
+// What one ExifTool run does: an ordered list of argument groups, each acting on one file or folder,
+// plus the callbacks of the run. Groups that may share a command (`soloRun` false, same options) are
+// run together; every other group is a command of its own within the same ExifTool process.
+class ETInput {
+public:
+    using Handler = std::function<void(ETProcess&)>;
+
+    // The description of one group. The flags map to ExifTool's documented options, in this order on
+    // the command line:
+    //   language          -lang CODE          output language of descriptions and values
+    //   password          -password PWD       password of protected files (PDF)
+    //   ignoreMinorErrors -m                  minor errors become warnings, the run goes on
+    //   shortTags         -s                  tag names instead of descriptions
+    //   rawValues         -n                  values without print conversion
+    //   noComposite       -e                  no composite tags
+    //   rawLocation       -c %+.8f            GPS coordinates as signed decimal degrees
+    //   correction        -F                  fix the base of maker-note offsets while writing
+    //   overwriteOriginal -overwrite_original change the file in place, no "_original" copy
+    //   recurseSubfolders -r                  descend into the subfolders of a folder
+    //   filePathFilter    -ext EXT ...        only these file types when scanning a folder
+    // then `arguments` as they stand, then `url`.
+    struct ArgumentsMaker {
+        std::vector<std::string> arguments;
+        // Output language; none keeps ExifTool's default (English). `local` goes as the language that
+        // stands for the user's locale.
+        std::optional<ETLanguage> language;
+        bool recurseSubfolders = false;
+        std::optional<ETPathFilter> filePathFilter;
+        bool shortTags = false;
+        bool rawValues = false;
+        bool noComposite = false;
+        bool correction = false;
+        bool ignoreMinorErrors = false;
+        bool overwriteOriginal = false;
+        bool rawLocation = false;
+        bool soloRun = true;
+        std::optional<std::string> password;
+        std::optional<std::filesystem::path> url;
+
+        // The options of the flags, in the order above (without `arguments` and `url`).
+        std::vector<std::string> optionArguments() const;
+        // optionArguments() followed by `arguments`: what ExifTool receives before the target.
+        std::vector<std::string> commandArguments() const;
+    };
+
+    ETInput() = default;
+
+    // For each item, in order: a fresh maker, the block, and the group it describes is appended.
+    // An exception thrown by the block leaves at once; groups appended before it stay.
+    template <typename Items, typename Block> void addArguments(const Items& items, Block&& block) {
+        for (const auto& item : items) {
+            ArgumentsMaker maker;
+            block(item, maker);
+            groups_.push_back(std::move(maker));
+        }
+    }
+    void addGroup(ArgumentsMaker group) { groups_.push_back(std::move(group)); }
+
+    const std::vector<ArgumentsMaker>& groups() const { return groups_; }
+    bool isEmpty() const { return groups_.empty(); }
+
+    // Called when the run starts, whenever its progress changes, and when it has ended (also after a
+    // failure), on the thread that executes the run.
+    Handler onStartHandler;
+    Handler onProgressHandler;
+    Handler onEndHandler;
+
+    // Wall-clock limit of the run; none means the process's default (see ETProcess::defaultTimeLimit).
+    std::optional<std::chrono::milliseconds> timeLimit;
+
+private:
+    std::vector<ArgumentsMaker> groups_;
+};
+
+} // namespace corvane

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+// Why a run failed as a whole, or that ExifTool reported errors for files.
+enum class ETOutputError {
+    executableNotFound,
+    launchFailed,
+    argumentFileCreationFailed,
+    timedOut,
+    cancelled,
+    abnormalTermination,
+    exifToolErrors,
+    exifToolFailed,
+};
+
+// The English text of an error, also the `what()` of its exception.
+std::string_view message(ETOutputError error);
+
+// One "Error:" or "Warning:" report of ExifTool. `path` is the file it names, as ExifTool printed it,
+// when the report names one.
+struct ETFileMessage {
+    enum class Kind { error, warning };
+    Kind kind = Kind::error;
+    // ExifTool marked it "[minor]": with "-m" such errors are only warnings.
+    bool minor = false;
+    std::string text;
+    std::optional<std::filesystem::path> path;
+
+    // "Error: text - path" as ExifTool prints it.
+    std::string description() const;
+    friend bool operator==(const ETFileMessage&, const ETFileMessage&) = default;
+};
+
+class ETOutputException : public std::runtime_error {
+public:
+    ETOutputException(ETOutputError error, std::vector<ETFileMessage> errors);
+    ETOutputError error() const { return error_; }
+    // The reports behind `exifToolErrors`, each with its file.
+    const std::vector<ETFileMessage>& fileErrors() const { return fileErrors_; }
+    // what() followed by the reports, one a line.
+    std::string details() const;
+
+private:
+    ETOutputError error_;
+    std::vector<ETFileMessage> fileErrors_;
+};
+
+// The outcome of a run, or the state of a run under way.
+class ETOutput {
+public:
+    // Share of the run's files done, 0...1.
+    double progress() const { return progress_; }
+    // What ExifTool wrote to standard output, without its progress lines. When every command of the
+    // run printed one JSON array ("-j"), the arrays are joined into one, in the order of the groups.
+    const std::string& data() const { return data_; }
+    // The run's standard error as printed (without the run's own markers).
+    const std::string& errorText() const { return errorText_; }
+    // Every error and warning that ExifTool reported, in order.
+    const std::vector<ETFileMessage>& messages() const { return messages_; }
+    std::vector<ETFileMessage> errors() const;
+    std::vector<ETFileMessage> warnings() const;
+    // Errors reported for files of groups that ignore minor errors, where ExifTool went on: read
+    // failures that left a file out of the output. They don't fail the run.
+    const std::vector<ETFileMessage>& excusedErrors() const { return excusedErrors_; }
+    // The failure of the run itself (not started, killed...), if any.
+    const std::optional<ETOutputError>& processError() const { return processError_; }
+    // Exit status of ExifTool, when it exited by itself.
+    const std::optional<int>& exitStatus() const { return exitStatus_; }
+    // The arguments of the run, as ExifTool read them; passwords are masked.
+    const std::vector<std::string>& arguments() const { return arguments_; }
+    bool isFinished() const { return finished_; }
+
+    // Throws ETOutputException if the run failed, or if ExifTool reported errors that the groups'
+    // settings don't excuse. Warnings never throw.
+    void throwIfErrors() const;
+    // Standard-error lines that are neither reports, progress nor summaries, one a line, with the
+    // failure of the run in front; none when there are none.
+    std::optional<std::string> joinUnknownErrors() const;
+
+private:
+    friend class ETProcess;
+    double progress_ = 0;
+    std::string data_;
+    std::string errorText_;
+    std::vector<ETFileMessage> messages_;
+    std::vector<ETFileMessage> excusedErrors_;
+    std::vector<std::string> unknownLines_;
+    std::optional<ETOutputError> processError_;
+    std::optional<int> exitStatus_;
+    std::vector<std::string> arguments_;
+    bool finished_ = false;
+};
+
+} // namespace corvane

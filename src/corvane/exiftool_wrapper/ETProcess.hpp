@@ -1,0 +1,66 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+
+#include "corvane/exiftool_wrapper/ETInput.hpp"
+#include "corvane/exiftool_wrapper/ETOutput.hpp"
+
+namespace corvane {
+
+// Runs the ExifTool program, one process per `ETInput`, whatever the number of files.
+//
+// Arguments travel in an argument file ("-@"), never through a shell; an argument that such a file
+// can't hold as a plain line goes as an escaped C-string line, or straight in the process's argument
+// vector. Targets are passed so that ExifTool can't take them for options. Standard output and error
+// are drained while ExifTool runs, so a large output never stalls it; progress follows ExifTool's
+// "-progress" reports. A run that doesn't end within its time limit is killed.
+//
+// One instance runs one input at a time (a second `execute` waits for the first); `output()`,
+// `progress()` and `cancel()` may be called from any thread.
+class ETProcess {
+public:
+    ETProcess();
+    ~ETProcess();
+    ETProcess(const ETProcess&) = delete;
+    ETProcess& operator=(const ETProcess&) = delete;
+
+    // Runs the input and blocks until ExifTool has ended (or was killed). The input's handlers are
+    // called on this thread. Never throws for a failed run: see ETOutput::throwIfErrors().
+    ETOutput execute(const ETInput& input);
+    // The last run's output, or the state so far while a run is under way.
+    ETOutput output() const;
+    double progress() const { return progress_.load(std::memory_order_relaxed); }
+    bool isRunning() const { return running_.load(); }
+    // Kills the run under way, if any; its output then fails with `cancelled`.
+    void cancel();
+
+    // Writes the run's arguments, unknown errors and output to the debug log, when it is on.
+    void debugProcessOutputIfEnabled() const;
+
+    // One-shot form: a new process, one run, its output.
+    static ETOutput run(const ETInput& input);
+
+    // The ExifTool program: "exiftool" looked up in PATH unless set.
+    static std::filesystem::path executableURL();
+    static void setExecutableURL(const std::filesystem::path& url);
+
+    // 10 minutes, plus 2 seconds per file and 10 minutes per folder of the run.
+    static std::chrono::milliseconds defaultTimeLimit(std::size_t fileCount, std::size_t folderCount);
+
+private:
+    void publish(const ETOutput& state);
+
+    mutable std::mutex stateMutex_;
+    ETOutput output_;
+    std::mutex runMutex_;
+    std::atomic<double> progress_{0};
+    std::atomic<bool> running_{false};
+    std::atomic<bool> cancelRequested_{false};
+};
+
+} // namespace corvane

@@ -1,0 +1,393 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <mutex>
+#include <nlohmann/json.hpp>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "corvane/utilities/KitDebugger.hpp"
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+
+using namespace corvane;
+using namespace corvane::test;
+using ::testing::HasSubstr;
+
+namespace {
+
+using Paths = std::vector<std::filesystem::path>;
+
+// One reader-style group per file, as the storage reader builds them.
+ETInput readInput(const Paths& files, std::vector<std::string> extra = {"-g0:1", "-j"},
+                  bool ignoreMinor = false) {
+    ETInput input;
+    input.addArguments(files, [&](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.arguments = extra;
+        maker.ignoreMinorErrors = ignoreMinor;
+        maker.url = url;
+        maker.soloRun = false;
+    });
+    return input;
+}
+
+ETInput writeInput(const Paths& files, const std::vector<std::string>& assignments,
+                   bool ignoreMinor = false) {
+    ETInput input;
+    input.addArguments(files, [&](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.arguments = assignments;
+        maker.overwriteOriginal = true;
+        maker.ignoreMinorErrors = ignoreMinor;
+        maker.url = url;
+    });
+    return input;
+}
+
+std::size_t openFileCount() {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                                                  std::filesystem::directory_iterator()));
+}
+
+nlohmann::json parse(const ETOutput& output) {
+    return nlohmann::json::parse(output.data());
+}
+
+// "SourceFile" -> record.
+std::map<std::string, nlohmann::json> bySource(const nlohmann::json& array) {
+    std::map<std::string, nlohmann::json> out;
+    for (const auto& o : array)
+        out[o.at("SourceFile").get<std::string>()] = o;
+    return out;
+}
+
+} // namespace
+
+TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
+    TemporaryFolder folder;
+    const std::vector<std::string> names = {"with blank.jpg",
+                                            "quote's \"double\".jpg",
+                                            "-leading dash.jpg",
+                                            "\xE2\x88\x92minus sign.jpg",
+                                            " leading blank.jpg",
+                                            "trailing blank .jpg",
+                                            "#hash.jpg",
+                                            "\xC3\xBCnic\xC3\xB8"
+                                            "de \xE6\x97\xA5.jpg",
+                                            "line\nbreak.jpg",
+                                            "cash $HOME @at\nand break.jpg",
+                                            "back\\slash.jpg",
+                                            "a - b.jpg"};
+    Paths files;
+    for (const auto& n : names)
+        files.push_back(makeJPEG(folder / n));
+    // Values that an argument file would trim or split must arrive as they are.
+    const std::string artist = "  Ann \"Bee\" $HOME @x \\ #1";
+    ETOutput written =
+        ETProcess::run(writeInput(files, {"-EXIF:Artist= " + artist, "-XMP-dc:Title=line\nbreak  "}));
+    ASSERT_NO_THROW(written.throwIfErrors()) << written.errorText();
+    EXPECT_THAT(written.data(), HasSubstr("1 image files updated"));
+    EXPECT_EQ(written.data().find("========"), std::string::npos);
+
+    auto read = ETProcess::run(readInput(files));
+    ASSERT_NO_THROW(read.throwIfErrors()) << read.errorText();
+    const auto records = bySource(parse(read));
+    ASSERT_EQ(records.size(), files.size()) << read.data();
+    for (const auto& f : files) {
+        SCOPED_TRACE(f.string());
+        ASSERT_TRUE(records.contains(f.string()));
+        const auto& r = records.at(f.string());
+        EXPECT_EQ(r.at("EXIF:IFD0").at("Artist"), " " + artist);
+        EXPECT_EQ(r.at("XMP:XMP-dc").at("Title"), "line\nbreak  ");
+    }
+}
+
+TEST(ETProcess, RelativePathsThatLookLikeOptionsStayFiles) {
+    TemporaryFolder folder;
+    makeJPEG(folder / "-ver.jpg");
+    makeJPEG(folder / "-all=.jpg");
+    const auto previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    auto output = ETProcess::run(readInput({"-ver.jpg", "-all=.jpg"}, {"-j", "-FileName"}));
+    std::filesystem::current_path(previous);
+    ASSERT_NO_THROW(output.throwIfErrors()) << output.errorText();
+    const auto records = bySource(parse(output));
+    EXPECT_EQ(records.at("./-ver.jpg").at("FileName"), "-ver.jpg");
+    EXPECT_EQ(records.at("./-all=.jpg").at("FileName"), "-all=.jpg");
+}
+
+TEST(ETProcess, JoinsTheGroupsOfOneRunInOneJSONArray) {
+    TemporaryFolder folder;
+    const auto a = makeJPEG(folder / "a.jpg");
+    const auto b = makePNG(folder / "b.png");
+    const auto c = makeTIFF(folder / "c.tif");
+    const auto d = makeMOV(folder / "d.mov");
+    auto input = readInput({a, b}, {"-j", "-FileType"});
+    // Groups with other options run as commands of their own in the same process.
+    input.addArguments(Paths{c, d}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.arguments = {"-j", "-FileType"};
+        maker.rawValues = true;
+        maker.url = url;
+    });
+    auto output = ETProcess::run(input);
+    ASSERT_NO_THROW(output.throwIfErrors());
+    const auto array = parse(output);
+    ASSERT_EQ(array.size(), 4u);
+    EXPECT_EQ(array[0].at("SourceFile"), a.string());
+    EXPECT_EQ(array[1].at("FileType"), "PNG");
+    EXPECT_EQ(array[2].at("FileType"), "TIFF");
+    EXPECT_EQ(array[3].at("SourceFile"), d.string());
+    EXPECT_DOUBLE_EQ(output.progress(), 1.0);
+}
+
+TEST(ETProcess, MapsFlagsToExifToolOptions) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "gps.jpg");
+    tagWithExifTool(file,
+                    {"-GPSLatitude=54.5", "-GPSLatitudeRef=S", "-GPSLongitude=10.25", "-GPSLongitudeRef=E"});
+    ETInput input;
+    input.addArguments(Paths{file}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.rawLocation = true;
+        maker.shortTags = true;
+        maker.language = ETLanguage::de;
+        maker.arguments = {"-j", "-Composite:GPSLatitude", "-EXIF:GPSLatitudeRef", "-Composite:ImageSize"};
+        maker.url = url;
+    });
+    auto output = ETProcess::run(input);
+    ASSERT_NO_THROW(output.throwIfErrors());
+    const auto record = parse(output).at(0);
+    EXPECT_DOUBLE_EQ(record.at("GPSLatitude").get<double>(), -54.5); // "-54.50000000", a number in JSON
+    EXPECT_EQ(record.at("GPSLatitudeRef"), "Südliche Breite");       // -lang de
+    EXPECT_EQ(record.at("ImageSize"), "8x8");
+
+    ETInput::ArgumentsMaker maker;
+    maker.noComposite = maker.rawValues = maker.ignoreMinorErrors = maker.correction = true;
+    maker.password = "-secret";
+    maker.recurseSubfolders = true;
+    maker.filePathFilter = ETPathFilter{"jpg"};
+    maker.overwriteOriginal = true;
+    maker.arguments = {"-j"};
+    EXPECT_EQ(maker.commandArguments(),
+              (std::vector<std::string>{"-password", "-secret", "-m", "-n", "-e", "-F", "-overwrite_original",
+                                        "-r", "-ext", "JPG", "-j"}));
+}
+
+TEST(ETProcess, ReadsAFolderRecursivelyThroughTheFilter) {
+    TemporaryFolder folder;
+    makeJPEG(folder / "a.jpg");
+    makePNG(folder / "b.png");
+    makeJPEG(folder.makeSubfolder("sub") / "c.JPG");
+    ETInput input;
+    input.addArguments(Paths{folder.path()},
+                       [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+                           maker.recurseSubfolders = true;
+                           maker.filePathFilter = ETPathFilter{"jpg"};
+                           maker.arguments = {"-j", "-FileName"};
+                           maker.url = url;
+                       });
+    std::vector<double> progress;
+    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
+    auto output = ETProcess::run(input);
+    ASSERT_NO_THROW(output.throwIfErrors());
+    std::set<std::string> names;
+    for (const auto& r : parse(output))
+        names.insert(r.at("FileName").get<std::string>());
+    EXPECT_EQ(names, (std::set<std::string>{"a.jpg", "c.JPG"}));
+    ASSERT_FALSE(progress.empty());
+    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
+}
+
+TEST(ETProcess, LargeOutputDoesNotStall) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "big.jpg");
+    const std::string description(300000, 'x');
+    tagWithExifTool(file, {"-XMP-dc:Description=" + description});
+    // The same file six times over: about 2 MB of JSON, far beyond a pipe's buffer.
+    auto input = readInput(Paths(6, file), {"-j", "-XMP-dc:Description"});
+    input.timeLimit = std::chrono::seconds(60);
+    const auto output = ETProcess::run(input);
+    ASSERT_NO_THROW(output.throwIfErrors());
+    const auto array = parse(output);
+    ASSERT_EQ(array.size(), 6u);
+    EXPECT_EQ(array[5].at("Description"), description);
+}
+
+TEST(ETProcess, ReportsProgressAsFilesAreDone) {
+    TemporaryFolder folder;
+    Paths files;
+    for (int i = 0; i < 6; ++i)
+        files.push_back(makeJPEG(folder / ("f" + std::to_string(i) + ".jpg")));
+    auto input = writeInput(files, {"-EXIF:Artist=P"});
+    std::vector<double> seen;
+    int starts = 0, ends = 0;
+    input.onStartHandler = [&](ETProcess&) { ++starts; };
+    input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
+    input.onEndHandler = [&](ETProcess& p) {
+        ++ends;
+        EXPECT_TRUE(p.output().isFinished());
+    };
+    ETProcess process;
+    const auto output = process.execute(input);
+    ASSERT_NO_THROW(output.throwIfErrors());
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(ends, 1);
+    // Reports may arrive in bursts on a busy machine; at least one comes before the end.
+    ASSERT_GE(seen.size(), 2u);
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+    EXPECT_GT(seen.front(), 0.0);
+    EXPECT_LT(seen.front(), 1.0);
+    EXPECT_DOUBLE_EQ(seen.back(), 1.0);
+    EXPECT_DOUBLE_EQ(process.progress(), 1.0);
+    EXPECT_EQ(exifToolValue(files[5], "EXIF:Artist"), "P");
+}
+
+TEST(ETProcess, MinorErrorsFailUnlessIgnored) {
+    TemporaryFolder folder;
+    const auto strict = makeJPEGWithMinorExifDefect(folder / "strict - copy.jpg");
+    const auto lenient = makeJPEGWithMinorExifDefect(folder / "lenient.jpg");
+
+    const auto failed = ETProcess::run(writeInput({strict}, {"-EXIF:Copyright=C"}));
+    try {
+        failed.throwIfErrors();
+        FAIL() << "no error";
+    } catch (const ETOutputException& e) {
+        EXPECT_EQ(e.error(), ETOutputError::exifToolErrors);
+        EXPECT_STREQ(e.what(), "ExifTool reported errors");
+        ASSERT_EQ(e.fileErrors().size(), 1u);
+        EXPECT_TRUE(e.fileErrors()[0].minor);
+        EXPECT_EQ(e.fileErrors()[0].text, "Incorrect EXIF segment identifier");
+        EXPECT_EQ(e.fileErrors()[0].path, strict);
+    }
+    EXPECT_EQ(exifToolValue(strict, "EXIF:Copyright"), "");
+
+    const auto passed = ETProcess::run(writeInput({lenient}, {"-EXIF:Copyright=C"}, true));
+    EXPECT_NO_THROW(passed.throwIfErrors());
+    ASSERT_EQ(passed.warnings().size(), 1u);
+    EXPECT_EQ(passed.warnings()[0].path, lenient);
+    EXPECT_EQ(exifToolValue(lenient, "EXIF:Copyright"), "C");
+}
+
+TEST(ETProcess, ParsesErrorsWithTheirPaths) {
+    TemporaryFolder folder;
+    const auto good = makeJPEG(folder / "good.jpg");
+    const auto missing = folder / "gone - really.jpg";
+    std::vector<std::uint8_t> noise(300);
+    for (std::size_t i = 0; i < noise.size(); ++i)
+        noise[i] = static_cast<std::uint8_t>(i * 37 + 11);
+    const auto garbage = writeBytes(folder / "noise\nname.jpg", noise);
+    const auto output = ETProcess::run(readInput({good, missing, garbage}));
+    const auto errors = output.errors();
+    ASSERT_EQ(errors.size(), 2u) << output.errorText();
+    EXPECT_EQ(errors[0].text, "File not found");
+    EXPECT_EQ(errors[0].path, missing);
+    EXPECT_EQ(errors[1].text, "File format error");
+    EXPECT_EQ(errors[1].path, garbage);
+    EXPECT_THROW(output.throwIfErrors(), ETOutputException);
+    EXPECT_EQ(bySource(parse(output)).size(), 2u);
+    EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
+
+    // Ignoring minor errors lets the unreadable file go, not the missing one.
+    const auto lenient = ETProcess::run(readInput({good, garbage}, {"-j"}, true));
+    EXPECT_NO_THROW(lenient.throwIfErrors());
+    ASSERT_EQ(lenient.excusedErrors().size(), 1u);
+    EXPECT_EQ(lenient.excusedErrors()[0].path, garbage);
+    EXPECT_THROW(ETProcess::run(readInput({missing}, {"-j"}, true)).throwIfErrors(), ETOutputException);
+}
+
+TEST(ETProcess, KillsARunThatExceedsItsTimeLimit) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    auto input = writeInput(Paths(400, file), {"-EXIF:Artist=slow"});
+    input.timeLimit = std::chrono::milliseconds(400);
+    const auto openFiles = openFileCount();
+    const auto start = std::chrono::steady_clock::now();
+    const auto output = ETProcess::run(input);
+    const auto elapsed = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(elapsed, std::chrono::seconds(5));
+    EXPECT_EQ(output.processError(), ETOutputError::timedOut);
+    EXPECT_EQ(openFileCount(), openFiles);        // pipes closed, argument files removed
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1); // no child left behind
+    EXPECT_LT(output.progress(), 1.0);
+    try {
+        output.throwIfErrors();
+        FAIL() << "no error";
+    } catch (const ETOutputException& e) {
+        EXPECT_STREQ(e.what(), "ExifTool did not finish in time");
+    }
+    EXPECT_EQ(output.joinUnknownErrors().value_or(""), "ExifTool did not finish in time");
+}
+
+TEST(ETProcess, CancelStopsTheRunFromAnotherThread) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    auto input = writeInput(Paths(400, file), {"-EXIF:Artist=slow"});
+    ETProcess process;
+    std::thread canceller;
+    input.onProgressHandler = [&](ETProcess& p) {
+        if (!canceller.joinable()) canceller = std::thread([&p] { p.cancel(); });
+    };
+    const auto output = process.execute(input);
+    canceller.join();
+    EXPECT_EQ(output.processError(), ETOutputError::cancelled);
+    EXPECT_FALSE(process.isRunning());
+}
+
+TEST(ETProcess, FailsCleanlyWithoutExecutableAndRunsNothingForNoGroups) {
+    const auto previous = ETProcess::executableURL();
+    ETProcess::setExecutableURL("/nonexistent/exiftool");
+    const auto output = ETProcess::run(readInput({"/tmp/x.jpg"}));
+    ETProcess::setExecutableURL(previous);
+    EXPECT_EQ(output.processError(), ETOutputError::executableNotFound);
+    EXPECT_THROW(output.throwIfErrors(), ETOutputException);
+
+    int ends = 0;
+    ETInput empty;
+    empty.onEndHandler = [&](ETProcess&) { ++ends; };
+    const auto none = ETProcess::run(empty);
+    EXPECT_EQ(ends, 1);
+    EXPECT_TRUE(none.arguments().empty());
+    EXPECT_DOUBLE_EQ(none.progress(), 1.0);
+    EXPECT_NO_THROW(none.throwIfErrors());
+}
+
+TEST(ETProcess, MasksPasswordsInItsArgumentList) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    ETInput input;
+    input.addArguments(Paths{file}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.password = "hunter2";
+        maker.arguments = {"-j"};
+        maker.url = url;
+    });
+    const auto output = ETProcess::run(input);
+    EXPECT_NO_THROW(output.throwIfErrors());
+    EXPECT_THAT(output.arguments(), ::testing::Contains("-password"));
+    EXPECT_THAT(output.arguments(), ::testing::Not(::testing::Contains("hunter2")));
+}
+
+TEST(ETProcess, LogsItsTrafficWhenTheDebugLogIsOn) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    const auto log = folder / "debug.log";
+    ASSERT_TRUE(KitDebugger::shared().enableLog(log));
+    ETInput input;
+    input.addArguments(Paths{file}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.password = "hunter2";
+        maker.arguments = {"-j", "-FileType"};
+        maker.url = url;
+    });
+    input.onEndHandler = [](ETProcess& p) { p.debugProcessOutputIfEnabled(); };
+    ETProcess::run(input);
+    KitDebugger::shared().disableLog();
+    std::ifstream in(log);
+    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    EXPECT_THAT(text, HasSubstr("EXIFTOOL ARGS -progress -password ******** -j -FileType " + file.string()));
+    EXPECT_THAT(text, HasSubstr("EXIFTOOL ERR Error: \n"));
+    EXPECT_THAT(text, HasSubstr("EXIFTOOL OUT Output: [{"));
+    EXPECT_THAT(text, HasSubstr("\"FileType\": \"JPEG\""));
+    EXPECT_EQ(text.find("hunter2"), std::string::npos);
+}
