@@ -1,0 +1,101 @@
+#pragma once
+
+#include "corvane/utilities/Date.hpp"
+#include "corvane/value_models/DateValues.hpp"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+
+namespace corvane {
+
+// A user's batch change of a date, stored, shown and applied as a small
+// command: "SELECT(YY: 2021)", "UPDATE(...)", "SHIFT(hh: 2)", "RESTORE()",
+// "REMOVE()".
+class DateEdition {
+public:
+    // Replace the date by exactly the given fields.
+    struct Select {
+        DateValues values;
+        friend bool operator==(const Select&, const Select&) = default;
+    };
+    // Overwrite the given fields, keep the others from the old date.
+    struct Update {
+        DateValues values;
+        friend bool operator==(const Update&, const Update&) = default;
+    };
+    // Add the given fields as offsets.
+    struct Shift {
+        DateValues values;
+        friend bool operator==(const Shift&, const Shift&) = default;
+    };
+    // Keep the date as it is.
+    struct Restore {
+        friend bool operator==(const Restore&, const Restore&) = default;
+    };
+    // Delete the date.
+    struct Remove {
+        friend bool operator==(const Remove&, const Remove&) = default;
+    };
+    using Case = std::variant<Select, Update, Shift, Restore, Remove>;
+
+    enum class DecodingError { notParsableInput };
+    static std::string_view message(DecodingError error);
+
+    // Thrown when a JSON value can't be read as an edition.
+    class DecodingException : public std::runtime_error {
+    public:
+        explicit DecodingException(DecodingError error)
+            : std::runtime_error(std::string(message(error))), error_(error) {}
+        DecodingError error() const { return error_; }
+
+    private:
+        DecodingError error_;
+    };
+
+    DateEdition(Case value) : value_(std::move(value)) {}
+    template <class T>
+    requires std::is_constructible_v<Case, T> DateEdition(T value) : value_(std::move(value)) {}
+    static DateEdition select(DateValues values) { return Select{std::move(values)}; }
+    static DateEdition update(DateValues values) { return Update{std::move(values)}; }
+    static DateEdition shift(DateValues values) { return Shift{std::move(values)}; }
+    static DateEdition restore() { return Restore{}; }
+    static DateEdition remove() { return Remove{}; }
+
+    // Reads the text form; the keyword is case-insensitive, the keys inside are
+    // not. Nothing for nothing or an unreadable text.
+    static std::optional<DateEdition> fromDescription(const std::optional<std::string>& description);
+
+    const Case& value() const { return value_; }
+    // The field values of select, update and shift; nothing for the others.
+    const DateValues* values() const;
+
+    std::string description() const;
+    // The command name in the user's language, then the values in brackets.
+    std::string localizedDescription() const;
+
+    // The edited date: nothing means the date is removed.
+    std::optional<Date> apply(const std::optional<Date>& date) const;
+
+    friend bool operator==(const DateEdition&, const DateEdition&) = default;
+
+private:
+    Case value_;
+};
+
+} // namespace corvane
+
+// JSON form: the description as one string. Reading throws
+// DateEdition::DecodingException for a string that isn't an edition, and
+// nlohmann's type error for a value that isn't a string.
+namespace nlohmann {
+template <> struct adl_serializer<corvane::DateEdition> {
+    static corvane::DateEdition from_json(const json& j);
+    static void to_json(json& j, const corvane::DateEdition& e);
+};
+} // namespace nlohmann

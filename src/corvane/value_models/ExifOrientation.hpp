@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <optional>
+
+namespace corvane {
+
+class RenamedExifOrientation;
+
+// The EXIF orientation of an image, raw values 1 to 8, with the four
+// transforms a viewer applies: each is a fixed map over the raw values.
+class ExifOrientation {
+public:
+    enum Case : int {
+        horizontal = 1,
+        mirrorHorizontal = 2,
+        rotate180 = 3,
+        mirrorVertical = 4,
+        mirrorHorizontalAndRotate270CW = 5,
+        rotate90CW = 6,
+        mirrorHorizontalAndRotate90CW = 7,
+        rotate270CW = 8,
+    };
+
+    constexpr ExifOrientation(Case value) : value_(value) {}
+    // Nothing outside 1 to 8.
+    static std::optional<ExifOrientation> fromRawValue(int rawValue);
+    explicit ExifOrientation(const RenamedExifOrientation& renamed);
+    static const std::array<ExifOrientation, 8>& allCases();
+
+    constexpr int rawValue() const { return value_; }
+    constexpr Case value() const { return value_; }
+
+    ExifOrientation horizontalMirrored() const;
+    ExifOrientation verticalMirrored() const;
+    ExifOrientation leftRotated() const;
+    ExifOrientation rightRotated() const;
+    // The same raw value under its other set of names.
+    RenamedExifOrientation renamed() const;
+
+    friend constexpr bool operator==(ExifOrientation, ExifOrientation) = default;
+
+private:
+    Case value_;
+};
+
+} // namespace corvane
+
+template <> struct std::hash<corvane::ExifOrientation> {
+    size_t operator()(corvane::ExifOrientation o) const noexcept { return std::hash<int>()(o.rawValue()); }
+};

@@ -1,0 +1,90 @@
+#include "corvane/value_models/TextLocation.hpp"
+
+#include "corvane/value_models/IcuRegex.hpp"
+
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <initializer_list>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+// True when every code point is white space or a line break.
+bool isBlank(const std::string& s) {
+    int32_t i = 0;
+    const auto length = static_cast<int32_t>(s.size());
+    while (i < length) {
+        UChar32 c;
+        U8_NEXT(s.data(), i, length, c);
+        if (c < 0 || !u_isUWhiteSpace(c)) return false;
+    }
+    return true;
+}
+
+std::string
+formatAddressComponents(std::initializer_list<std::initializer_list<const TextLocation::Field*>> groups) {
+    std::string joined;
+    for (const auto& group : groups) {
+        std::string part;
+        for (const auto* field : group) {
+            if (!*field) continue;
+            if (!part.empty()) part += ' ';
+            part += **field;
+        }
+        if (part.empty()) continue;
+        if (!joined.empty()) joined += ", ";
+        joined += part;
+    }
+    static const IcuRegex whiteRuns(R"([\s\n]+)");
+    const std::string collapsed = whiteRuns.replaceAll(joined, " ");
+    // Runs are single blanks now, so trimming one at each end is enough.
+    size_t begin = collapsed.empty() || collapsed.front() != ' ' ? 0 : 1;
+    size_t end = collapsed.size();
+    if (end > begin && collapsed[end - 1] == ' ') --end;
+    return collapsed.substr(begin, end - begin);
+}
+
+} // namespace
+
+TextLocation::Field TextLocation::nonBlank(const Field& text) {
+    if (!text || isBlank(*text)) return std::nullopt;
+    return text;
+}
+
+TextLocation::TextLocation(Field placeName, Field streetName, Field streetNumber, Field city, Field state,
+                           Field zipCode, Field countryName, Field countryCode)
+    : placeName_(nonBlank(placeName)), streetName_(nonBlank(streetName)),
+      streetNumber_(nonBlank(streetNumber)), city_(nonBlank(city)), state_(nonBlank(state)),
+      zipCode_(nonBlank(zipCode)), countryName_(nonBlank(countryName)), countryCode_(nonBlank(countryCode)) {}
+
+bool TextLocation::isEmpty() const {
+    return !placeName_ && !streetName_ && !streetNumber_ && !city_ && !state_ && !zipCode_ && !countryName_ &&
+           !countryCode_;
+}
+
+std::string TextLocation::formattedAddress() const {
+    return formatAddressComponents({{&placeName_},
+                                    {&streetNumber_, &streetName_},
+                                    {&city_, &state_, &zipCode_, &countryName_, &countryCode_}});
+}
+
+std::string TextLocation::shortFormattedAddress() const {
+    return formatAddressComponents({{&streetNumber_, &streetName_}, {&city_, &state_, &countryName_}});
+}
+
+TextLocation::Field TextLocation::iptcSublocation() const {
+    if (placeName_) return placeName_;
+    std::string text = " " + streetNumber_.value_or("") + " " + streetName_.value_or("");
+    const auto isBlankChar = [](char c) { return c == ' ' || c == '\t'; };
+    size_t begin = 0, end = text.size();
+    while (begin < end && isBlankChar(text[begin]))
+        ++begin;
+    while (end > begin && isBlankChar(text[end - 1]))
+        --end;
+    return nonBlank(text.substr(begin, end - begin));
+}
+
+} // namespace corvane

@@ -1,0 +1,191 @@
+#include "corvane/value_models/Altitude.hpp"
+#include "corvane/value_models/CoordinateParser.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <thread>
+#include <unordered_set>
+
+using namespace corvane;
+using P = CoordinateParser;
+
+namespace {
+
+std::optional<double> lat(const std::string& s) {
+    auto l = P::latitude(s);
+    return l ? std::optional<double>(l->value()) : std::nullopt;
+}
+std::optional<double> lon(const std::string& s) {
+    auto l = P::longitude(s);
+    return l ? std::optional<double>(l->value()) : std::nullopt;
+}
+
+void expectCoordinate(const std::string& text, double latitude, double longitude) {
+    const auto c = P::coordinate(text);
+    ASSERT_TRUE(c) << text;
+    EXPECT_NEAR(c->latitude().value(), latitude, 1e-9) << text;
+    EXPECT_NEAR(c->longitude().value(), longitude, 1e-9) << text;
+}
+
+} // namespace
+
+TEST(CoordinateValues, DerivesDegreesMinutesAndSeconds) {
+    const Latitude l(-33.8688);
+    EXPECT_EQ(l.reference(), Latitude::Reference::south);
+    EXPECT_DOUBLE_EQ(l.degrees(), 33.8688);
+    EXPECT_NEAR(l.minutes(), 52.128, 1e-9);
+    EXPECT_NEAR(l.seconds(), 7.68, 1e-9);
+    EXPECT_EQ(Latitude(-0.0).reference(), Latitude::Reference::north);
+    EXPECT_EQ(Longitude(std::nan("")).reference(), Longitude::Reference::west);
+    EXPECT_EQ(Altitude(-0.5).reference(), Altitude::Reference::below);
+    EXPECT_EQ(Altitude(0).reference(), Altitude::Reference::above);
+    EXPECT_FALSE(Altitude::fromOptional(std::nullopt));
+    EXPECT_EQ(Coordinate::zero(), Coordinate(0.0, 0.0));
+    EXPECT_EQ(Coordinate::zero().longitude().reference(), Longitude::Reference::east);
+}
+
+TEST(CoordinateValues, ReferencesConvertToAndFromRawValues) {
+    EXPECT_EQ(Latitude::referenceFromRawValue("S"), Latitude::Reference::south);
+    EXPECT_EQ(Longitude::rawValue(Longitude::Reference::west), "W");
+    EXPECT_EQ(Altitude::referenceFromRawValue("1"), Altitude::Reference::below);
+    EXPECT_FALSE(Latitude::referenceFromRawValue("s"));
+    EXPECT_FALSE(Altitude::referenceFromRawValue("2"));
+}
+
+TEST(CoordinateValues, DescriptionIsTheShortestRoundTripText) {
+    EXPECT_EQ(Coordinate(40.2, -75.5).description(), "40.2, -75.5");
+    EXPECT_EQ(Coordinate(0.0, 12.0).description(), "0.0, 12.0");
+    EXPECT_EQ(Coordinate(0.1 + 0.2, 1e-5).description(), "0.30000000000000004, 1e-05");
+    std::unordered_set<Coordinate> set{Coordinate(1, 2), Coordinate(1, 2), Coordinate(2, 1)};
+    EXPECT_EQ(set.size(), 2u);
+}
+
+TEST(CoordinateParserPatterns, ComposedPatternsAreTheDocumentedOnes) {
+    EXPECT_EQ(P::latitudeDDdddddPattern(),
+              R"(\s*([ns]?)\s*([+-]?\s*\d{1,2}(?:[\.,]?\d+))\s*(?:(?:deg)|\°|\s)?\s*([ns]?)\s*)");
+    EXPECT_EQ(
+        P::longitudeDDMMmmmPattern(),
+        R"(\s*([ew]?)\s*([+-]?\s*\d{1,3})\s*(?:(?:deg)|\°|\s)?\s*([+-]?\s*\d{1,2}(?:[\.,]?\d+))\s*(?:(?:min)|\'|\s)?\s*([ew]?)\s*)");
+    EXPECT_EQ(
+        P::longitudeDDMMSSsPattern(),
+        R"(\s*([ew]?)\s*([+-]?\s*\d{1,3})\s*(?:(?:deg)|\°|\s)?\s*([+-]?\s*\d{1,3})\s*(?:(?:min)|\'|\s)?\s*([+-]?\s*\d{1,3}(?:[\.,]?\d+))\s*(?:(?:sec)|\"|\s)?\s*([ew]?)\s*)");
+    EXPECT_EQ(P::makeCoordinatePattern({"a", "b"}), R"(^\s*a[,;\s\.]*b\s*$)");
+}
+
+TEST(CoordinateParserISO, ReadsDegreesMinutesAndSeconds) {
+    expectCoordinate("+40.20-075.50/", 40.2, -75.5);
+    expectCoordinate("+4012.3-07530.6+12CRSWGS_84/", 40.0 + 12.3 / 60, -(75.0 + 30.6 / 60));
+    expectCoordinate("+4012.3-07530.6-0012/", 40.0 + 12.3 / 60, -(75.0 + 30.6 / 60));
+    // The tail is a sign and non-digits, then word characters: an altitude
+    // with a fraction followed by letters doesn't fit it.
+    EXPECT_FALSE(P::coordinateFromISO6709String("+4012.3-07530.6+12.5CRSWGS_84/"));
+    expectCoordinate("-401230.5+0753015.0/", -(40 + 12.0 / 60 + 30.5 / 3600), 75 + 30.0 / 60 + 15.0 / 3600);
+    expectCoordinate("  +40-075  ", 40, -75);
+    EXPECT_EQ(P::latitudeFromISO6709String("+40.5"), 40.5);
+    EXPECT_EQ(P::latitudeFromISO6709String("-4030.0"), -40.5);
+    // Minutes or seconds without a fraction are refused although they match.
+    EXPECT_FALSE(P::latitudeFromISO6709String("+4030"));
+    EXPECT_FALSE(P::coordinateFromISO6709String("+1230-07530.6/"));
+    EXPECT_FALSE(P::latitudeFromISO6709String("40.5"));
+}
+
+TEST(CoordinateParserISO, SingleLongitudeIsNeverReadAsISO) {
+    EXPECT_FALSE(P::longitudeFromISO6709String("-075.50"));
+    EXPECT_FALSE(P::longitudeFromISO6709String("+075"));
+    // The general entry still reads it as decimal degrees.
+    EXPECT_EQ(lon("-075.50"), -75.5);
+}
+
+TEST(CoordinateParserDecimal, HemisphereLettersSignsAndUnits) {
+    EXPECT_EQ(lat("45,5 N"), 45.5);
+    EXPECT_EQ(lat("45.5 s"), -45.5);
+    EXPECT_EQ(lat("S 45.5"), -45.5);
+    EXPECT_EQ(lat("-45.5"), -45.5);
+    EXPECT_EQ(lat("- 45.5"), -45.5);
+    EXPECT_FALSE(lat("S 45.5 S"));
+    EXPECT_FALSE(lat("-45.5 S"));
+    EXPECT_FALSE(lat("00.0 N"));
+    EXPECT_EQ(lat("45.5 deg N"), 45.5);
+    EXPECT_EQ(lat("45.5° N"), 45.5);
+    EXPECT_EQ(lat("45.5DEG n"), 45.5);
+    EXPECT_EQ(lon("120.25 W"), -120.25);
+    EXPECT_EQ(lon("e 120.25°"), 120.25);
+    EXPECT_FALSE(lon("120.25 N"));
+    EXPECT_EQ(lat("91.0"), 91.0);
+}
+
+TEST(CoordinateParserDecimal, FloatsNeedTwoDigits) {
+    EXPECT_FALSE(lat("7 N"));
+    EXPECT_EQ(lat("07 N"), 7.0);
+    EXPECT_EQ(lat("7.0 N"), 7.0);
+    EXPECT_EQ(lat("75"), 75.0);
+    // Three digits are too many for decimal degrees of latitude, but fit the
+    // degrees, minutes and seconds pattern as 1° 2' 3.5".
+    EXPECT_FALSE(P::latitudeFromDDdddddString("123.5"));
+    EXPECT_NEAR(*lat("123.5"), 1 + 2 / 60.0 + 3.5 / 3600, 1e-12);
+    EXPECT_EQ(lon("123.5"), 123.5);
+}
+
+TEST(CoordinateParserDegreesMinutes, SingleAxisNeverReadsButPairsDo) {
+    EXPECT_FALSE(P::latitudeFromDDMMmmmString("40 26.77 N"));
+    EXPECT_FALSE(P::longitudeFromDDMMmmmString("79 58.93 W"));
+    // The general entry falls through to degrees, minutes and seconds, where
+    // "26.77" splits into 2' 6.77".
+    EXPECT_NEAR(P::latitude("40 26.77 N")->value(), 40 + 2 / 60.0 + 6.77 / 3600, 1e-12);
+    EXPECT_FALSE(P::latitude("40 6.77 N"));
+    expectCoordinate("40 26.77 N 79 58.93 W", 40 + 26.77 / 60, -(79 + 58.93 / 60));
+    expectCoordinate("N 40° 26.7717', W 79° 58.9317'", 40 + 26.7717 / 60, -(79 + 58.9317 / 60));
+    // The sign of the degrees doesn't reach the minutes.
+    const auto c = P::coordinateFromDDMMmmmString("-10 30.0, 20 15.0");
+    ASSERT_TRUE(c);
+    EXPECT_DOUBLE_EQ(c->latitude().value(), -9.5);
+    EXPECT_DOUBLE_EQ(c->longitude().value(), 20.25);
+    // With a letter, both numbers must be positive.
+    EXPECT_FALSE(P::coordinateFromDDMMmmmString("40 00.0 N, 79 58.93 W"));
+}
+
+TEST(CoordinateParserDegreesMinutesSeconds, ReadsAxesAndPairs) {
+    expectCoordinate("40 26 46.302 N, 79 58 55.903 W", 40 + 26 / 60.0 + 46.302 / 3600,
+                     -(79 + 58 / 60.0 + 55.903 / 3600));
+    expectCoordinate(R"(N 40° 26' 46.3", W 79° 58' 55.9")", 40 + 26 / 60.0 + 46.3 / 3600,
+                     -(79 + 58 / 60.0 + 55.9 / 3600));
+    expectCoordinate("40deg 26min 46,3sec S; 079deg 58min 55,9sec E", -(40 + 26 / 60.0 + 46.3 / 3600),
+                     79 + 58 / 60.0 + 55.9 / 3600);
+    EXPECT_NEAR(*lat("40 26 46.30 N"), 40 + 26 / 60.0 + 46.3 / 3600, 1e-12);
+    EXPECT_NEAR(*lon("79 58 55.90 W"), -(79 + 58 / 60.0 + 55.9 / 3600), 1e-12);
+    // Longitude minutes take three digits and seconds a three-digit float.
+    EXPECT_NEAR(*P::longitudeFromDDMMSSsString("10 100 100.0"), 10 + 100 / 60.0 + 100 / 3600.0, 1e-12);
+    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 100 10.0"));
+    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 00 10.0 N"));
+}
+
+TEST(CoordinateParserPairs, FreeTextAfterTheNumbersNeedsTheFreeEntry) {
+    EXPECT_FALSE(P::coordinateFromDDdddddString("40.5, -74.0 and more text"));
+    EXPECT_TRUE(P::coordinateFromFreeDDdddddString("40.5, -74.0 and more text"));
+    expectCoordinate("40.5, -74.0 and more text", 40.5, -74.0);
+    expectCoordinate("40,5; -74,0", 40.5, -74.0);
+    expectCoordinate("  N45.5   W120.25  ", 45.5, -120.25);
+    EXPECT_FALSE(P::coordinate("hello"));
+    EXPECT_FALSE(P::coordinate(""));
+    EXPECT_FALSE(P::coordinate("45.5 N"));
+}
+
+TEST(CoordinateParserPairs, SafeFromManyThreads) {
+    std::vector<std::thread> threads;
+    std::atomic<int> failures{0};
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&failures, t] {
+            for (int i = 0; i < 300; ++i) {
+                const double a = (t * 300 + i) % 80 + 0.25;
+                const auto c = P::coordinate(std::to_string(a) + " N, " + std::to_string(a + 10) + " W");
+                if (!c || std::abs(c->latitude().value() - a) > 1e-9 ||
+                    std::abs(c->longitude().value() + a + 10) > 1e-9)
+                    ++failures;
+            }
+        });
+    for (auto& th : threads)
+        th.join();
+    EXPECT_EQ(failures.load(), 0);
+}

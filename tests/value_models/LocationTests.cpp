@@ -1,0 +1,110 @@
+#include "ZoneGuard.hpp"
+
+#include "corvane/value_models/Location.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+using namespace corvane;
+
+namespace {
+
+TextLocation louvre() {
+    return TextLocation("Louvre", "Rue de Rivoli", "99", "Paris", std::nullopt, std::nullopt, "France", "FR");
+}
+
+} // namespace
+
+TEST(TextLocationAddress, BlankFieldsAreAbsent) {
+    const TextLocation t(std::nullopt, std::nullopt, std::nullopt, "  ");
+    EXPECT_TRUE(t.isEmpty());
+    EXPECT_FALSE(t.city());
+    EXPECT_EQ(t.formattedAddress(), "");
+    EXPECT_EQ(t.shortFormattedAddress(), "");
+    EXPECT_TRUE(TextLocation(" \n\t\u00a0").isEmpty());
+    EXPECT_EQ(TextLocation(" Paris ").placeName(), " Paris ");
+}
+
+TEST(TextLocationAddress, FormatsGroupsAndCollapsesWhiteSpace) {
+    EXPECT_EQ(louvre().formattedAddress(), "Louvre, 99 Rue de Rivoli, Paris France FR");
+    EXPECT_EQ(louvre().shortFormattedAddress(), "99 Rue de Rivoli, Paris France");
+    const TextLocation messy(" Tour\n\nEiffel", std::nullopt, std::nullopt, "Paris", "  Île-de-France");
+    EXPECT_EQ(messy.formattedAddress(), "Tour Eiffel, Paris Île-de-France");
+}
+
+TEST(TextLocationAddress, IptcSublocationFallsBackToTheStreet) {
+    EXPECT_EQ(louvre().iptcSublocation(), "Louvre");
+    EXPECT_EQ(TextLocation(std::nullopt, "Downing St", "10").iptcSublocation(), "10 Downing St");
+    EXPECT_EQ(TextLocation(std::nullopt, "Downing St").iptcSublocation(), "Downing St");
+    EXPECT_FALSE(TextLocation().iptcSublocation());
+    EXPECT_EQ(louvre().iptcCountryCode(), "FR");
+    EXPECT_FALSE(louvre().iptcProvinceState());
+}
+
+TEST(LocationViews, GpsAndTextRoundTrip) {
+    ZoneGuard zone("Europe/Paris");
+    const GPSLocation gps(Coordinate(48.8606, 2.3376), Altitude(-12.5), 270.0,
+                          DateTime(2021, 7, 14, 10, 0, 0));
+    const Location location(gps, louvre());
+    EXPECT_EQ(location.altitude(), -12.5);
+    EXPECT_EQ(location.direction(), 270.0);
+    EXPECT_EQ(location.stamp(), DateTime(2021, 7, 14, 10, 0, 0).date());
+    EXPECT_EQ(location.gpsLocation(), gps);
+    EXPECT_EQ(location.textLocation(), louvre());
+    EXPECT_FALSE(location.withNoStamp().stamp());
+    EXPECT_EQ(location.withNoStamp().city(), "Paris");
+
+    const Location bare(gps.coordinate());
+    EXPECT_FALSE(bare.gpsLocation().altitude());
+    EXPECT_FALSE(bare.gpsLocation().stamp());
+    EXPECT_TRUE(bare.textLocation().isEmpty());
+    EXPECT_FALSE(Location(gps, std::nullopt).placeName());
+}
+
+TEST(LocationViews, PlatformLocationFixes) {
+    PlatformLocation fix;
+    fix.coordinate = {45.0, 5.0};
+    fix.altitude = 210;
+    fix.horizontalAccuracy = 5;
+    fix.timestamp = Date(1600000000);
+    const GPSLocation gps(fix);
+    EXPECT_EQ(gps.altitude(), Altitude(210));
+    EXPECT_FALSE(gps.direction());
+    EXPECT_EQ(gps.stamp()->date(), Date(1600000000));
+    const PlatformLocation back = gps.platformLocation();
+    EXPECT_EQ(back.coordinate, fix.coordinate);
+    EXPECT_EQ(back.horizontalAccuracy, 0);
+    EXPECT_EQ(back.timestamp, Date(1600000000));
+    EXPECT_EQ(Location(fix).altitude(), 210);
+    EXPECT_EQ(GPSLocation(Coordinate(1, 2)).platformLocation().altitude, 0);
+}
+
+TEST(LocationJson, WritesAllThirteenKeys) {
+    Location location(48.5, 2.25);
+    location.setCity("Paris");
+    location.setStamp(Date(978307200 + 100.5));
+    const nlohmann::json json = location;
+    EXPECT_EQ(json.size(), 13u);
+    for (const char* key :
+         {"latitude", "longitude", "altitude", "stamp", "direction", "place_name", "street_name",
+          "street_number", "city", "state", "zip_code", "country_name", "country_code"})
+        EXPECT_TRUE(json.contains(key)) << key;
+    EXPECT_TRUE(json["altitude"].is_null());
+    EXPECT_EQ(json["city"], "Paris");
+    EXPECT_EQ(json["stamp"], 100.5);
+    EXPECT_EQ(json.get<Location>(), location);
+}
+
+TEST(LocationJson, ReadingRequiresEveryKey) {
+    nlohmann::json json = Location(1, 2).toJson();
+    json["stamp"] = nullptr;
+    EXPECT_FALSE(json.get<Location>().stamp());
+    json.erase("stamp");
+    EXPECT_THROW((void)json.get<Location>(), nlohmann::json::exception);
+    json = Location(1, 2).toJson();
+    json["latitude"] = "1";
+    EXPECT_THROW((void)json.get<Location>(), nlohmann::json::exception);
+    json = Location(1, 2).toJson();
+    json["latitude"] = nullptr;
+    EXPECT_THROW((void)json.get<Location>(), nlohmann::json::exception);
+}
