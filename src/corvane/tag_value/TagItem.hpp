@@ -1,0 +1,91 @@
+#pragma once
+
+#include "corvane/converters/DynamicValue.hpp"
+#include "corvane/converters/ValueConverter.hpp"
+#include "corvane/tag_value/TagName.hpp"
+#include "corvane/tag_value/TagType.hpp"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+// One entry of the tag catalogue. Instances are created once, when the
+// catalogue is first used, and live as long as the process; they are
+// immutable, shared, and compared by name.
+class TagItem {
+public:
+    enum class Arrangement { singleValue, dynamicSequence, staticSequence };
+
+    struct Choice {
+        std::string value;
+        std::string title;
+    };
+
+    TagItem(TagName name, TagType type, std::optional<int> count, bool isWritable, bool isList,
+            std::string displayName, std::vector<Choice> choices);
+
+    const TagName& name() const { return name_; }
+    const TagStream& stream() const { return name_.stream(); }
+    const TagKey& key() const { return name_.key(); }
+    // Absent or -1: any number; 1 or less: one value; 2 or more: fixed number.
+    // The catalogue gives every entry a count: -1 for lists and open counts.
+    std::optional<int> count() const { return count_; }
+    TagType type() const { return type_; }
+    bool isWritable() const { return isWritable_; }
+    // ExifTool marks the tag as a list (Bag or Seq in XMP, List in IPTC).
+    bool isList() const { return isList_; }
+    // English display name from ExifTool's tables.
+    const std::string& displayName() const { return displayName_; }
+    const std::vector<Choice>& choices() const { return choices_; }
+
+    Arrangement arrangement() const;
+    bool isInSequence() const;
+    // ", " for an open count, " " otherwise.
+    std::string valueSeparator() const;
+
+    // The converter of the tag's whole value: a list or an open count gives an
+    // array converter on "," over the type's converter, a fixed count of
+    // numbers one on " ", anything else the type's converter. Shared; no
+    // allocation per call.
+    ValueConverterRef converter() const;
+    // Canonical string to typed value (nothing on unreadable input).
+    DynamicValue nativeValueFromStringValue(const std::optional<std::string>& value) const;
+    // Typed value to canonical string (nothing when the converter refuses it).
+    std::optional<std::string> stringValueFromNativeValue(const DynamicValue& value) const;
+
+    // The whole catalogue, sorted by name. Loaded once, on first use.
+    static const std::vector<const TagItem*>& allCases();
+    // Look-up by name, nullptr if absent.
+    static const TagItem* find(const TagName& name);
+    static const TagItem* find(std::string_view stream, std::string_view key);
+
+    friend bool operator==(const TagItem& a, const TagItem& b) { return a.name_ == b.name_; }
+    friend auto operator<=>(const TagItem& a, const TagItem& b) { return a.name_ <=> b.name_; }
+
+    // One constant per catalogue entry that the library names in its logic:
+    // item<Stream><Key>, a hyphen in ExifTool's name written as an underscore.
+#include "corvane/tag_value/TagItemConstants.inc"
+
+private:
+    // The entry behind a named constant; a missing entry is a programming fault.
+    static const TagItem& require(std::string_view stream, std::string_view key);
+
+    TagName name_;
+    TagType type_;
+    std::optional<int> count_;
+    bool isWritable_;
+    bool isList_;
+    std::string displayName_;
+    std::vector<Choice> choices_;
+};
+
+} // namespace corvane
+
+template <> struct std::hash<corvane::TagItem> {
+    size_t operator()(const corvane::TagItem& i) const noexcept {
+        return std::hash<corvane::TagName>()(i.name());
+    }
+};

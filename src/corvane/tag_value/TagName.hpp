@@ -1,0 +1,81 @@
+#pragma once
+
+#include "corvane/tag_value/TagKey.hpp"
+#include "corvane/tag_value/TagStream.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+class TagItem;
+
+// A tag's full name: its family and its key, written "EXIF:Artist".
+class TagName {
+public:
+    TagName() = default;
+    TagName(TagStream stream, TagKey key) : stream_(std::move(stream)), key_(std::move(key)) {}
+
+    // Parses "Stream:Key"; anything else gives no name.
+    static std::optional<TagName> fromRawValue(std::string_view text);
+
+    const TagStream& stream() const { return stream_; }
+    const TagKey& key() const { return key_; }
+    std::string rawValue() const;
+
+    static const TagName empty;
+    bool isEmpty() const { return stream_.rawValue().empty() && key_.rawValue().empty(); }
+
+    friend bool operator==(const TagName&, const TagName&) = default;
+    // By stream text, then key text.
+    friend std::strong_ordering operator<=>(const TagName& a, const TagName& b) {
+        if (auto c = a.stream_.rawValue() <=> b.stream_.rawValue(); c != 0) return c;
+        return a.key_.rawValue() <=> b.key_.rawValue();
+    }
+
+    // The catalogue entry of this name, or nullptr.
+    const TagItem* item() const;
+    // Counterparts in the ExifTool and image I/O vocabularies.
+    std::optional<TagName> etName() const;
+    std::optional<TagName> cgName() const;
+
+    bool isInG0Stream() const { return stream_.isG0Stream(); }
+    bool isInMakerStream() const { return stream_.isMakerStream(); }
+    TagName makerFamilyFixed() const { return TagName(stream_.makerFamilyFixed(), key_); }
+
+    // Tag-name groups, built once.
+    static const std::vector<TagName>& exifGPSCoordinatesTagNames();
+    static const std::vector<TagName>& exifGPSDateStampTagNames();
+    static const std::vector<TagName>& exifLocationTagNames();
+    static const std::vector<TagName>& exifThumbnailTagNames();
+    static const std::vector<TagName>& iptcGPSAddressTagNames();
+    static const std::vector<TagName>& iptcLocationTagNames();
+    static const std::vector<TagName>& xmpGPSCoordinatesTagNames();
+    static const std::vector<TagName>& xmpGPSDateStampTagNames();
+    static const std::vector<TagName>& xmpGPSAddressTagNames();
+    static const std::vector<TagName>& xmpLocationTagNames();
+    static const std::vector<TagName>& quicktimeGPSCoordinatesTagNames();
+    static const std::vector<TagName>& quicktimeLocationTagNames();
+    static const std::vector<TagName>& quicktimeArtworkTagNames();
+    static const std::vector<TagName>& locationTagNames();
+    static const std::vector<TagName>& iTunMOVITagNames();
+    // (width, height) pairs in the order TagEditor::imageSize() tries them.
+    static const std::vector<std::pair<TagName, TagName>>& imageSizePairs();
+
+private:
+    TagStream stream_;
+    TagKey key_;
+};
+
+inline const TagName TagName::empty{};
+
+} // namespace corvane
+
+template <> struct std::hash<corvane::TagName> {
+    size_t operator()(const corvane::TagName& n) const noexcept {
+        size_t h = std::hash<std::string>()(n.stream().rawValue());
+        return h ^
+               (std::hash<std::string>()(n.key().rawValue()) + 0x9e3779b97f4a7c15ULL + (h << 6) + (h >> 2));
+    }
+};

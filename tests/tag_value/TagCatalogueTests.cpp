@@ -1,0 +1,189 @@
+#include "corvane/tag_value/TagCatalogue.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/tag_value/TagName.hpp"
+#include "corvane/tag_value/TagStream.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <thread>
+
+using namespace corvane;
+
+namespace {
+
+TagName name(const char* raw) {
+    return *TagName::fromRawValue(raw);
+}
+
+} // namespace
+
+TEST(TagCatalogue, HoldsEveryExifToolTagOnceInNameOrder) {
+    const auto& all = TagItem::allCases();
+    ASSERT_GT(all.size(), 20000u);
+    EXPECT_TRUE(std::adjacent_find(all.begin(), all.end(),
+                                   [](auto* a, auto* b) { return !(a->name() < b->name()); }) == all.end())
+        << "items must be strictly sorted, hence unique";
+    for (const TagItem* item : all) {
+        ASSERT_EQ(TagItem::find(item->name()), item) << item->name().rawValue();
+        ASSERT_TRUE(item->stream().isG0Stream()) << item->name().rawValue();
+    }
+}
+
+TEST(TagCatalogue, EveryNamedFamilyIsKnownInCatalogueOrder) {
+    const auto& streams = TagStream::allCases();
+    EXPECT_TRUE(std::is_sorted(streams.begin(), streams.end()));
+    EXPECT_EQ(std::set<TagStream>(streams.begin(), streams.end()).size(), streams.size());
+    for (const TagStream* s :
+         {&TagStream::streamAFCP, &TagStream::streamCanonRaw, &TagStream::streamDjVu,
+          &TagStream::streamFujiFilm, &TagStream::streamMakerNotes, &TagStream::streamSigma,
+          &TagStream::streamTrailer, &TagStream::streamZIP, &TagStream::streamComposite,
+          &TagStream::streamAPP8, &TagStream::streamMNG, &TagStream::streamKyoceraRaw})
+        EXPECT_TRUE(s->isG0Stream()) << s->rawValue();
+    EXPECT_FALSE(TagStream("NoSuchFamily").isG0Stream());
+    // A family without a row of its own is still a family, with no items.
+    EXPECT_TRUE(TagStream::streamTrailer.isG0Stream());
+}
+
+TEST(TagCatalogue, LooksUpByFamilyThenKey) {
+    const TagItem* artist = name("EXIF:Artist").item();
+    ASSERT_NE(artist, nullptr);
+    EXPECT_EQ(artist->type(), TagType::string);
+    EXPECT_TRUE(artist->isWritable());
+    EXPECT_EQ(artist->displayName(), "Artist");
+    EXPECT_EQ(name("EXIF:NoSuchKey").item(), nullptr);
+    EXPECT_EQ(name("NoSuchFamily:Artist").item(), nullptr);
+    EXPECT_EQ(TagName::empty.item(), nullptr);
+    // Keys are case-sensitive, as ExifTool prints them.
+    EXPECT_EQ(name("EXIF:artist").item(), nullptr);
+}
+
+TEST(TagCatalogue, ItemsOfAFamilyAreItsRowsSorted) {
+    const auto& exif = TagStream::streamEXIF.items();
+    ASSERT_GT(exif.size(), 300u);
+    EXPECT_TRUE(std::is_sorted(exif.begin(), exif.end(), [](auto* a, auto* b) { return *a < *b; }));
+    EXPECT_TRUE(
+        std::all_of(exif.begin(), exif.end(), [](auto* i) { return i->stream() == TagStream::streamEXIF; }));
+    size_t total = 0;
+    for (const TagStream& s : TagStream::allCases())
+        total += s.items().size();
+    EXPECT_EQ(total, TagItem::allCases().size());
+    EXPECT_TRUE(TagStream("NoSuchFamily").items().empty());
+}
+
+TEST(TagCatalogue, KeepsChoicesAndTheBestOfRepeatedDefinitions) {
+    const TagItem& orientation = TagItem::itemEXIFOrientation();
+    ASSERT_EQ(orientation.choices().size(), 8u);
+    EXPECT_EQ(orientation.choices()[0].value, "1");
+    EXPECT_EQ(orientation.choices()[0].title, "Horizontal (normal)");
+    // QuickTime:Model is defined in several tables; the writable text one wins.
+    EXPECT_TRUE(TagItem::itemQuickTimeModel().isWritable());
+    EXPECT_EQ(TagItem::itemQuickTimeModel().type(), TagType::string);
+    // XMP:Rating is xmp:Rating (a number), not the IPTC Extension structure.
+    EXPECT_EQ(TagItem::itemXMPRating().type(), TagType::real);
+}
+
+TEST(TagCatalogue, DisplayOrderPutsTheMainFamiliesFirst) {
+    EXPECT_EQ(TagStream::streamFile.index(), 0);
+    EXPECT_EQ(TagStream::streamEXIF.index(), 1);
+    EXPECT_EQ(TagStream::streamIPTC.index(), 2);
+    EXPECT_EQ(TagStream::streamXMP.index(), 3);
+    EXPECT_EQ(TagStream::streamAFCP.index(), 4);
+    EXPECT_EQ(TagStream("NoSuchFamily").index(), std::nullopt);
+    std::set<int> indexes;
+    for (const TagStream& s : TagStream::allCases())
+        indexes.insert(*s.index());
+    EXPECT_EQ(indexes.size(), TagStream::allCases().size());
+    EXPECT_EQ(*indexes.rbegin(), static_cast<int>(TagStream::allCases().size()) - 1);
+    // Catalogue order behind the first four.
+    EXPECT_LT(*TagStream::streamAPP8.index(), *TagStream::streamZIP.index());
+}
+
+TEST(TagCatalogue, SortWithIndex) {
+    const TagStream unknownA("AAA"), unknownZ("zzz");
+    EXPECT_TRUE(TagStream::sortWithIndex(TagStream::streamFile, TagStream::streamEXIF));
+    EXPECT_FALSE(TagStream::sortWithIndex(TagStream::streamXMP, TagStream::streamIPTC));
+    EXPECT_TRUE(TagStream::sortWithIndex(TagStream::streamXMP, TagStream::streamAFCP));
+    // Deliberately non-strict between indexed families.
+    EXPECT_TRUE(TagStream::sortWithIndex(TagStream::streamEXIF, TagStream::streamEXIF));
+    // Text order as soon as one side has no index; equal unknowns are not ordered.
+    EXPECT_TRUE(TagStream::sortWithIndex(unknownA, TagStream::streamEXIF));
+    EXPECT_FALSE(TagStream::sortWithIndex(TagStream::streamEXIF, unknownA));
+    EXPECT_TRUE(TagStream::sortWithIndex(TagStream::streamXMP, unknownZ));
+    EXPECT_FALSE(TagStream::sortWithIndex(unknownZ, unknownZ));
+}
+
+TEST(TagCatalogue, MakerFamiliesFoldToMakerNotes) {
+    const auto& makers = TagStream::makerStreams();
+    for (const TagStream* s : {&TagStream::streamCanon, &TagStream::streamNikon, &TagStream::streamSony,
+                               &TagStream::streamOlympus, &TagStream::streamCanonRaw})
+        EXPECT_NE(std::find(makers.begin(), makers.end(), *s), makers.end()) << s->rawValue();
+    EXPECT_TRUE(TagStream::streamCanon.isMakerStream());
+    EXPECT_EQ(TagStream::streamCanon.makerFamilyFixed(), TagStream::streamMakerNotes);
+    EXPECT_EQ(TagStream::streamEXIF.makerFamilyFixed(), TagStream::streamEXIF);
+    EXPECT_FALSE(TagStream::streamMakerNotes.isMakerStream());
+    EXPECT_EQ(TagStream::streamMakerNotes.makerFamilyFixed(), TagStream::streamMakerNotes);
+    EXPECT_EQ(TagStream("NoSuchFamily").makerFamilyFixed(), TagStream("NoSuchFamily"));
+
+    TagName serial = TagItem::itemNikonSerialNumber().name();
+    EXPECT_TRUE(serial.isInMakerStream());
+    EXPECT_TRUE(serial.isInG0Stream());
+    EXPECT_EQ(serial.makerFamilyFixed().rawValue(), "MakerNotes:SerialNumber");
+    EXPECT_EQ(TagItem::itemEXIFArtist().name().makerFamilyFixed(), TagItem::itemEXIFArtist().name());
+}
+
+TEST(TagCatalogue, AssignsTheCuratedKinds) {
+    struct Kind {
+        const TagItem& item;
+        int ordinal;
+    };
+    const Kind kinds[] = {
+        {TagItem::itemEXIFDateTimeOriginal(), 5},
+        {TagItem::itemEXIFCreateDate(), 5},
+        {TagItem::itemEXIFModifyDate(), 5},
+        {TagItem::itemQuickTimeContentCreateDate(), 6},
+        {TagItem::itemXMPCreateDate(), 7},
+        {TagItem::itemFileFileModifyDate(), 7},
+        {TagItem::itemFileFileCreateDate(), 7},
+        {TagItem::itemIPTCCountry_PrimaryLocationCode(), 40},
+        {TagItem::itemXMPCountryCode(), 40},
+        {TagItem::itemIPTCDateCreated(), 41},
+        {TagItem::itemIPTCDigitalCreationDate(), 41},
+        {TagItem::itemIPTCTimeCreated(), 42},
+        {TagItem::itemEXIFGPSTimeStamp(), 43},
+        {TagItem::itemEXIFGPSDateStamp(), 44},
+    };
+    for (const Kind& k : kinds) {
+        EXPECT_EQ(k.item.type().ordinal(), k.ordinal) << k.item.name().rawValue();
+        EXPECT_EQ(k.item.arrangement(), TagItem::Arrangement::singleValue) << k.item.name().rawValue();
+    }
+    EXPECT_EQ(name("XMP:Approved").item()->type(), TagType::boolean);
+    EXPECT_EQ(name("QuickTime:CreateDate").item()->type(), TagType::localDateTime);
+    // IPTC digit strings stay text: "01" keeps its zero.
+    EXPECT_EQ(TagItem::itemIPTCEditorialUpdate().converter()->stringValueFromStringValue("01"), "01");
+}
+
+TEST(TagCatalogue, KeepsFinderTagsAsAWritableList) {
+    const TagItem& tags = TagItem::itemFileMDItemUserTags();
+    EXPECT_TRUE(tags.isWritable());
+    EXPECT_TRUE(tags.isList());
+    EXPECT_EQ(tags.arrangement(), TagItem::Arrangement::dynamicSequence);
+    DynamicValue v = tags.nativeValueFromStringValue("Red, Work");
+    ASSERT_TRUE(v.arrayValue());
+    EXPECT_EQ(v.arrayValue()->size(), 2u);
+    EXPECT_EQ(tags.stringValueFromNativeValue(v), "Red,Work");
+}
+
+TEST(TagCatalogue, FirstUseFromManyThreadsLoadsOnce) {
+    // Run in a fresh process this would race the loader; here it checks that
+    // concurrent readers agree.
+    std::vector<std::thread> threads;
+    std::vector<const TagItem*> seen(8);
+    for (size_t i = 0; i < seen.size(); ++i)
+        threads.emplace_back([&, i] { seen[i] = TagName::fromRawValue("IPTC:By-line")->item(); });
+    for (auto& t : threads)
+        t.join();
+    for (const TagItem* item : seen)
+        EXPECT_EQ(item, &TagItem::itemIPTCBy_line());
+}

@@ -1,0 +1,198 @@
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/tag_value/TagName.hpp"
+#include "corvane/tag_value/TagNameMapping.hpp"
+#include "corvane/tag_value/TagPair.hpp"
+#include "corvane/tag_value/TagSection.hpp"
+#include "corvane/tag_value/TypedTagValue.hpp"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <ostream>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
+
+using namespace corvane;
+
+namespace corvane {
+// Readable names in failure messages.
+inline void PrintTo(const TagName& n, std::ostream* os) {
+    *os << n.rawValue();
+}
+} // namespace corvane
+
+namespace {
+
+TagName name(const char* raw) {
+    return *TagName::fromRawValue(raw);
+}
+
+} // namespace
+
+TEST(TagName, ParsesStreamColonKey) {
+    auto n = TagName::fromRawValue("EXIF:Artist");
+    ASSERT_TRUE(n);
+    EXPECT_EQ(n->stream(), TagStream::streamEXIF);
+    EXPECT_EQ(n->key().rawValue(), "Artist");
+    EXPECT_EQ(n->rawValue(), "EXIF:Artist");
+    for (const char* bad : {"", "Artist", ":Artist", "EXIF:", ":"})
+        EXPECT_FALSE(TagName::fromRawValue(bad)) << bad;
+    // Split at the first colon: the key keeps the rest, and the text comes back unchanged.
+    auto nested = TagName::fromRawValue("{MakerCanon}:OwnerName:string");
+    ASSERT_TRUE(nested);
+    EXPECT_EQ(nested->stream().rawValue(), "{MakerCanon}");
+    EXPECT_EQ(nested->key().rawValue(), "OwnerName:string");
+    EXPECT_EQ(nested->rawValue(), "{MakerCanon}:OwnerName:string");
+    EXPECT_TRUE(TagName::empty.isEmpty());
+    EXPECT_FALSE(n->isEmpty());
+}
+
+TEST(TagName, OrdersByStreamThenKeyAndHashes) {
+    EXPECT_LT(name("EXIF:ZZZ"), name("File:AAA"));
+    EXPECT_LT(name("EXIF:Artist"), name("EXIF:Make"));
+    // Plain byte order: upper case before lower case.
+    EXPECT_LT(name("XMP:Zone"), name("XMP:artist"));
+    std::unordered_set<TagName> set = {name("EXIF:Artist"), name("EXIF:Artist"), name("XMP:Artist")};
+    EXPECT_EQ(set.size(), 2u);
+}
+
+TEST(TagName, GroupsHoldCatalogueNamesInOrder) {
+    EXPECT_EQ(TagName::exifLocationTagNames().size(), 10u);
+    EXPECT_EQ(TagName::exifLocationTagNames().front().rawValue(), "EXIF:GPSLatitude");
+    EXPECT_EQ(TagName::exifLocationTagNames().back().rawValue(), "EXIF:GPSTimeStamp");
+    EXPECT_EQ(TagName::iptcLocationTagNames()[3].rawValue(), "IPTC:Country-PrimaryLocationCode");
+    EXPECT_EQ(TagName::xmpLocationTagNames().size(), 14u);
+    EXPECT_EQ(TagName::xmpLocationTagNames()[8].rawValue(), "XMP:GPSDateTime");
+    EXPECT_EQ(TagName::locationTagNames().size(), 10u + 5u + 14u + 1u);
+    EXPECT_EQ(TagName::locationTagNames().back().rawValue(), "QuickTime:GPSCoordinates");
+    EXPECT_EQ(TagName::quicktimeArtworkTagNames().size(), 2u);
+    EXPECT_EQ(TagName::iTunMOVITagNames().front().rawValue(), "PLIST:Cast");
+    EXPECT_EQ(TagName::exifThumbnailTagNames().size(), 4u);
+    for (const auto* group : {&TagName::locationTagNames(), &TagName::exifThumbnailTagNames(),
+                              &TagName::quicktimeArtworkTagNames(), &TagName::iTunMOVITagNames(),
+                              &TagName::xmpGPSAddressTagNames()})
+        for (const TagName& n : *group)
+            EXPECT_NE(n.item(), nullptr) << n.rawValue();
+}
+
+TEST(TagName, ImageSizePairsRunInLookupOrder) {
+    const auto& pairs = TagName::imageSizePairs();
+    ASSERT_EQ(pairs.size(), 48u);
+    EXPECT_EQ(pairs[0].first.rawValue(), "Composite:ImageWidth");
+    EXPECT_EQ(pairs[0].second.rawValue(), "Composite:ImageHeight");
+    EXPECT_EQ(pairs[2].first.rawValue(), "EXIF:ExifImageWidth");
+    EXPECT_EQ(pairs[3].first.rawValue(), "IPTC:IPTCImageWidth");
+    EXPECT_EQ(pairs[21].first.rawValue(), "APP8:ImageWidth");
+    EXPECT_EQ(pairs[11].first.rawValue(), "MNG:ImageWidth");
+    EXPECT_EQ(pairs[41], pairs[45]) << "Sony's own pair stands twice";
+    EXPECT_EQ(pairs[47].second.rawValue(), "APP1:PaintImageHeight");
+    for (const auto& [w, h] : pairs) {
+        EXPECT_NE(w.item(), nullptr) << w.rawValue();
+        EXPECT_NE(h.item(), nullptr) << h.rawValue();
+        EXPECT_NE(w.key().rawValue().find("Width"), std::string::npos);
+        EXPECT_NE(h.key().rawValue().find("Height"), std::string::npos);
+    }
+}
+
+TEST(TagNameMapping, HasTheFullTableInOrder) {
+    const auto& rows = TagNameMapping::etcgMapping();
+    ASSERT_EQ(rows.size(), 472u);
+    std::map<std::string, int> perDictionary, withoutCounterpart;
+    for (const auto& row : rows) {
+        ++perDictionary[row.cg.stream().rawValue()];
+        if (row.et.isEmpty()) ++withoutCounterpart[row.cg.stream().rawValue()];
+        if (!row.et.isEmpty()) {
+            EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
+        }
+    }
+    const std::map<std::string, int> expected = {
+        {"File", 5},    {"{TIFF}", 20},       {"{JFIF}", 5},      {"{Exif}", 69},  {"{ExifAux}", 9},
+        {"{GIF}", 5},   {"{PNG}", 15},        {"{GPS}", 32},      {"{IPTC}", 239}, {"{DNG}", 26},
+        {"{CIFF}", 21}, {"{MakerNikon}", 18}, {"{MakerCanon}", 8}};
+    EXPECT_EQ(perDictionary, expected);
+    const std::map<std::string, int> empties = {
+        {"{TIFF}", 1},  {"{JFIF}", 5}, {"{Exif}", 2},  {"{ExifAux}", 3},    {"{GIF}", 3},       {"{PNG}", 1},
+        {"{IPTC}", 33}, {"{DNG}", 3},  {"{CIFF}", 14}, {"{MakerNikon}", 1}, {"{MakerCanon}", 1}};
+    EXPECT_EQ(withoutCounterpart, empties);
+    EXPECT_EQ(rows.front().et, TagItem::itemFileFileName().name());
+    EXPECT_EQ(rows.front().cg, TagItem::itemFileFileName().name());
+}
+
+TEST(TagNameMapping, LooksUpBothWays) {
+    const std::pair<const char*, const char*> telling[] = {
+        {"{Exif}:ISOSpeedRatings", "EXIF:ISO"},
+        {"{Exif}:DateTimeDigitized", "EXIF:CreateDate"},
+        {"{Exif}:ExposureBiasValue", "EXIF:ExposureCompensation"},
+        {"{Exif}:PixelXDimension", "EXIF:ExifImageWidth"},
+        {"{Exif}:LensSpecification", "EXIF:LensInfo"},
+        {"{GIF}:UnclampedDelayTime", "GIF:Duration"},
+        {"{PNG}:XPixelsPerMeter", "PNG:PixelsPerUnitX"},
+        {"{GPS}:GPSVersion", "EXIF:GPSVersionID"},
+        {"{IPTC}:Byline", "IPTC:By-line"},
+        {"{IPTC}:Province/State", "IPTC:Province-State"},
+        {"{IPTC}:StarRating", "XMP:Rating"},
+        {"{IPTC}:CiAdrCity", "XMP:CreatorCity"},
+        {"{MakerNikon}:WhiteBalanceMode", "Nikon:WhiteBalance"},
+        {"{MakerCanon}:ImageSerialNumber", "Canon:FileNumber"},
+        {"{MakerCanon}:OwnerName:string", "Canon:OwnerName"},
+    };
+    for (auto [cg, et] : telling) {
+        EXPECT_EQ(name(cg).etName(), name(et)) << cg;
+    }
+    EXPECT_EQ(name("EXIF:ISO").cgName(), name("{Exif}:ISOSpeedRatings"));
+    // Where two image I/O names share an ExifTool name, the first row wins.
+    EXPECT_EQ(name("IPTC:Headline").cgName(), name("{IPTC}:Headline"));
+    EXPECT_EQ(name("{IPTC}:Headline").etName(), name("IPTC:Headline"));
+    EXPECT_EQ(name("EXIF:SerialNumber").cgName(), name("{Exif}:BodySerialNumber"));
+    // Rows without a counterpart take no part.
+    EXPECT_EQ(name("{TIFF}:DateTime").etName(), std::nullopt);
+    EXPECT_EQ(TagName::empty.cgName(), std::nullopt);
+    EXPECT_EQ(name("EXIF:NoSuchKey").cgName(), std::nullopt);
+    // Every row with both sides leads back to the ExifTool name of the first
+    // row that holds its image I/O name.
+    std::unordered_map<TagName, TagName> firstEtOfCg;
+    for (const auto& row : TagNameMapping::etcgMapping())
+        if (!row.et.isEmpty()) firstEtOfCg.try_emplace(row.cg, row.et);
+    for (const auto& row : TagNameMapping::etcgMapping()) {
+        if (row.et.isEmpty()) continue;
+        auto cg = row.et.cgName();
+        ASSERT_TRUE(cg) << row.et.rawValue();
+        EXPECT_EQ(cg->etName(), firstEtOfCg.at(*cg)) << row.et.rawValue();
+    }
+}
+
+TEST(TagPair, ConvertsThroughTheCatalogue) {
+    auto pair = TagPair::fromName(name("EXIF:Orientation"), DynamicValue(int64_t{6}));
+    ASSERT_TRUE(pair);
+    EXPECT_EQ(pair->name(), TagItem::itemEXIFOrientation().name());
+    EXPECT_EQ(pair->value(), "6");
+    EXPECT_FALSE(TagPair::fromName(name("EXIF:Orientation"), DynamicValue("sideways")));
+    EXPECT_FALSE(TagPair::fromName(name("EXIF:NoSuchKey"), DynamicValue("x")));
+    EXPECT_FALSE(TagPair::fromRawName("not a name", DynamicValue("x")));
+    auto artist = TagPair::fromRawName("EXIF:Artist", DynamicValue("Ann"));
+    ASSERT_TRUE(artist);
+    EXPECT_EQ(*artist, TagPair(TagItem::itemEXIFArtist().name(), "Ann"));
+}
+
+TEST(TypedTagValue, CasesAndStorageForm) {
+    using V = TypedTagValue<int>;
+    EXPECT_TRUE(V::optional(std::nullopt).isClear());
+    EXPECT_FALSE(V::optional(std::nullopt).isRestore());
+    EXPECT_EQ(V::optional(3), V::value(3));
+    EXPECT_NE(V::value(3), V::value(4));
+    EXPECT_EQ(V::restore().kind(), V::Case::restore);
+    EXPECT_EQ(V::clear().getIf(), nullptr);
+    auto text = [](int i) { return std::to_string(i); };
+    EXPECT_EQ(V::value(7).storageValue(text), "7");
+    EXPECT_EQ(V::clear().storageValue(text), TagValueClear);
+    EXPECT_EQ(V::restore().storageValue(text), TagValueRestore);
+    EXPECT_EQ(TagValueClear, std::optional<std::string>(""));
+    EXPECT_FALSE(TagValueRestore.has_value());
+}
+
+TEST(TagSection, ComparesByTextAndLocalizes) {
+    EXPECT_EQ(TagSection("Camera"), TagSection(std::string("Camera")));
+    EXPECT_NE(TagSection("Camera"), TagSection("Lens"));
+    EXPECT_FALSE(TagSection("GPS And Location").localizedName().empty());
+}
