@@ -1,0 +1,144 @@
+#include "corvane/converters/ConverterText.hpp"
+
+#include "corvane/converters/DynamicValue.hpp"
+
+#include <cctype>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <locale.h>
+
+namespace corvane::converter_text {
+
+namespace {
+
+// The C locale object, made once: strtod_l and snprintf through uselocale
+// must not follow the process's locale (a decimal comma would break parsing).
+locale_t cLocale() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+    return locale;
+}
+
+bool isCSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+// Length of a leading Unicode blank (tab or space separator) at `i`, 0 if none.
+size_t blankLengthAt(std::string_view s, size_t i) {
+    unsigned char c = static_cast<unsigned char>(s[i]);
+    if (c == ' ' || c == '\t') return 1;
+    if (c == 0xC2 && i + 1 < s.size() && static_cast<unsigned char>(s[i + 1]) == 0xA0) return 2; // U+00A0
+    if (c == 0xE1 && i + 2 < s.size() && static_cast<unsigned char>(s[i + 1]) == 0x9A &&
+        static_cast<unsigned char>(s[i + 2]) == 0x80)
+        return 3; // U+1680
+    if (c == 0xE2 && i + 2 < s.size()) {
+        unsigned char c1 = static_cast<unsigned char>(s[i + 1]), c2 = static_cast<unsigned char>(s[i + 2]);
+        if (c1 == 0x80 && (c2 <= 0x8A || c2 == 0xAF)) return 3; // U+2000-200A, U+202F
+        if (c1 == 0x81 && c2 == 0x9F) return 3;                 // U+205F
+    }
+    if (c == 0xE3 && i + 2 < s.size() && static_cast<unsigned char>(s[i + 1]) == 0x80 &&
+        static_cast<unsigned char>(s[i + 2]) == 0x80)
+        return 3; // U+3000
+    return 0;
+}
+
+// Length of a trailing Unicode blank ending just before `end`, 0 if none.
+size_t blankLengthBefore(std::string_view s, size_t end) {
+    for (size_t len = 1; len <= 3 && len <= end; ++len)
+        if (blankLengthAt(s, end - len) == len) return len;
+    return 0;
+}
+
+} // namespace
+
+std::optional<double> parseCDouble(std::string_view text) {
+    if (text.empty() || isCSpace(text.front())) return std::nullopt;
+    std::string buffer(text); // NUL-terminated copy for strtod
+    char* end = nullptr;
+    double value = strtod_l(buffer.c_str(), &end, cLocale());
+    if (end != buffer.c_str() + buffer.size() || end == buffer.c_str()) return std::nullopt;
+    return value;
+}
+
+int64_t leadingIntegerValue(std::string_view text) {
+    size_t i = 0;
+    while (i < text.size() && isCSpace(text[i]))
+        ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    constexpr uint64_t limitPositive = static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
+    const uint64_t limit = negative ? limitPositive + 1 : limitPositive;
+    uint64_t magnitude = 0;
+    bool overflow = false;
+    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+        uint64_t digit = static_cast<uint64_t>(text[i] - '0');
+        if (overflow || magnitude > (limit - digit) / 10) {
+            overflow = true;
+            continue;
+        }
+        magnitude = magnitude * 10 + digit;
+    }
+    if (overflow) return negative ? std::numeric_limits<int64_t>::min() : std::numeric_limits<int64_t>::max();
+    if (negative)
+        return magnitude == limitPositive + 1 ? std::numeric_limits<int64_t>::min()
+                                              : -static_cast<int64_t>(magnitude);
+    return static_cast<int64_t>(magnitude);
+}
+
+int64_t integerFromDoubleText(double value) {
+    return leadingIntegerValue(shortestDoubleText(value));
+}
+
+std::string formatEightDecimals(double value) {
+    // uselocale switches only this thread, so other threads keep their locale.
+    locale_t previous = uselocale(cLocale());
+    char stackBuffer[64];
+    int needed = std::snprintf(stackBuffer, sizeof stackBuffer, "%.8f", value);
+    std::string out;
+    if (needed >= 0 && static_cast<size_t>(needed) < sizeof stackBuffer) {
+        out.assign(stackBuffer, static_cast<size_t>(needed));
+    } else if (needed > 0) {
+        out.resize(static_cast<size_t>(needed) + 1);
+        std::snprintf(out.data(), out.size(), "%.8f", value);
+        out.resize(static_cast<size_t>(needed));
+    }
+    uselocale(previous);
+    return out;
+}
+
+std::string trimBlanks(std::string_view text) {
+    size_t begin = 0, end = text.size();
+    while (begin < end) {
+        size_t len = blankLengthAt(text, begin);
+        if (len == 0 || begin + len > end) break;
+        begin += len;
+    }
+    while (end > begin) {
+        size_t len = blankLengthBefore(text.substr(0, end), end);
+        if (len == 0 || end - len < begin) break;
+        end -= len;
+    }
+    return std::string(text.substr(begin, end - begin));
+}
+
+std::vector<std::string> split(std::string_view text, std::string_view separator) {
+    std::vector<std::string> pieces;
+    if (separator.empty()) {
+        pieces.emplace_back(text);
+        return pieces;
+    }
+    size_t start = 0;
+    while (true) {
+        size_t found = text.find(separator, start);
+        if (found == std::string_view::npos) {
+            pieces.emplace_back(text.substr(start));
+            return pieces;
+        }
+        pieces.emplace_back(text.substr(start, found - start));
+        start = found + separator.size();
+    }
+}
+
+} // namespace corvane::converter_text

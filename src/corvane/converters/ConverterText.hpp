@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane::converter_text {
+
+// Parses the whole of `text` as a double by the rules of strtod in the C locale:
+// sign, digits, fraction, exponent, "inf", "infinity", "nan", hexadecimal
+// floats. Leading white space or anything left over makes it fail.
+std::optional<double> parseCDouble(std::string_view text);
+
+// Reads an integer like NSString.integerValue: optional leading white space,
+// an optional sign and the digits up to the first other character. No digits
+// give 0; overflow saturates at the Int bounds.
+int64_t leadingIntegerValue(std::string_view text);
+
+// The integer of a double through its shortest round-trip text (see
+// shortestDoubleText): 3.7 gives 3, 1e16 gives 1, infinity gives 0.
+int64_t integerFromDoubleText(double value);
+
+// "%.8f" in the C locale, whatever the process's locale: 1.5 is "1.50000000".
+std::string formatEightDecimals(double value);
+
+// Strips leading and trailing blanks and tabs: U+0009 and the Unicode space
+// separators (U+0020, U+00A0, U+2000...), never newlines.
+std::string trimBlanks(std::string_view text);
+
+// Splits on every occurrence of `separator`, keeping empty pieces. An empty
+// separator gives the whole text as one piece.
+std::vector<std::string> split(std::string_view text, std::string_view separator);
+
+} // namespace corvane::converter_text

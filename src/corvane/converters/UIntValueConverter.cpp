@@ -1,0 +1,7 @@
+#include "corvane/converters/UIntValueConverter.hpp"
+
+namespace corvane {
+
+UIntValueConverter::UIntValueConverter() : SIntValueConverter(true) {}
+
+} // namespace corvane

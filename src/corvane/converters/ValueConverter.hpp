@@ -1,0 +1,77 @@
+#pragma once
+
+#include "corvane/converters/DynamicValue.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace corvane {
+
+using OptionalString = std::optional<std::string>;
+
+// Converts one kind of tag value between its canonical string and the other
+// forms the system needs. Converters are stateless (or hold only their
+// configuration), immutable after construction and safe to share between
+// threads. No operation fails: unreadable input yields nothing.
+class ValueConverter {
+public:
+    virtual ~ValueConverter() = default;
+
+    // Canonical string to the natural typed value.
+    virtual DynamicValue nativeValueFromStringValue(const OptionalString& value) const = 0;
+    // Canonical string to the platform object form (Number, String or array).
+    virtual std::optional<ObjectValue> objectValueFromStringValue(const OptionalString& value) const = 0;
+    // Any value to the canonical string.
+    virtual OptionalString stringValueFromNativeValue(const DynamicValue& value) const = 0;
+    // Normalises a string to the canonical string.
+    virtual OptionalString stringValueFromStringValue(const OptionalString& value) const = 0;
+    // String to its display form.
+    virtual OptionalString formattedValueFromStringValue(const OptionalString& value) const = 0;
+    // Any value to a CSV cell.
+    virtual OptionalString csvValueFromNativeValue(const DynamicValue& value) const = 0;
+    // Any value to a JSON-ready value (Number, String or array).
+    virtual DynamicValue jsonValueFromNativeValue(const DynamicValue& value) const = 0;
+    // Canonical string to the value handed to the image I/O engine.
+    virtual DynamicValue coreImageValueFromStringValue(const OptionalString& value) const = 0;
+    // Canonical string to the value handed to ExifTool.
+    virtual DynamicValue exifToolValueFromStringValue(const OptionalString& value) const = 0;
+};
+
+using ValueConverterRef = std::shared_ptr<const ValueConverter>;
+
+// A converter with a natural typed value. Gives the shared default of every
+// ValueConverter operation in terms of the three typed operations; subclasses
+// override where their kind of value differs.
+template <typename RawType> class TypedValueConverter : public ValueConverter {
+public:
+    using Raw = RawType;
+
+    virtual std::optional<RawType> typedValueFromNativeValue(const DynamicValue& value) const = 0;
+    virtual std::optional<RawType> typedValueFromStringValue(const OptionalString& value) const = 0;
+    virtual OptionalString stringValueFromTypedValue(const std::optional<RawType>& value) const = 0;
+
+    DynamicValue nativeValueFromStringValue(const OptionalString& value) const override {
+        return DynamicValue(typedValueFromStringValue(value));
+    }
+    OptionalString stringValueFromNativeValue(const DynamicValue& value) const override {
+        return stringValueFromTypedValue(typedValueFromNativeValue(value));
+    }
+    OptionalString stringValueFromStringValue(const OptionalString& value) const override {
+        return stringValueFromTypedValue(typedValueFromStringValue(value));
+    }
+    OptionalString csvValueFromNativeValue(const DynamicValue& value) const override {
+        return stringValueFromNativeValue(value);
+    }
+    DynamicValue jsonValueFromNativeValue(const DynamicValue& value) const override {
+        return DynamicValue(stringValueFromNativeValue(value));
+    }
+    DynamicValue coreImageValueFromStringValue(const OptionalString& value) const override {
+        return nativeValueFromStringValue(value);
+    }
+    DynamicValue exifToolValueFromStringValue(const OptionalString& value) const override {
+        return jsonValueFromNativeValue(DynamicValue(value));
+    }
+};
+
+} // namespace corvane
