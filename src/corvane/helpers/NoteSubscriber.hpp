@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+namespace corvane {
+
+class NotificationCenter;
+
+// Owned handle of one observation: the observer is removed when the subscriber
+// is destroyed, reset or cancelled. Move-only.
+//
+// After cancel() returns, the handler is not called again, and no call of it is
+// running on another thread (cancel waits for those). A handler may cancel its
+// own subscriber, or another one, while it runs. Because cancel waits, do not
+// cancel while holding a lock that the handler itself takes.
+class NoteSubscriber {
+public:
+    NoteSubscriber() = default;
+    NoteSubscriber(NoteSubscriber&& other) noexcept = default;
+    NoteSubscriber& operator=(NoteSubscriber&& other) noexcept;
+    NoteSubscriber(const NoteSubscriber&) = delete;
+    NoteSubscriber& operator=(const NoteSubscriber&) = delete;
+    ~NoteSubscriber();
+
+    // Ends the observation; idempotent.
+    void cancel();
+    bool isActive() const;
+
+private:
+    friend class NotificationCenter;
+    struct Link;
+    explicit NoteSubscriber(std::shared_ptr<Link> link) : link_(std::move(link)) {}
+
+    std::shared_ptr<Link> link_;
+};
+
+} // namespace corvane

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+
+namespace corvane {
+
+// Which storage engines may be used: a set of option bits.
+class EngineOption {
+public:
+    using RawValue = std::int64_t;
+
+    constexpr EngineOption() = default;
+    constexpr explicit EngineOption(RawValue raw) : raw_(raw) {}
+    constexpr EngineOption(std::initializer_list<EngineOption> options) {
+        for (auto o : options)
+            raw_ |= o.raw_;
+    }
+
+    static constexpr EngineOption exifTool() { return EngineOption(1); }
+    static constexpr EngineOption coreImage() { return EngineOption(2); }
+    static constexpr EngineOption avFoundation() { return EngineOption(4); }
+    static constexpr EngineOption all() { return EngineOption(7); }
+
+    constexpr RawValue rawValue() const { return raw_; }
+    constexpr bool isEmpty() const { return raw_ == 0; }
+
+    constexpr bool contains(EngineOption o) const { return (raw_ & o.raw_) == o.raw_; }
+    constexpr EngineOption unionWith(EngineOption o) const { return EngineOption(raw_ | o.raw_); }
+    constexpr EngineOption intersection(EngineOption o) const { return EngineOption(raw_ & o.raw_); }
+    constexpr EngineOption symmetricDifference(EngineOption o) const { return EngineOption(raw_ ^ o.raw_); }
+    constexpr EngineOption subtracting(EngineOption o) const { return EngineOption(raw_ & ~o.raw_); }
+    constexpr bool isSubset(EngineOption of) const { return (raw_ & ~of.raw_) == 0; }
+    constexpr bool isSuperset(EngineOption of) const { return of.isSubset(*this); }
+    constexpr bool isDisjoint(EngineOption with) const { return (raw_ & with.raw_) == 0; }
+
+    constexpr void insert(EngineOption o) { raw_ |= o.raw_; }
+    constexpr void remove(EngineOption o) { raw_ &= ~o.raw_; }
+
+    constexpr EngineOption operator|(EngineOption o) const { return unionWith(o); }
+    constexpr EngineOption operator&(EngineOption o) const { return intersection(o); }
+    constexpr EngineOption operator^(EngineOption o) const { return symmetricDifference(o); }
+    constexpr EngineOption operator-(EngineOption o) const { return subtracting(o); }
+
+    friend constexpr bool operator==(EngineOption, EngineOption) = default;
+
+private:
+    RawValue raw_ = 0;
+};
+
+} // namespace corvane
+
+template <> struct std::hash<corvane::EngineOption> {
+    size_t operator()(corvane::EngineOption o) const noexcept {
+        return std::hash<std::int64_t>()(o.rawValue());
+    }
+};

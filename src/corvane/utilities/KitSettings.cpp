@@ -1,0 +1,81 @@
+#include "corvane/utilities/KitSettings.hpp"
+
+namespace corvane {
+
+KitSettings& KitSettings::shared() {
+    // Built once, thread-safely, on first use; lives as long as the process.
+    static auto* settings = new KitSettings();
+    return *settings;
+}
+
+KitSettings::KitSettings()
+    : nonAtomicSupportedFileTypes_(MediaType::types(MediaKind::allCases())),
+      nonAtomicUndoManager_(std::make_shared<UndoManager>()),
+      nonAtomicUserDefaults_(UserDefaults::standardShared()) {}
+
+MediaType::Set KitSettings::supportedFileTypes() const {
+    return atomic_.read([&] { return nonAtomicSupportedFileTypes_; });
+}
+
+void KitSettings::setSupportedFileTypes(MediaType::Set types) {
+    atomic_.write([&] { nonAtomicSupportedFileTypes_ = std::move(types); });
+}
+
+std::shared_ptr<UndoManager> KitSettings::undoManager() const {
+    return atomic_.read([&] { return nonAtomicUndoManager_; });
+}
+
+void KitSettings::setUndoManager(std::shared_ptr<UndoManager> manager) {
+    atomic_.write([&] { nonAtomicUndoManager_ = std::move(manager); });
+}
+
+std::shared_ptr<UserDefaults> KitSettings::userDefaults() const {
+    return atomic_.read([&] { return nonAtomicUserDefaults_; });
+}
+
+void KitSettings::setUserDefaults(std::shared_ptr<UserDefaults> defaults) {
+    if (!defaults) defaults = UserDefaults::standardShared();
+    atomic_.write([&] { nonAtomicUserDefaults_ = std::move(defaults); });
+}
+
+EngineOption KitSettings::engineOption() const {
+    return atomic_.read([&] { return nonAtomicEngineOption_; });
+}
+
+void KitSettings::setEngineOption(EngineOption option) {
+    atomic_.write([&] { nonAtomicEngineOption_ = option; });
+}
+
+std::vector<std::string> KitSettings::extraArguments() const {
+    return atomic_.read([&] { return nonAtomicExtraArguments_; });
+}
+
+void KitSettings::setExtraArguments(std::vector<std::string> arguments) {
+    atomic_.write([&] { nonAtomicExtraArguments_ = std::move(arguments); });
+}
+
+std::string KitSettings::xmpToolkit() const {
+    return atomic_.read([&] { return nonAtomicXMPToolkit_; });
+}
+
+void KitSettings::setXmpToolkit(std::string toolkit) {
+    atomic_.write([&] { nonAtomicXMPToolkit_ = std::move(toolkit); });
+}
+
+std::filesystem::path KitSettings::localizationDirectory() const {
+    return atomic_.read([&] { return nonAtomicLocalizationDirectory_; });
+}
+
+void KitSettings::setLocalizationDirectory(std::filesystem::path directory) {
+    atomic_.write([&] { nonAtomicLocalizationDirectory_ = std::move(directory); });
+}
+
+std::string KitSettings::localizationLanguage() const {
+    return atomic_.read([&] { return nonAtomicLocalizationLanguage_; });
+}
+
+void KitSettings::setLocalizationLanguage(std::string language) {
+    atomic_.write([&] { nonAtomicLocalizationLanguage_ = std::move(language); });
+}
+
+} // namespace corvane

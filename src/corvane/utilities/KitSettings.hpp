@@ -1,0 +1,73 @@
+#pragma once
+
+#include "corvane/helpers/AtomicPropertyQueue.hpp"
+#include "corvane/helpers/UndoManager.hpp"
+#include "corvane/tag_value/MediaType.hpp"
+#include "corvane/utilities/EngineOption.hpp"
+#include "corvane/utilities/UserDefaults.hpp"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+// The process-wide settings of the library, set up once by the application at
+// launch. Every field is read in a shared pass and written in an exclusive
+// pass of `atomic`.
+class KitSettings {
+public:
+    static KitSettings& shared();
+
+    KitSettings();
+    KitSettings(const KitSettings&) = delete;
+    KitSettings& operator=(const KitSettings&) = delete;
+
+    // The formats the library accepts; by default every format of the table.
+    MediaType::Set supportedFileTypes() const;
+    void setSupportedFileTypes(MediaType::Set types);
+
+    // Kept for the application; nothing in the library records on it.
+    std::shared_ptr<UndoManager> undoManager() const;
+    void setUndoManager(std::shared_ptr<UndoManager> manager);
+
+    // Where every key of the library is stored; the standard defaults unless set.
+    std::shared_ptr<UserDefaults> userDefaults() const;
+    void setUserDefaults(std::shared_ptr<UserDefaults> defaults);
+
+    EngineOption engineOption() const;
+    void setEngineOption(EngineOption option);
+
+    // Further ExifTool arguments kept for the application; the engines don't read them.
+    std::vector<std::string> extraArguments() const;
+    void setExtraArguments(std::vector<std::string> arguments);
+
+    // Written to XMP:XMPToolkit with every ExifTool write.
+    std::string xmpToolkit() const;
+    void setXmpToolkit(std::string toolkit);
+
+    // Folder of translations of the string tables ("<language>.res" files);
+    // empty for the default search path (see Localizer).
+    std::filesystem::path localizationDirectory() const;
+    void setLocalizationDirectory(std::filesystem::path directory);
+    // The language of user-visible texts, as a locale identifier ("fr_CA");
+    // empty for the process's locale.
+    std::string localizationLanguage() const;
+    void setLocalizationLanguage(std::string language);
+
+    AtomicPropertyQueue& atomic() const { return atomic_; }
+
+private:
+    mutable AtomicPropertyQueue atomic_;
+    MediaType::Set nonAtomicSupportedFileTypes_;
+    std::shared_ptr<UndoManager> nonAtomicUndoManager_;
+    std::shared_ptr<UserDefaults> nonAtomicUserDefaults_;
+    EngineOption nonAtomicEngineOption_ = EngineOption::all();
+    std::vector<std::string> nonAtomicExtraArguments_;
+    std::string nonAtomicXMPToolkit_;
+    std::filesystem::path nonAtomicLocalizationDirectory_;
+    std::string nonAtomicLocalizationLanguage_;
+};
+
+} // namespace corvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "corvane/utilities/LocalizerArgument.hpp"
+#include "corvane/utilities/LocalizerString.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+// Request-style localisation: set the key, optionally a table and up to four
+// arguments, then ask for the text. Asking without a key, or with five or
+// more arguments, is a programming fault that stops the process.
+class TextLocalizer {
+public:
+    TextLocalizer() = default;
+    explicit TextLocalizer(LocalizerString key) : key_(std::move(key)) {}
+
+    TextLocalizer& string(LocalizerString key);
+    TextLocalizer& table(std::string table);
+    TextLocalizer& argument(LocalizerArgument argument);
+    TextLocalizer& arguments(std::vector<LocalizerArgument> arguments);
+
+    std::string localized() const;
+
+private:
+    std::optional<LocalizerString> key_;
+    std::string table_;
+    std::vector<LocalizerArgument> args_;
+};
+
+} // namespace corvane

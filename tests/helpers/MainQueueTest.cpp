@@ -1,0 +1,131 @@
+#include "corvane/helpers/MainQueue.hpp"
+#include "corvane/helpers/AtomicPropertyQueue.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+using namespace corvane;
+using namespace std::chrono_literals;
+
+namespace {
+
+class MainQueueTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        MainQueue::shared().registerCurrentThreadAsMain();
+        MainQueue::shared().drain();
+    }
+};
+
+TEST_F(MainQueueTest, RunsJobsInPostingOrderAndNeverInline) {
+    std::vector<int> seen;
+    for (int i = 0; i < 5; ++i)
+        mainAsync([&seen, i] { seen.push_back(i); });
+    // Posting from the main thread itself is still asynchronous.
+    AtomicPropertyQueue::mainAsync([&] { seen.push_back(5); });
+    EXPECT_TRUE(seen.empty());
+    EXPECT_EQ(MainQueue::shared().drain(), 6u);
+    EXPECT_EQ(seen, (std::vector<int>{0, 1, 2, 3, 4, 5}));
+}
+
+TEST_F(MainQueueTest, KeepsEachThreadsOrderAndRunsJobsPostedByJobs) {
+    constexpr int perThread = 200;
+    std::vector<std::pair<int, int>> seen; // touched on the main thread only
+    std::vector<std::thread> posters;
+    for (int t = 0; t < 3; ++t)
+        posters.emplace_back([&seen, t] {
+            for (int i = 0; i < perThread; ++i)
+                mainAsync([&seen, t, i] { seen.emplace_back(t, i); });
+        });
+    for (auto& p : posters)
+        p.join();
+    bool nestedRan = false;
+    mainAsync([&] { mainAsync([&] { nestedRan = true; }); });
+    MainQueue::shared().drain();
+    ASSERT_EQ(seen.size(), 3u * perThread);
+    int next[3] = {0, 0, 0};
+    for (auto [t, i] : seen)
+        EXPECT_EQ(i, next[t]++);
+    EXPECT_TRUE(nestedRan);
+}
+
+TEST_F(MainQueueTest, SafeSyncInMainRunsInlineOnTheMainThread) {
+    int value = 0;
+    const int result = safeSyncInMain([&] { return ++value; });
+    EXPECT_EQ(result, 1);
+    EXPECT_EQ(MainQueue::shared().pendingCount(), 0u);
+}
+
+TEST_F(MainQueueTest, SafeSyncInMainFromAnotherThreadWaitsForTheMainThread) {
+    std::atomic<bool> returned{false};
+    std::thread::id ranOn;
+    int result = 0;
+    std::thread worker([&] {
+        result = safeSyncInMain([&] {
+            ranOn = std::this_thread::get_id();
+            return 42;
+        });
+        returned = true;
+    });
+    // Nothing runs until the main thread drains.
+    std::this_thread::sleep_for(20ms);
+    EXPECT_FALSE(returned.load());
+    EXPECT_TRUE(MainQueue::shared().runUntil([&] { return returned.load(); }, 5s));
+    worker.join();
+    EXPECT_EQ(result, 42);
+    EXPECT_EQ(ranOn, std::this_thread::get_id());
+}
+
+TEST_F(MainQueueTest, SafeSyncInMainHandsBackExceptions) {
+    std::atomic<bool> caught{false};
+    std::thread worker([&] {
+        try {
+            safeSyncInMain([]() -> int { throw std::runtime_error("boom"); });
+        } catch (const std::runtime_error& e) {
+            caught = std::string(e.what()) == "boom";
+        }
+    });
+    EXPECT_TRUE(MainQueue::shared().runUntil([&] { return caught.load(); }, 5s));
+    worker.join();
+}
+
+TEST_F(MainQueueTest, WakeHookIsCalledOnEveryPost) {
+    std::atomic<int> wakes{0};
+    MainQueue::shared().setWakeHook([&] { ++wakes; });
+    std::thread([] { mainAsync([] {}); }).join();
+    mainAsync([] {});
+    MainQueue::shared().setWakeHook(nullptr);
+    EXPECT_EQ(wakes.load(), 2);
+    MainQueue::shared().drain();
+}
+
+TEST_F(MainQueueTest, OnlyTheMainThreadMayDrain) {
+    EXPECT_TRUE(isMainThread());
+    bool threw = false;
+    std::thread([&] {
+        EXPECT_FALSE(isMainThread());
+        try {
+            MainQueue::shared().drain();
+        } catch (const std::logic_error&) {
+            threw = true;
+        }
+    }).join();
+    EXPECT_TRUE(threw);
+}
+
+TEST_F(MainQueueTest, DrainForWaitsForLateJobs) {
+    bool ran = false;
+    std::thread poster([&] {
+        std::this_thread::sleep_for(10ms);
+        mainAsync([&] { ran = true; });
+    });
+    MainQueue::shared().drainFor(300ms);
+    poster.join();
+    EXPECT_TRUE(ran);
+}
+
+} // namespace

@@ -1,0 +1,225 @@
+#include "corvane/helpers/OperationQueue.hpp"
+#include "corvane/helpers/ConcurrentPerform.hpp"
+#include "corvane/helpers/SingleOperationQueue.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <mutex>
+#include <set>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+using namespace corvane;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A gate the test opens; operations wait on it.
+class Gate {
+public:
+    void wait() { opened_.wait(); }
+    void open() { promise_.set_value(); }
+
+private:
+    std::promise<void> promise_;
+    std::shared_future<void> opened_ = promise_.get_future().share();
+};
+
+TEST(OperationQueueTest, NeverRunsMoreThanItsWidthNorMakesMoreThreads) {
+    OperationQueue queue("width", 2);
+    EXPECT_EQ(queue.name(), "width");
+    EXPECT_EQ(queue.maxConcurrentOperationCount(), 2);
+    std::atomic<int> running{0}, maxRunning{0}, done{0};
+    std::mutex idsMutex;
+    std::set<std::thread::id> threadIds;
+    for (int i = 0; i < 8; ++i)
+        queue.addOperation([&] {
+            const int now = ++running;
+            int seen = maxRunning.load();
+            while (now > seen && !maxRunning.compare_exchange_weak(seen, now)) {
+            }
+            {
+                std::lock_guard lock(idsMutex);
+                threadIds.insert(std::this_thread::get_id());
+            }
+            std::this_thread::sleep_for(5ms);
+            --running;
+            ++done;
+        });
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(done.load(), 8);
+    EXPECT_EQ(maxRunning.load(), 2);
+    EXPECT_LE(threadIds.size(), 2u);
+    EXPECT_EQ(queue.operationCount(), 0u);
+}
+
+TEST(OperationQueueTest, CancelAllOperationsDropsOnlyWhatHasNotBegun) {
+    OperationQueue queue("cancel", 1);
+    Gate gate, started;
+    std::atomic<int> ran{0}, completions{0};
+    auto first = queue.addOperation([&] {
+        started.open();
+        gate.wait();
+        ++ran;
+    });
+    first->setCompletionBlock([&] { ++completions; });
+    std::vector<OperationRef> later;
+    for (int i = 0; i < 3; ++i) {
+        auto op = std::make_shared<Operation>([&] { ++ran; });
+        op->setCompletionBlock([&] { ++completions; });
+        queue.addOperation(op);
+        later.push_back(op);
+    }
+    started.wait();
+    EXPECT_TRUE(first->isExecuting());
+    queue.cancelAllOperations();
+    // Not-begun operations are finished at once, without running.
+    for (const auto& op : later) {
+        EXPECT_TRUE(op->isCancelled());
+        EXPECT_TRUE(op->isFinished());
+    }
+    // The running one only learns it was cancelled.
+    EXPECT_TRUE(first->isCancelled());
+    EXPECT_FALSE(first->isFinished());
+    gate.open();
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(ran.load(), 1);
+    EXPECT_TRUE(first->isFinished());
+    EXPECT_EQ(completions.load(), 4);
+}
+
+TEST(OperationQueueTest, AnOperationCancelledBeforeItBeginsNeverRuns) {
+    OperationQueue queue("single-cancel", 1);
+    Gate gate;
+    queue.addOperation([&] { gate.wait(); });
+    bool ran = false;
+    auto op = queue.addOperation([&] { ran = true; });
+    op->cancel();
+    gate.open();
+    op->waitUntilFinished();
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_FALSE(ran);
+    EXPECT_TRUE(op->isFinished());
+}
+
+TEST(OperationQueueTest, RejectsMisuse) {
+    OperationQueue queue("misuse", 2);
+    auto op = queue.addOperation([] {});
+    EXPECT_THROW(queue.addOperation(op), std::invalid_argument);
+    std::atomic<bool> threw{false};
+    queue.addOperation([&] {
+        try {
+            queue.waitUntilAllOperationsAreFinished();
+        } catch (const std::logic_error&) {
+            threw = true;
+        }
+    });
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_TRUE(threw.load());
+}
+
+TEST(OperationQueueTest, SuspendedQueueStartsNothing) {
+    OperationQueue queue("suspend", 2);
+    queue.setSuspended(true);
+    std::atomic<int> ran{0};
+    for (int i = 0; i < 3; ++i)
+        queue.addOperation([&] { ++ran; });
+    std::this_thread::sleep_for(20ms);
+    EXPECT_EQ(ran.load(), 0);
+    EXPECT_EQ(queue.operationCount(), 3u);
+    queue.setSuspended(false);
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(ran.load(), 3);
+}
+
+TEST(OperationQueueTest, DestructionWaitsForQueuedWork) {
+    std::atomic<int> ran{0};
+    {
+        OperationQueue queue("destroy", 3);
+        for (int i = 0; i < 10; ++i)
+            queue.addOperation([&] {
+                std::this_thread::sleep_for(1ms);
+                ++ran;
+            });
+    }
+    EXPECT_EQ(ran.load(), 10);
+}
+
+TEST(SingleOperationQueueTest, RunsOneAtATimeInOrder) {
+    SingleOperationQueue single;
+    EXPECT_EQ(single.queue().maxConcurrentOperationCount(), 1);
+    std::vector<int> order; // only touched by the queue's operations, one at a time
+    std::atomic<int> running{0};
+    std::atomic<bool> overlapped{false};
+    for (int i = 0; i < 20; ++i)
+        single.addOperation([&, i] {
+            if (++running > 1) overlapped = true;
+            order.push_back(i);
+            --running;
+        });
+    single.waitUntilAllOperationsAreFinished();
+    EXPECT_FALSE(overlapped.load());
+    ASSERT_EQ(order.size(), 20u);
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(order[i], i);
+}
+
+TEST(SingleOperationQueueTest, ReplacementCancelsPendingButNotRunningWork) {
+    SingleOperationQueue single;
+    Gate gate, started;
+    std::vector<int> ran; // only touched by the queue's operations
+    single.addOperation([&] {
+        started.open();
+        gate.wait();
+        ran.push_back(0);
+    });
+    started.wait();
+    auto pending1 = single.addOperation([&] { ran.push_back(1); });
+    auto pending2 = single.addOperation([&] { ran.push_back(2); });
+    auto newest = single.replacePendingOperations([&] { ran.push_back(3); });
+    EXPECT_TRUE(pending1->isCancelled());
+    EXPECT_TRUE(pending2->isCancelled());
+    EXPECT_FALSE(newest->isCancelled());
+    gate.open();
+    single.waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(ran, (std::vector<int>{0, 3}));
+}
+
+TEST(ConcurrentPerformTest, RunsEveryIterationOnceAndRethrows) {
+    constexpr std::size_t n = 1000;
+    std::vector<std::atomic<int>> hits(n);
+    concurrentPerform(n, [&](std::size_t i) { ++hits[i]; });
+    for (auto& h : hits)
+        EXPECT_EQ(h.load(), 1);
+    concurrentPerform(0, [](std::size_t) { FAIL(); });
+
+    std::atomic<int> ran{0};
+    EXPECT_THROW(concurrentPerform(50,
+                                   [&](std::size_t i) {
+                                       ++ran;
+                                       if (i == 7) throw std::runtime_error("seven");
+                                   }),
+                 std::runtime_error);
+    EXPECT_EQ(ran.load(), 50); // the other iterations still ran
+}
+
+TEST(ConcurrentPerformTest, ParallelMapKeepsInputOrder) {
+    std::vector<int> input(500);
+    for (int i = 0; i < 500; ++i)
+        input[i] = i;
+    auto squares = parallelMap(input, [](int x) { return static_cast<long>(x) * x; });
+    ASSERT_EQ(squares.size(), 500u);
+    for (int i = 0; i < 500; ++i)
+        EXPECT_EQ(squares[i], static_cast<long>(i) * i);
+    auto evens =
+        parallelCompactMap(input, [](int x) { return x % 2 ? std::nullopt : std::optional<int>(x); });
+    EXPECT_EQ(evens.size(), 250u);
+    EXPECT_EQ(evens[1], 2);
+    auto mods = parallelMapToSet(input, [](int x) { return x % 3; });
+    EXPECT_EQ(mods, (std::set<int>{0, 1, 2}));
+}
+
+} // namespace

@@ -1,0 +1,122 @@
+#include "corvane/utilities/KitSettings.hpp"
+#include "corvane/helpers/NotificationCenter.hpp"
+#include "corvane/utilities/ETLanguage.hpp"
+
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <set>
+
+using namespace corvane;
+
+namespace {
+
+// Points the settings at a private defaults file for one test.
+class KitSettingsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        saved_ = KitSettings::shared().userDefaults();
+        defaults_ = std::make_shared<UserDefaults>(folder_ / "defaults.json");
+        KitSettings::shared().setUserDefaults(defaults_);
+    }
+    void TearDown() override { KitSettings::shared().setUserDefaults(saved_); }
+
+    test::TemporaryFolder folder_;
+    std::shared_ptr<UserDefaults> saved_, defaults_;
+};
+
+TEST(EngineOptionTest, SetOperations) {
+    constexpr auto et = EngineOption::exifTool(), ci = EngineOption::coreImage(),
+                   av = EngineOption::avFoundation();
+    static_assert(EngineOption({et, ci, av}) == EngineOption::all());
+    EXPECT_EQ(EngineOption::all().rawValue(), 7);
+    EXPECT_EQ((et | ci).rawValue(), 3);
+    EXPECT_EQ(((et | ci) & (ci | av)), ci);
+    EXPECT_EQ(((et | ci) ^ (ci | av)), (et | av));
+    EXPECT_EQ(EngineOption::all() - ci, (et | av));
+    EXPECT_TRUE(et.isSubset(et | ci));
+    EXPECT_TRUE(EngineOption::all().isSuperset(av));
+    EXPECT_FALSE(ci.contains(et));
+    auto o = ci;
+    o.insert(et);
+    o.remove(ci);
+    EXPECT_EQ(o, et);
+}
+
+TEST_F(KitSettingsTest, DefaultsAndGuardedFields) {
+    auto& settings = KitSettings::shared();
+    EXPECT_EQ(&settings, &KitSettings::shared());
+    EXPECT_EQ(settings.engineOption(), EngineOption::all());
+    EXPECT_EQ(settings.supportedFileTypes(), MediaType::types(MediaKind::allCases()));
+    EXPECT_FALSE(settings.supportedFileTypes().empty());
+    EXPECT_NE(settings.undoManager(), nullptr);
+    EXPECT_TRUE(settings.extraArguments().empty());
+    EXPECT_TRUE(settings.xmpToolkit().empty());
+
+    settings.setEngineOption(EngineOption::coreImage());
+    settings.setXmpToolkit("Corvane 1.0");
+    EXPECT_EQ(settings.engineOption(), EngineOption::coreImage());
+    EXPECT_EQ(settings.xmpToolkit(), "Corvane 1.0");
+    settings.setEngineOption(EngineOption::all());
+    settings.setXmpToolkit("");
+}
+
+TEST_F(KitSettingsTest, UserLanguageFallsBackToLocalAndNotifiesAroundTheChange) {
+    EXPECT_EQ(ETLanguage::userLanguage(), ETLanguage::local);
+    defaults_->set("QRVUserLanguage", "klingon");
+    EXPECT_EQ(ETLanguage::userLanguage(), ETLanguage::local);
+
+    std::vector<std::string> events;
+    auto& center = NotificationCenter::defaultCenter();
+    auto will = center.subscribe("QRVUserLanguageWillChangeNotification", [&](const Notification& n) {
+        EXPECT_EQ(n.sender(), nullptr);
+        events.push_back("will:" + std::string(ETLanguage::userLanguage().rawValue()));
+    });
+    auto did = center.subscribe("QRVUserLanguageDidChangeNotification", [&](const Notification&) {
+        events.push_back("did:" + std::string(ETLanguage::userLanguage().rawValue()));
+    });
+    ETLanguage::setUserLanguage(ETLanguage::zh_tw);
+    EXPECT_EQ(events, (std::vector<std::string>{"will:local", "did:zh_tw"}));
+    EXPECT_EQ(UserDefaults(folder_ / "defaults.json").string("QRVUserLanguage"), "zh_tw");
+
+    ETLanguage::setUserLanguageKey("OtherKey");
+    EXPECT_EQ(ETLanguage::userLanguage(), ETLanguage::local);
+    ETLanguage::setUserLanguageKey("QRVUserLanguage");
+    EXPECT_EQ(ETLanguage::userLanguage(), ETLanguage::zh_tw);
+}
+
+TEST(ETLanguageTest, MatchesTheLanguagesOfExifTool) {
+    std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen("/usr/bin/exiftool -lang 2>/dev/null", "r"), pclose);
+    if (!pipe) GTEST_SKIP() << "exiftool not available";
+    std::set<std::string> codes;
+    std::array<char, 256> line{};
+    while (fgets(line.data(), line.size(), pipe.get())) {
+        std::string s(line.data());
+        if (s.rfind("  ", 0) == 0) codes.insert(s.substr(2, s.find(" - ") - 2));
+    }
+    if (codes.empty()) GTEST_SKIP() << "exiftool printed no languages";
+    std::set<std::string> ours;
+    for (auto l : ETLanguage::allCases())
+        if (!l.etName().empty()) ours.insert(std::string(l.etName()));
+    EXPECT_EQ(ours, codes);
+}
+
+TEST(ETLanguageTest, NamesAndEquivalents) {
+    EXPECT_EQ(ETLanguage::fromRawValue("en_gb"), ETLanguage(ETLanguage::en_gb));
+    EXPECT_FALSE(ETLanguage::fromRawValue("en-gb"));
+    EXPECT_EQ(ETLanguage(ETLanguage::de).title(), "Deutsch (de)");
+    EXPECT_EQ(ETLanguage(ETLanguage::zh_cn).localizedName(), "Simplified Chinese");
+    EXPECT_EQ(ETLanguage(ETLanguage::local).name(), "System");
+    EXPECT_EQ(ETLanguage::forLocale("zh_Hant_HK"), ETLanguage(ETLanguage::zh_tw));
+    EXPECT_EQ(ETLanguage::forLocale("zh-Hans"), ETLanguage(ETLanguage::zh_cn));
+    EXPECT_EQ(ETLanguage::forLocale("fr_CA"), ETLanguage(ETLanguage::fr));
+    EXPECT_EQ(ETLanguage::forLocale("en_GB"), ETLanguage(ETLanguage::en_gb));
+    EXPECT_FALSE(ETLanguage::forLocale("pt_BR"));
+    EXPECT_EQ(ETLanguage(ETLanguage::fr).equivalentLanguage(), ETLanguage(ETLanguage::fr));
+}
+
+} // namespace
