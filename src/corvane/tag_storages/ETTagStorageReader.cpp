@@ -1,0 +1,487 @@
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+
+#include "corvane/exiftool_wrapper/ETInput.hpp"
+#include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/tag_storages/FinderResources.hpp"
+#include "corvane/tag_value/TagCatalogue.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+
+#include <exception>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <unordered_map>
+
+namespace corvane {
+
+namespace {
+
+// The tail of ExifTool's placeholder for binary values: "(Binary data 1234 bytes, use -b option to extract)".
+constexpr std::string_view binaryPlaceholder = "use -b option to extract";
+constexpr std::string_view keysGroup = "Keys";
+
+std::string_view trimmedView(std::string_view s) {
+    const auto b = s.find_first_not_of(" \t\r\n\v\f");
+    if (b == std::string_view::npos) return {};
+    const auto e = s.find_last_not_of(" \t\r\n\v\f");
+    return s.substr(b, e - b + 1);
+}
+
+bool containsAny(std::string_view text, const std::vector<std::string>& needles) {
+    for (const auto& needle : needles)
+        if (text.find(needle) != std::string_view::npos) return true;
+    return false;
+}
+
+// Types whose values are text: ExifTool prints numeric-looking text as a JSON number, and such a
+// value must reach the storage as printed ("1.50", not "1.5").
+bool isTextType(TagType type) {
+    switch (type.value()) {
+    case TagType::string:
+    case TagType::langAlt:
+    case TagType::utf8:
+    case TagType::Unicode:
+    case TagType::unicode:
+    case TagType::pstring:
+    case TagType::varString:
+    case TagType::varPStr32:
+    case TagType::varUStr32:
+    case TagType::longString:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// What a "family 0:family 1" group key of one run resolves to; the same keys recur in every record,
+// so each is worked out once per decode.
+struct GroupInfo {
+    bool banned = false;
+    std::string g0;
+    std::string g1;
+    TagStream recordedStream;
+};
+
+// Streams ExifTool's JSON array straight into storages: no document tree is built, groups are
+// resolved once per key, and values of tags outside the catalogue are skipped without being
+// stored anywhere.
+class ExifToolJSONDecoder {
+public:
+    using number_integer_t = nlohmann::json::number_integer_t;
+    using number_unsigned_t = nlohmann::json::number_unsigned_t;
+    using number_float_t = nlohmann::json::number_float_t;
+    using string_t = nlohmann::json::string_t;
+    using binary_t = nlohmann::json::binary_t;
+
+    ExifToolJSONDecoder(const std::vector<TagStorageSource>& sources,
+                        const std::vector<std::string>& bannedValues,
+                        const std::vector<std::string>& bannedStreams)
+        : bannedValues_(bannedValues), bannedStreams_(bannedStreams) {
+        // On a repeated URL the later source stands.
+        for (const auto& source : sources)
+            sourcesByPath_.insert_or_assign(source.url().native(), &source);
+    }
+
+    std::vector<TagStorage> takeStorages() { return std::move(storages_); }
+    bool shapeError() const { return shapeError_; }
+    const std::exception_ptr& parseError() const { return parseError_; }
+
+    // --- SAX events
+
+    bool null() { return scalar(DynamicValue(), {}); }
+    bool boolean(bool value) {
+        return scalar(DynamicValue(Number::fromBool(value)), value ? "true" : "false");
+    }
+    bool number_integer(number_integer_t value) {
+        return scalar(DynamicValue(Number::fromInteger(value)), std::to_string(value));
+    }
+    bool number_unsigned(number_unsigned_t value) {
+        const Number number = value <= static_cast<number_unsigned_t>(std::numeric_limits<int64_t>::max())
+                                  ? Number::fromInteger(static_cast<int64_t>(value))
+                                  : Number::fromDouble(static_cast<double>(value));
+        return scalar(DynamicValue(number), std::to_string(value));
+    }
+    bool number_float(number_float_t value, const string_t& text) {
+        return scalar(DynamicValue(Number::fromDouble(value)), text);
+    }
+    bool string(string_t& value) {
+        if (skipDepth_ == 0 && level_ == Level::record) {
+            // Only "SourceFile" has a scalar value worth keeping at this level.
+            if (pendingSourceFile_) sourceFile_ = std::move(value);
+            pendingSourceFile_ = false;
+            return true;
+        }
+        return scalar(DynamicValue(std::move(value)), {});
+    }
+    bool binary(binary_t&) { return scalar(DynamicValue(), {}); }
+
+    bool start_object(std::size_t) {
+        if (skipDepth_ > 0) {
+            ++skipDepth_;
+            return true;
+        }
+        switch (level_) {
+        case Level::top:
+            return failShape();
+        case Level::array:
+            level_ = Level::record;
+            beginRecord();
+            return true;
+        case Level::record:
+            pendingSourceFile_ = false;
+            if (!currentGroup_ || currentGroup_->banned) {
+                skipDepth_ = 1;
+                return true;
+            }
+            level_ = Level::group;
+            return true;
+        case Level::group:
+        case Level::value:
+            // A structure: no catalogue tag takes one, so the tag is dropped.
+            dropValue();
+            skipDepth_ = 1;
+            return true;
+        }
+        return true;
+    }
+
+    bool end_object() {
+        if (skipDepth_ > 0) {
+            --skipDepth_;
+            return true;
+        }
+        if (level_ == Level::group) {
+            level_ = Level::record;
+            currentGroup_ = nullptr;
+        } else if (level_ == Level::record) {
+            endRecord();
+            level_ = Level::array;
+        }
+        return true;
+    }
+
+    bool key(string_t& key) {
+        if (skipDepth_ > 0) return true;
+        if (level_ == Level::record) {
+            pendingSourceFile_ = key == "SourceFile";
+            currentGroup_ = pendingSourceFile_ ? nullptr : &resolveGroup(key);
+            if (currentGroup_ && !currentGroup_->banned) streams_.insert(currentGroup_->recordedStream);
+        } else if (level_ == Level::group) {
+            currentItem_ = ETTagStorageReader::findTagItem(currentGroup_->g0, currentGroup_->g1, key);
+            keepsText_ = currentItem_ && isTextType(currentItem_->type());
+        }
+        return true;
+    }
+
+    bool start_array(std::size_t) {
+        if (skipDepth_ > 0) {
+            ++skipDepth_;
+            return true;
+        }
+        switch (level_) {
+        case Level::top:
+            level_ = Level::array;
+            return true;
+        case Level::array:
+            return failShape();
+        case Level::record:
+            // A group that isn't an object counts as an empty one; a SourceFile that isn't a string
+            // is no SourceFile.
+            pendingSourceFile_ = false;
+            skipDepth_ = 1;
+            return true;
+        case Level::group:
+            if (!currentItem_) {
+                skipDepth_ = 1;
+                return true;
+            }
+            level_ = Level::value;
+            arrays_.emplace_back();
+            return true;
+        case Level::value:
+            arrays_.emplace_back();
+            return true;
+        }
+        return true;
+    }
+
+    bool end_array() {
+        if (skipDepth_ > 0) {
+            --skipDepth_;
+            return true;
+        }
+        if (level_ == Level::array) {
+            level_ = Level::top;
+            return true;
+        }
+        if (level_ != Level::value) return true;
+        DynamicArray done = std::move(arrays_.back());
+        arrays_.pop_back();
+        if (!arrays_.empty()) {
+            arrays_.back().emplace_back(std::move(done));
+            return true;
+        }
+        level_ = Level::group;
+        if (valueDropped_)
+            valueDropped_ = false;
+        else
+            storeValue(DynamicValue(std::move(done)));
+        return true;
+    }
+
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) {
+        if (auto parse = dynamic_cast<const nlohmann::json::parse_error*>(&error))
+            parseError_ = std::make_exception_ptr(*parse);
+        else
+            parseError_ = std::make_exception_ptr(std::runtime_error(error.what()));
+        return false;
+    }
+
+private:
+    enum class Level { top, array, record, group, value };
+
+    bool failShape() {
+        shapeError_ = true;
+        return false;
+    }
+
+    bool scalar(DynamicValue value, std::string_view text) {
+        if (skipDepth_ > 0) return true;
+        switch (level_) {
+        case Level::top:
+        case Level::array:
+            return failShape();
+        case Level::record:
+            pendingSourceFile_ = false;
+            return true;
+        case Level::group:
+            if (currentItem_) storeValue(keepsText_ && !text.empty() ? DynamicValue(text) : std::move(value));
+            return true;
+        case Level::value:
+            arrays_.back().push_back(keepsText_ && !text.empty() ? DynamicValue(text) : std::move(value));
+            return true;
+        }
+        return true;
+    }
+
+    void dropValue() {
+        if (level_ == Level::value) valueDropped_ = true;
+    }
+
+    const GroupInfo& resolveGroup(const std::string& key) {
+        if (auto it = groups_.find(key); it != groups_.end()) return it->second;
+        GroupInfo info;
+        const auto colon = key.find(':');
+        const std::string_view text(key);
+        if (colon == std::string::npos) {
+            info.g0 = info.g1 = std::string(trimmedView(text));
+        } else {
+            info.g0 = std::string(trimmedView(text.substr(0, colon)));
+            info.g1 = std::string(trimmedView(text.substr(colon + 1)));
+        }
+        info.banned = (!info.g0.empty() && containsAny(info.g0, bannedStreams_)) ||
+                      (!info.g1.empty() && containsAny(info.g1, bannedStreams_));
+        const auto* family = TagCatalogue::shared().family(info.g0);
+        info.recordedStream = family && family->isMaker ? TagStream::streamMakerNotes : TagStream(info.g0);
+        return groups_.emplace(key, std::move(info)).first->second;
+    }
+
+    void storeValue(const DynamicValue& value) {
+        auto string = currentItem_->stringValueFromNativeValue(value);
+        if (!string) return;
+        if (!string->empty() && containsAny(*string, bannedValues_)) return;
+        // The first occurrence of a name wins.
+        values_.try_emplace(currentItem_->name(), std::move(*string));
+    }
+
+    void beginRecord() {
+        sourceFile_.reset();
+        pendingSourceFile_ = false;
+        currentGroup_ = nullptr;
+        currentItem_ = nullptr;
+        streams_.clear();
+        values_.clear();
+    }
+
+    const TagStorageSource* sourceOf(const std::string& path) {
+        if (auto it = sourcesByPath_.find(path); it != sourcesByPath_.end()) return it->second;
+        // ExifTool prints targets as it was given them; one that needed "./" in front (a relative
+        // name beginning with "-") comes back with it. Compare normalised paths then.
+        if (normalizedSources_.empty())
+            for (const auto& [text, source] : sourcesByPath_)
+                normalizedSources_.insert_or_assign(std::filesystem::path(text).lexically_normal().native(),
+                                                    source);
+        const auto normal = std::filesystem::path(path).lexically_normal().native();
+        if (auto it = normalizedSources_.find(normal); it != normalizedSources_.end()) return it->second;
+        return nullptr;
+    }
+
+    void endRecord() {
+        if (!sourceFile_) return;
+        const TagStorageSource* source = sourceOf(*sourceFile_);
+        if (!source) return;
+        TagStorage storage(*source);
+        storage.setOriginalStreams(std::move(streams_));
+        storage.setOriginalValues(std::move(values_));
+        streams_ = {};
+        values_ = {};
+        FinderResources resources;
+        try {
+            resources.read(source->url());
+        } catch (const std::exception&) {
+            resources = FinderResources();
+        }
+        storage.storeFinderResourcesValues(resources);
+        storage.completeFileResources(source->url());
+        storages_.push_back(std::move(storage));
+    }
+
+    const std::vector<std::string>& bannedValues_;
+    const std::vector<std::string>& bannedStreams_;
+    std::unordered_map<std::string, const TagStorageSource*> sourcesByPath_;
+    std::unordered_map<std::string, const TagStorageSource*> normalizedSources_;
+    std::unordered_map<std::string, GroupInfo> groups_;
+
+    Level level_ = Level::top;
+    int skipDepth_ = 0;
+    bool shapeError_ = false;
+    std::exception_ptr parseError_;
+
+    // The record being read.
+    std::optional<std::string> sourceFile_;
+    bool pendingSourceFile_ = false;
+    const GroupInfo* currentGroup_ = nullptr;
+    const TagItem* currentItem_ = nullptr;
+    bool keepsText_ = false;
+    bool valueDropped_ = false;
+    std::vector<DynamicArray> arrays_;
+    TagStorage::Streams streams_;
+    TagStorage::Values values_;
+
+    std::vector<TagStorage> storages_;
+};
+
+} // namespace
+
+static_assert(TagStorageReaderType<ETTagStorageReader>);
+
+// --- Settings
+
+ETTagStorageReader::Settings::Settings(std::vector<TagStorageSource> sources)
+    : sources_(std::move(sources)) {}
+
+void ETTagStorageReader::Settings::setupDefaultBannedValues() {
+    bannedValues_ = {std::string(binaryPlaceholder)};
+    bannedStreams_ = {"ExifTool", "Composite"};
+    for (int track = 0; track <= 10; ++track)
+        bannedStreams_.push_back("Track" + std::to_string(track));
+}
+
+// --- Errors
+
+std::string_view message(ETTagStorageReader::ReadError error) {
+    switch (error) {
+    case ETTagStorageReader::ReadError::readerOutputIsEmpty:
+        return "Reader output is empty";
+    case ETTagStorageReader::ReadError::dataDecodingFailed:
+        return "Data decoding failed";
+    }
+    return "Data decoding failed";
+}
+
+ETTagStorageReader::ReadException::ReadException(ReadError error)
+    : std::runtime_error(std::string(message(error))), error_(error) {}
+
+// --- Reader
+
+ETTagStorageReader::ETTagStorageReader(Settings settings) : settings_(std::move(settings)) {}
+
+double ETTagStorageReader::progress() const {
+    // The process keeps the figure apart from its output, so reading it copies nothing.
+    return process_.progress();
+}
+
+TagStorageMap ETTagStorageReader::readStorages() {
+    if (const auto& handler = settings_.onStartHandler()) handler(*this);
+    if (const auto& handler = settings_.onProgressHandler()) handler(*this);
+
+    TagStorageMap storages;
+    for (auto& storage : readFolderStorages()) {
+        auto url = storage.source().url();
+        storages.insert_or_assign(std::move(url), std::move(storage));
+    }
+    for (auto& storage : readFileStorages()) {
+        auto url = storage.source().url();
+        storages.insert_or_assign(std::move(url), std::move(storage));
+    }
+
+    if (const auto& handler = settings_.onProgressHandler()) handler(*this);
+    if (const auto& handler = settings_.onEndHandler()) handler(*this);
+    return storages;
+}
+
+std::vector<TagStorage> ETTagStorageReader::readFolderStorages() const {
+    // Folders aren't read: what a folder storage holds later is what the user edits.
+    std::vector<TagStorage> storages;
+    for (const auto& source : settings_.sources())
+        if (source.isFolder()) storages.emplace_back(source);
+    return storages;
+}
+
+std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
+    std::vector<TagStorageSource> files;
+    for (const auto& source : settings_.sources())
+        if (!source.isFolder()) files.push_back(source);
+    if (files.empty()) return {};
+
+    ETInput input;
+    input.addArguments(files, [this](const TagStorageSource& source, ETInput::ArgumentsMaker& maker) {
+        maker.language = settings_.language();
+        maker.shortTags = settings_.enableShortTags();
+        maker.rawValues = settings_.enableRawValues();
+        maker.noComposite = settings_.disableComposite();
+        maker.rawLocation = settings_.forceRawLocation();
+        maker.ignoreMinorErrors = settings_.ignoreMinorErrors();
+        maker.arguments = {"-g0:1", "-j"};
+        maker.password = source.password();
+        maker.url = source.url();
+        // Files with the same options share one ExifTool command.
+        maker.soloRun = false;
+    });
+    // The run is synchronous within readStorages(), so the reader outlives every callback.
+    input.onProgressHandler = [this](ETProcess&) {
+        if (const auto& handler = settings_.onProgressHandler()) handler(*this);
+    };
+    input.onEndHandler = [](ETProcess& process) { process.debugProcessOutputIfEnabled(); };
+
+    const ETOutput output = process_.execute(input);
+    output.throwIfErrors();
+    return parseExifToolOutput(output.data(), files);
+}
+
+std::vector<TagStorage>
+ETTagStorageReader::parseExifToolOutput(std::string_view data,
+                                        const std::vector<TagStorageSource>& sources) const {
+    ExifToolJSONDecoder decoder(sources, settings_.bannedValues(), settings_.bannedStreams());
+    const bool parsed = nlohmann::json::sax_parse(data, &decoder);
+    if (decoder.shapeError()) throw ReadException(ReadError::dataDecodingFailed);
+    if (decoder.parseError()) std::rethrow_exception(decoder.parseError());
+    if (!parsed) throw ReadException(ReadError::dataDecodingFailed);
+    return decoder.takeStorages();
+}
+
+const TagItem* ETTagStorageReader::findTagItem(std::string_view g0, std::string_view g1,
+                                               std::string_view rawKey) {
+    const auto& catalogue = TagCatalogue::shared();
+    // Maker-note tags are filed under the maker's family 1 name.
+    const std::string_view stream = g0 == TagStream::streamMakerNotes.rawValue() ? g1 : g0;
+    if (const TagItem* item = catalogue.find(stream, rawKey)) return item;
+    if (g0 != TagStream::streamQuickTime.rawValue() || g1 != keysGroup) return nullptr;
+    // QuickTime "Keys" name some tags of the camera with a prefix and a suffix of their own.
+    std::string_view key = rawKey;
+    if (key.starts_with("Camera")) key.remove_prefix(6);
+    if (const TagItem* item = catalogue.find(TagStream::streamQuickTime.rawValue(), key)) return item;
+    if (key.ends_with("Equivalent")) key.remove_suffix(10);
+    return catalogue.find(TagStream::streamQuickTime.rawValue(), key);
+}
+
+} // namespace corvane

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "corvane/tag_storages/IPTCDigestUpdate.hpp"
+#include "corvane/tag_storages/TagStorage.hpp"
+#include "corvane/tag_storages/TagStorageWriter.hpp"
+#include "corvane/tag_storages/TagStorageWriterSettings.hpp"
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace corvane {
+
+// Writes the edited values of storages with ExifTool, in place. The values of all files of a write go
+// into one temporary JSON import file read with "-json=", one group per file, all in one ExifTool run;
+// a folder storage gets a file and a group of its own that applies to every file of the folder. A
+// tag to remove travels as "-". Finder resources (dates, Finder tags) are written afterwards without
+// ExifTool. ExifTool replaces a file only once it has written it completely, so a file it can't
+// write stays as it was.
+//
+// Construct, call `write()` once, discard. `write()` blocks; progress callbacks come from the thread
+// that runs ExifTool.
+class ETTagStorageWriter : public TagStorageWriter {
+public:
+    class Settings : public TagStorageWriterSettings<ETTagStorageWriter> {
+    public:
+        Settings() = default;
+        explicit Settings(std::vector<TagStorage> storages);
+
+        // What to write.
+        const std::vector<TagStorage>& storages() const { return storages_; }
+        void setStorages(std::vector<TagStorage> storages) { storages_ = std::move(storages); }
+        // Where the result of a source goes. Carried for engines that write copies; this engine
+        // always writes in place and doesn't read it.
+        const std::unordered_map<std::filesystem::path, std::filesystem::path>& destinations() const {
+            return destinations_;
+        }
+        void setDestinations(std::unordered_map<std::filesystem::path, std::filesystem::path> destinations) {
+            destinations_ = std::move(destinations);
+        }
+        // Let ExifTool fix maker-note offsets while writing ("-F").
+        bool enableCorrection() const { return enableCorrection_; }
+        void setEnableCorrection(bool value) { enableCorrection_ = value; }
+        // Declare IPTC as UTF-8 in files that declare no character set, when IPTC is written.
+        bool forceIPTCUTF8() const { return forceIPTCUTF8_; }
+        void setForceIPTCUTF8(bool value) { forceIPTCUTF8_ = value; }
+        // What to do with the Photoshop IPTC digest.
+        IPTCDigestUpdate forceIPTCDigest() const { return forceIPTCDigest_; }
+        void setForceIPTCDigest(IPTCDigestUpdate value) { forceIPTCDigest_ = value; }
+        // Let ExifTool go on past minor errors ("-m").
+        bool ignoreMinorErrors() const { return ignoreMinorErrors_; }
+        void setIgnoreMinorErrors(bool value) { ignoreMinorErrors_ = value; }
+
+    private:
+        std::vector<TagStorage> storages_;
+        std::unordered_map<std::filesystem::path, std::filesystem::path> destinations_;
+        bool enableCorrection_ = false;
+        bool forceIPTCUTF8_ = true;
+        IPTCDigestUpdate forceIPTCDigest_ = IPTCDigestUpdate::ignore;
+        bool ignoreMinorErrors_ = false;
+    };
+    using ProcessSettings = Settings;
+
+    enum class WriteError {
+        copySourceImageFailed,
+        jsonEncodingFailed,
+        jsonFileCreationFailed,
+        sourceFileIsMissing,
+        outputIsMissing,
+    };
+
+    // Thrown by the writer; `what()` is the message of the case.
+    class WriteException : public std::runtime_error {
+    public:
+        explicit WriteException(WriteError error);
+        WriteError error() const { return error_; }
+
+    private:
+        WriteError error_;
+    };
+
+    explicit ETTagStorageWriter(Settings settings);
+    ETTagStorageWriter(const ETTagStorageWriter&) = delete;
+    ETTagStorageWriter& operator=(const ETTagStorageWriter&) = delete;
+
+    const Settings& settings() const { return settings_; }
+    // The progress of the ExifTool run under way (or ended).
+    double progress() const override;
+    const ETProcess& process() const { return process_; }
+
+    // Writes `settings().storages()` between the start and end callbacks. Throws WriteException when
+    // the import file can't be made (no file has changed then), or ETOutputException when ExifTool
+    // reports errors that the settings don't excuse (files of the run before the failing one may have
+    // changed). `onEndHandler` is only called on success.
+    void write() override;
+    // The same work on another list of storages, without the start and end callbacks.
+    void writeStorages(const std::vector<TagStorage>& storages);
+
+    // The import record of one storage: "SourceFile" (the file, or "*" for every file of a folder),
+    // then the values to write under their "Stream:Key" names, the IPTC character set and digest
+    // entries the settings ask for. Nothing when the storage has nothing for ExifTool to write.
+    std::optional<nlohmann::ordered_json> importRecord(const TagStorage& storage) const;
+
+    // The file ExifTool acts on: the temporary copy of a photo-library asset, else the source's file
+    // or folder.
+    static std::filesystem::path targetURL(const TagStorage& storage);
+    // Batch 0 holds every file storage, in order; each folder storage follows in a batch of its own.
+    static std::vector<std::vector<const TagStorage*>> splitStorages(const std::vector<TagStorage>& storages);
+
+private:
+    void fillTagValues(const TagStorage& storage, nlohmann::ordered_json& values) const;
+    void updateIPTCCharSet(const TagStorage& storage, nlohmann::ordered_json& values) const;
+    void updateIPTCDigest(const TagStorage& storage, nlohmann::ordered_json& values) const;
+    static std::filesystem::path createJSONFile(const nlohmann::ordered_json& records);
+    void addArgs(ETInput& input, const std::filesystem::path& jsonURL,
+                 const std::vector<const TagStorage*>& storages) const;
+
+    ETProcess process_;
+    Settings settings_;
+};
+
+std::string_view message(ETTagStorageWriter::WriteError error);
+
+} // namespace corvane

@@ -1,0 +1,504 @@
+// Writing storages through ExifTool: the import records, then real writes read back with the reader.
+
+#include "corvane/exiftool_wrapper/ETOutput.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/utilities/KitSettings.hpp"
+
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::ordered_json;
+using testing::ElementsAre;
+
+TagName name(std::string_view raw) {
+    auto tagName = TagName::fromRawValue(raw);
+    EXPECT_TRUE(tagName.has_value()) << raw;
+    return tagName.value_or(TagName());
+}
+
+std::optional<std::string> original(const TagStorage& storage, std::string_view raw) {
+    auto it = storage.originalValues().find(name(raw));
+    if (it == storage.originalValues().end()) return std::nullopt;
+    return it->second;
+}
+
+TagStorageMap readAll(const std::vector<fs::path>& paths) {
+    std::vector<TagStorageSource> sources;
+    for (const auto& path : paths)
+        sources.emplace_back(path);
+    ETTagStorageReader::Settings settings(sources);
+    settings.setupDefaultBannedValues();
+    return ETTagStorageReader(settings).readStorages();
+}
+
+TagStorage readOne(const fs::path& path) {
+    auto storages = readAll({path});
+    EXPECT_TRUE(storages.contains(path)) << path;
+    return storages.contains(path) ? storages.at(path) : TagStorage(TagStorageSource(path));
+}
+
+void edit(TagStorage& storage, const std::map<std::string, std::string>& values) {
+    for (const auto& [raw, value] : values)
+        storage.unsafeSetValue(value, name(raw));
+}
+
+std::string fileBytes(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+ordered_json recordOf(const TagStorage& storage, ETTagStorageWriter::Settings settings = {}) {
+    ETTagStorageWriter writer(std::move(settings));
+    return writer.importRecord(storage).value_or(ordered_json());
+}
+
+// --- Import records
+
+TEST(ETWriterRecords, ValuesBecomeImportEntries) {
+    TagStorage storage(TagStorageSource("/photos/a.jpg"));
+    const TagItem* canonItem = TagStream::streamCanon.items().front();
+    edit(storage, {{"EXIF:Artist", "Zoë"},
+                   {"EXIF:Copyright", "  "},
+                   {"XMP:Title", ""},
+                   {"EXIF:NotInTheCatalogue", "x"},
+                   {"File:FileModifyDate", "2024:01:02 03:04:05+00:00"},
+                   {"IPTC:Keywords", "one, two,three"},
+                   {canonItem->name().rawValue(), "maker"}});
+    const ordered_json record = recordOf(storage);
+    ASSERT_TRUE(record.is_object()) << record;
+    EXPECT_EQ(record.begin().key(), "SourceFile");
+    EXPECT_EQ(record["SourceFile"], "/photos/a.jpg");
+    EXPECT_EQ(record["EXIF:Artist"], "Zoë");
+    EXPECT_EQ(record["EXIF:Copyright"], "-") << "a blank value clears the tag";
+    EXPECT_EQ(record["XMP:Title"], "-");
+    EXPECT_FALSE(record.contains("EXIF:NotInTheCatalogue"));
+    EXPECT_FALSE(record.contains("File:FileModifyDate")) << "file resources aren't ExifTool's";
+    EXPECT_EQ(record["IPTC:Keywords"], ordered_json::array({"one", "two", "three"})) << "lists go as arrays";
+    EXPECT_EQ(record["MakerNotes:" + canonItem->key().rawValue()], "maker");
+    EXPECT_FALSE(record.contains(canonItem->name().rawValue()));
+}
+
+TEST(ETWriterRecords, NothingForExifToolGivesNoRecord) {
+    TagStorage storage(TagStorageSource("/photos/a.jpg"));
+    ETTagStorageWriter writer{ETTagStorageWriter::Settings()};
+    EXPECT_FALSE(writer.importRecord(storage).has_value());
+    edit(storage, {{"File:FileModifyDate", "2024:01:02 03:04:05+00:00"}, {"EXIF:NotInTheCatalogue", "x"}});
+    EXPECT_FALSE(writer.importRecord(storage).has_value());
+}
+
+TEST(ETWriterRecords, FoldersAndAssetsNameTheirTargets) {
+    TagStorage folder(TagStorageSource("/photos/trip"));
+    edit(folder, {{"EXIF:Artist", "all"}});
+    EXPECT_EQ(recordOf(folder)["SourceFile"], "*");
+
+    TagStorage asset(TagStorageSource("/library/asset.heic", AssetHandle("A1")));
+    edit(asset, {{"EXIF:Artist", "asset"}});
+    EXPECT_EQ(recordOf(asset)["SourceFile"], asset.temporaryURL().string());
+    EXPECT_EQ(ETTagStorageWriter::targetURL(asset), asset.temporaryURL());
+    EXPECT_EQ(ETTagStorageWriter::targetURL(folder), "/photos/trip");
+}
+
+TEST(ETWriterRecords, IPTCIsDeclaredUTF8OnlyWhereNeeded) {
+    const std::string charset = "IPTC:CodedCharacterSet";
+    TagStorage iptc(TagStorageSource("/photos/a.jpg"));
+    edit(iptc, {{"IPTC:By-line", "Ünïcödé"}});
+    EXPECT_EQ(recordOf(iptc)[charset], "UTF8");
+
+    ETTagStorageWriter::Settings off;
+    off.setForceIPTCUTF8(false);
+    EXPECT_FALSE(recordOf(iptc, off).contains(charset));
+
+    TagStorage declared(TagStorageSource("/photos/a.jpg"));
+    declared.setOriginalValue("Latin", name(charset));
+    edit(declared, {{"IPTC:By-line", "x"}});
+    EXPECT_FALSE(recordOf(declared).contains(charset)) << "a declared character set is kept";
+
+    TagStorage exifOnly(TagStorageSource("/photos/a.jpg"));
+    edit(exifOnly, {{"EXIF:Artist", "x"}});
+    EXPECT_FALSE(recordOf(exifOnly).contains(charset));
+}
+
+TEST(ETWriterRecords, DigestFollowsTheSetting) {
+    const std::string digest = "Photoshop:IPTCDigest";
+    TagStorage plain(TagStorageSource("/photos/a.jpg"));
+    edit(plain, {{"IPTC:By-line", "x"}});
+    TagStorage withDigest = plain;
+    withDigest.setOriginalValue("0123456789abcdef0123456789abcdef", name(digest));
+
+    auto with = [](IPTCDigestUpdate update) {
+        ETTagStorageWriter::Settings settings;
+        settings.setForceIPTCDigest(update);
+        return settings;
+    };
+    EXPECT_FALSE(recordOf(plain).contains(digest)) << "ignore is the default";
+    EXPECT_EQ(recordOf(plain, with(IPTCDigestUpdate::delete_))[digest], "-");
+    EXPECT_EQ(recordOf(plain, with(IPTCDigestUpdate::update))[digest], "new");
+    EXPECT_FALSE(recordOf(plain, with(IPTCDigestUpdate::updateIfExists)).contains(digest));
+    EXPECT_EQ(recordOf(withDigest, with(IPTCDigestUpdate::updateIfExists))[digest], "new");
+
+    std::vector<std::string> raws;
+    for (auto update : IPTCDigestUpdate::allCases())
+        raws.emplace_back(update.rawValue());
+    EXPECT_THAT(raws, ElementsAre("ignore", "delete", "update", "update_if_exists"));
+    EXPECT_EQ(IPTCDigestUpdate::fromRawValue("update_if_exists"), IPTCDigestUpdate::updateIfExists);
+    EXPECT_FALSE(IPTCDigestUpdate::fromRawValue("Update").has_value());
+    EXPECT_THAT(IPTCDigestUpdate(IPTCDigestUpdate::updateIfExists).exifToolArguments(),
+                ElementsAre("-if", "$Photoshop:IPTCDigest", "-Photoshop:IPTCDigest=new"));
+    EXPECT_THAT(IPTCDigestUpdate(IPTCDigestUpdate::delete_).exifToolArguments(),
+                ElementsAre("-Photoshop:IPTCDigest="));
+}
+
+TEST(ETWriterRecords, FilesShareTheFirstBatchAndFoldersGetTheirOwn) {
+    const std::vector<TagStorage> storages{
+        TagStorage(TagStorageSource("/f1")), TagStorage(TagStorageSource("/a.jpg")),
+        TagStorage(TagStorageSource("/f2")), TagStorage(TagStorageSource("/b.mov"))};
+    const auto batches = ETTagStorageWriter::splitStorages(storages);
+    ASSERT_EQ(batches.size(), 3u);
+    EXPECT_THAT(batches[0], ElementsAre(&storages[1], &storages[3]));
+    EXPECT_THAT(batches[1], ElementsAre(&storages[0]));
+    EXPECT_THAT(batches[2], ElementsAre(&storages[2]));
+}
+
+// --- Real writes
+
+class ETWriter : public testing::Test {
+protected:
+    test::TemporaryFolder folder{"corvane-etio"};
+    // Every import file goes into a temporary folder of this test, so that leftovers can be seen.
+    test::TemporaryFolder temporary{"corvane-etio-tmp"};
+    std::optional<std::string> previousTMPDIR;
+
+    void SetUp() override {
+        if (const char* value = std::getenv("TMPDIR")) previousTMPDIR = value;
+        ::setenv("TMPDIR", temporary.path().c_str(), 1);
+    }
+    void TearDown() override {
+        if (previousTMPDIR)
+            ::setenv("TMPDIR", previousTMPDIR->c_str(), 1);
+        else
+            ::unsetenv("TMPDIR");
+        EXPECT_TRUE(fs::is_empty(temporary.path())) << "temporary files are removed";
+    }
+
+    static void write(std::vector<TagStorage> storages,
+                      const std::function<void(ETTagStorageWriter::Settings&)>& configure = {}) {
+        ETTagStorageWriter::Settings settings(std::move(storages));
+        if (configure) configure(settings);
+        ETTagStorageWriter(settings).write();
+    }
+};
+
+TEST_F(ETWriter, EXIFIPTCAndXMPValuesRoundTripOnJPEG) {
+    const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
+    test::tagWithExifTool(jpeg, {"-EXIF:Copyright=to be cleared", "-XMP:Creator=Keep"});
+    TagStorage storage = readOne(jpeg);
+    const std::map<std::string, std::string> values{
+        {"EXIF:Artist", "Zoë Ünïcödé ✓"},
+        {"EXIF:ImageDescription", "line one\nline two"},
+        {"IPTC:By-line", "Jürgen Łukasz"},
+        {"IPTC:Caption-Abstract", "写真の説明"},
+        {"IPTC:Keywords", "alpha,béta,γ"},
+        {"XMP:Subject", "x,y,ζ"},
+        {"XMP:Title", "Tïtle \"quoted\""},
+        {"EXIF:DateTimeOriginal", "2023:04:05 06:07:08"},
+        {"EXIF:Copyright", ""},
+    };
+    edit(storage, values);
+    std::vector<std::string> events;
+    write({storage}, [&](ETTagStorageWriter::Settings& settings) {
+        settings.setOnStartHandler([&](ETTagStorageWriter&) { events.push_back("start"); });
+        settings.setOnEndHandler([&](ETTagStorageWriter& writer) {
+            events.push_back("end");
+            EXPECT_DOUBLE_EQ(writer.progress(), 1.0);
+        });
+    });
+    EXPECT_THAT(events, ElementsAre("start", "end"));
+
+    const TagStorage back = readOne(jpeg);
+    for (const auto& [raw, value] : values) {
+        if (value.empty())
+            EXPECT_EQ(original(back, raw), std::nullopt) << raw << " was cleared";
+        else
+            EXPECT_EQ(original(back, raw), value) << raw;
+    }
+    EXPECT_EQ(original(back, "XMP:Creator"), "Keep") << "tags not written stay";
+    // Lists are real lists in the file, not one item holding commas.
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Keywords"), "alpha, béta, γ");
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
+    EXPECT_EQ(original(back, "XMP:XMPToolkit"), KitSettings::shared().xmpToolkit().empty()
+                                                    ? std::nullopt
+                                                    : std::optional(KitSettings::shared().xmpToolkit()));
+    EXPECT_FALSE(fs::exists(fs::path(jpeg.string() + "_original"))) << "written in place";
+}
+
+TEST_F(ETWriter, QuickTimeAndXMPValuesRoundTripOnMOV) {
+    const fs::path mov = test::makeMOV(folder / "movie.mov");
+    TagStorage storage = readOne(mov);
+    const std::map<std::string, std::string> values{
+        {"QuickTime:Title", "Fïlm ✓"},
+        {"QuickTime:Artist", "Ana Ñúñez"},
+        {"QuickTime:Description", "описание"},
+        {"XMP:Title", "XMP tïtle"},
+        {"XMP:Subject", "sea,sky"},
+    };
+    edit(storage, values);
+    write({storage});
+    const TagStorage back = readOne(mov);
+    for (const auto& [raw, value] : values)
+        EXPECT_EQ(original(back, raw), value) << raw;
+
+    TagStorage clear = back;
+    edit(clear, {{"QuickTime:Title", ""}, {"XMP:Subject", " "}});
+    write({clear});
+    const TagStorage cleared = readOne(mov);
+    EXPECT_EQ(original(cleared, "QuickTime:Title"), std::nullopt);
+    EXPECT_EQ(original(cleared, "XMP:Subject"), std::nullopt);
+    EXPECT_EQ(original(cleared, "QuickTime:Artist"), "Ana Ñúñez");
+}
+
+TEST_F(ETWriter, FilesWithDifficultNamesAreWrittenInOneRun) {
+    const std::vector<std::string> names{" .jpg",        "quote's \"here\".jpg", "-dash.jpg",
+                                         "Zoë 写真.png", "line\nbreak.tif",      "semi;colon$HOME.jpg"};
+    std::vector<fs::path> paths;
+    std::vector<TagStorage> storages;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const fs::path path = folder / names[i];
+        if (path.extension() == ".png")
+            test::makePNG(path);
+        else if (path.extension() == ".tif")
+            test::makeTIFF(path);
+        else
+            test::makeJPEG(path);
+        paths.push_back(path);
+        TagStorage storage{TagStorageSource(path)};
+        edit(storage, {{"XMP:Title", "title " + std::to_string(i)}, {"EXIF:Artist", "artist " + names[i]}});
+        storages.push_back(std::move(storage));
+    }
+    ETTagStorageWriter::Settings settings(storages);
+    ETTagStorageWriter writer(settings);
+    writer.write();
+    const auto back = readAll(paths);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        ASSERT_TRUE(back.contains(paths[i])) << names[i];
+        EXPECT_EQ(original(back.at(paths[i]), "XMP:Title"), "title " + std::to_string(i)) << names[i];
+        EXPECT_EQ(original(back.at(paths[i]), "EXIF:Artist"), "artist " + names[i]) << names[i];
+    }
+    const ETOutput output = writer.process().output();
+    const auto& arguments = output.arguments();
+    EXPECT_EQ(std::count_if(arguments.begin(), arguments.end(),
+                            [](const std::string& a) { return a.starts_with("-json="); }),
+              static_cast<long>(names.size()))
+        << "one group per file, all reading the same import file";
+}
+
+TEST_F(ETWriter, AFolderStorageWritesEveryMatchingFile) {
+    const fs::path sub = folder.makeSubfolder("shoot/day1");
+    const fs::path top = test::makeJPEG(folder / "shoot/top.jpg");
+    const fs::path png = test::makePNG(folder / "shoot/top.png");
+    const fs::path deep = test::makeJPEG(sub / "deep.jpg");
+    TagStorage storage{TagStorageSource(folder / "shoot")};
+    storage.setRecurseSubfolders(true);
+    storage.setFilePathFilter(ETPathFilter{"jpg"});
+    edit(storage, {{"XMP:Title", "everywhere"}});
+    write({storage});
+    const auto back = readAll({top, png, deep});
+    EXPECT_EQ(original(back.at(top), "XMP:Title"), "everywhere");
+    EXPECT_EQ(original(back.at(deep), "XMP:Title"), "everywhere") << "subfolders when recursing";
+    EXPECT_EQ(original(back.at(png), "XMP:Title"), std::nullopt) << "the filter keeps other types out";
+}
+
+// Makes a file that ExifTool can't replace: read-only for a plain user; for root, whom permissions
+// don't stop, immutable. Gives false when neither works here.
+class Unwritable {
+public:
+    explicit Unwritable(const fs::path& path) : path_(path) {
+        if (::geteuid() != 0) {
+            fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+            fs::permissions(path.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+            ok_ = true;
+            return;
+        }
+        const int fd = ::open(path.c_str(), O_RDONLY);
+        int flags = 0;
+        if (fd >= 0 && ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0) {
+            flags |= FS_IMMUTABLE_FL;
+            ok_ = ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+            immutable_ = ok_;
+        }
+        if (fd >= 0) ::close(fd);
+    }
+    ~Unwritable() {
+        if (immutable_) {
+            const int fd = ::open(path_.c_str(), O_RDONLY);
+            int flags = 0;
+            if (fd >= 0 && ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0) {
+                flags &= ~FS_IMMUTABLE_FL;
+                ::ioctl(fd, FS_IOC_SETFLAGS, &flags);
+            }
+            if (fd >= 0) ::close(fd);
+        } else if (ok_) {
+            fs::permissions(path_.parent_path(), fs::perms::owner_all);
+            fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_write);
+        }
+    }
+    bool ok() const { return ok_; }
+
+private:
+    fs::path path_;
+    bool ok_ = false;
+    bool immutable_ = false;
+};
+
+TEST_F(ETWriter, AFileThatCannotBeWrittenEndsWithAnErrorAndStaysAsItWas) {
+    const fs::path locked = test::makeJPEG(folder.makeSubfolder("locked") / "locked.jpg");
+    test::tagWithExifTool(locked, {"-EXIF:Artist=before"});
+    TagStorage storage = readOne(locked);
+    edit(storage, {{"EXIF:Artist", "after"}});
+    const TagItem& modify = TagItem::itemFileFileModifyDate();
+    storage.unsafeSetValue(*modify.stringValueFromNativeValue(DynamicValue(Date(1000000000))), modify.name());
+    const std::string before = fileBytes(locked);
+    const auto modified = fs::last_write_time(locked);
+
+    Unwritable guard(locked);
+    if (!guard.ok()) GTEST_SKIP() << "cannot make a file unwritable on this volume";
+    std::vector<std::string> events;
+    try {
+        write({storage}, [&](ETTagStorageWriter::Settings& settings) {
+            settings.setOnEndHandler([&](ETTagStorageWriter&) { events.push_back("end"); });
+        });
+        ADD_FAILURE() << "the write should fail";
+    } catch (const ETOutputException& e) {
+        EXPECT_FALSE(e.details().empty());
+    }
+    EXPECT_TRUE(events.empty()) << "no end after a failure";
+    EXPECT_EQ(fileBytes(locked), before);
+    EXPECT_EQ(fs::last_write_time(locked), modified) << "Finder resources aren't written after a failure";
+}
+
+TEST_F(ETWriter, TextThatIsNotUTF8StopsTheWriteBeforeExifTool) {
+    const fs::path jpeg = test::makeJPEG(folder / "bad.jpg");
+    const std::string before = fileBytes(jpeg);
+    TagStorage storage = readOne(jpeg);
+    edit(storage, {{"EXIF:Artist", "caf\xE9"}});
+    ETTagStorageWriter writer{ETTagStorageWriter::Settings({storage})};
+    try {
+        writer.write();
+        ADD_FAILURE() << "the import file can't hold this text";
+    } catch (const ETTagStorageWriter::WriteException& e) {
+        EXPECT_EQ(e.error(), ETTagStorageWriter::WriteError::jsonEncodingFailed);
+        EXPECT_STREQ(e.what(), "JSON encoding failed");
+    }
+    EXPECT_TRUE(writer.process().output().arguments().empty()) << "ExifTool was not started";
+    EXPECT_EQ(fileBytes(jpeg), before);
+}
+
+TEST_F(ETWriter, MinorErrorsFailUnlessIgnored) {
+    const fs::path defect = test::makeJPEGWithMinorExifDefect(folder / "defect.jpg");
+    TagStorage storage = readOne(defect);
+    edit(storage, {{"EXIF:Artist", "fixed"}});
+    const std::string before = fileBytes(defect);
+    EXPECT_THROW(write({storage}), ETOutputException);
+    EXPECT_EQ(fileBytes(defect), before);
+    write({storage}, [](ETTagStorageWriter::Settings& settings) { settings.setIgnoreMinorErrors(true); });
+    EXPECT_EQ(original(readOne(defect), "EXIF:Artist"), "fixed");
+}
+
+TEST_F(ETWriter, FinderResourcesAreWrittenWithoutExifTool) {
+    const fs::path jpeg = test::makeJPEG(folder / "finder.jpg");
+    const std::string before = fileBytes(jpeg);
+    TagStorage storage = readOne(jpeg);
+    const TagItem& tags = TagItem::itemFileMDItemUserTags();
+    const TagItem& modify = TagItem::itemFileFileModifyDate();
+    const auto tagsText = tags.stringValueFromNativeValue(DynamicValue(StringArray{"Red", "Prïvate"}));
+    const auto dateText = modify.stringValueFromNativeValue(DynamicValue(Date(1600000000)));
+    ASSERT_TRUE(tagsText && dateText);
+    storage.unsafeSetValue(*tagsText, tags.name());
+    storage.unsafeSetValue(*dateText, modify.name());
+
+    ETTagStorageWriter writer{ETTagStorageWriter::Settings({storage})};
+    writer.write();
+    EXPECT_TRUE(writer.process().output().arguments().empty()) << "nothing for ExifTool, no run";
+    EXPECT_EQ(fileBytes(jpeg), before);
+
+    const TagStorage back = readOne(jpeg);
+    EXPECT_EQ(back.originalValues().at(tags.name()), *tagsText);
+    EXPECT_EQ(back.originalValues().at(modify.name()), *dateText);
+
+    // With metadata written too, the dates set afterwards are the ones that stay.
+    TagStorage both = back;
+    edit(both, {{"EXIF:Artist", "x"}});
+    both.unsafeSetValue(*modify.stringValueFromNativeValue(DynamicValue(Date(1500000000))), modify.name());
+    write({both});
+    const TagStorage again = readOne(jpeg);
+    EXPECT_EQ(original(again, "EXIF:Artist"), "x");
+    EXPECT_EQ(again.currentNativeValue(modify), DynamicValue(Date(1500000000)));
+    EXPECT_EQ(again.originalValues().at(tags.name()), *tagsText);
+}
+
+TEST_F(ETWriter, IPTCDigestIsUpdatedOrDeletedAsAsked) {
+    const fs::path jpeg = test::makeJPEG(folder / "digest.jpg");
+    const fs::path other = test::makeJPEG(folder / "nodigest.jpg");
+    auto withDigest = [](IPTCDigestUpdate update) {
+        return [update](ETTagStorageWriter::Settings& settings) { settings.setForceIPTCDigest(update); };
+    };
+
+    TagStorage storage = readOne(jpeg);
+    edit(storage, {{"IPTC:Caption-Abstract", "first"}});
+    write({storage}, withDigest(IPTCDigestUpdate::update));
+    TagStorage back = readOne(jpeg);
+    const auto digest = original(back, "Photoshop:IPTCDigest");
+    ASSERT_TRUE(digest.has_value());
+    EXPECT_EQ(digest->size(), 32u) << *digest;
+    // ExifTool compares the digest with the IPTC data: a current digest gives no warning.
+    EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "");
+
+    edit(back, {{"IPTC:Caption-Abstract", "second"}});
+    write({back}, withDigest(IPTCDigestUpdate::updateIfExists));
+    back = readOne(jpeg);
+    ASSERT_TRUE(original(back, "Photoshop:IPTCDigest").has_value());
+    EXPECT_NE(original(back, "Photoshop:IPTCDigest"), digest) << "recomputed for the new IPTC data";
+    EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "");
+
+    edit(back, {{"IPTC:Caption-Abstract", "third"}});
+    write({back}, withDigest(IPTCDigestUpdate::delete_));
+    EXPECT_EQ(original(readOne(jpeg), "Photoshop:IPTCDigest"), std::nullopt);
+
+    TagStorage plain = readOne(other);
+    edit(plain, {{"IPTC:Caption-Abstract", "no digest"}});
+    write({plain}, withDigest(IPTCDigestUpdate::updateIfExists));
+    const TagStorage plainBack = readOne(other);
+    EXPECT_EQ(original(plainBack, "Photoshop:IPTCDigest"), std::nullopt);
+    EXPECT_EQ(original(plainBack, "IPTC:Caption-Abstract"), "no digest");
+}
+
+TEST_F(ETWriter, ADeclaredIPTCCharacterSetIsKept) {
+    const fs::path jpeg = test::makeJPEG(folder / "latin.jpg");
+    // ISO 8859-1 declared: "ESC . A".
+    test::tagWithExifTool(jpeg, {"-IPTC:CodedCharacterSet#=\x1b.A", "-IPTC:ObjectName=old"});
+    TagStorage storage = readOne(jpeg);
+    ASSERT_TRUE(original(storage, "IPTC:CodedCharacterSet").has_value());
+    edit(storage, {{"IPTC:By-line", "Jose"}});
+    write({storage});
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "ESC . A");
+    EXPECT_EQ(original(readOne(jpeg), "IPTC:By-line"), "Jose");
+}
+
+} // namespace
+} // namespace corvane
