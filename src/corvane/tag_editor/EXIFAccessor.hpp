@@ -1,0 +1,86 @@
+#pragma once
+
+#include "corvane/tag_editor/FamilyAccessor.hpp"
+#include "corvane/tag_value/TypedTagValue.hpp"
+#include "corvane/utilities/Date.hpp"
+#include "corvane/value_models/Altitude.hpp"
+#include "corvane/value_models/Coordinate.hpp"
+#include "corvane/value_models/DateTime.hpp"
+#include "corvane/value_models/ExifOrientation.hpp"
+#include "corvane/value_models/GPSLocation.hpp"
+#include "corvane/value_models/Latitude.hpp"
+#include "corvane/value_models/Longitude.hpp"
+#include "corvane/value_models/PartialDate.hpp"
+#include "corvane/value_models/PartialTime.hpp"
+
+#include <optional>
+
+namespace corvane {
+
+// Typed view of an editor's EXIF tags: the GPS position, altitude, direction and time stamps, the
+// two main dates and the orientation.
+//
+// GPS numbers are stored as a magnitude ("%.8f") plus a reference tag: latitude "N"/"S",
+// longitude "E"/"W", altitude "0" (above) / "1" (below sea level), direction always "T" (true
+// north). A negative magnitude reads as nothing; a missing reference reads as the positive one.
+//
+// Writers take a `TypedTagValue`: `value` writes, `clear` marks the accessor's tags for removal,
+// `restore` takes their edits back. Writers of several tags run in one edition session.
+class EXIFAccessor : public FamilyAccessor {
+public:
+    using FamilyAccessor::FamilyAccessor;
+
+    // --- GPS
+    std::optional<Latitude> exifGPSLatitude() const;
+    std::optional<Longitude> exifGPSLongitude() const;
+    std::optional<Altitude> exifGPSAltitude() const;
+    // The number alone; the reference is not read.
+    std::optional<double> exifGPSImgDirection() const;
+    // Both axes or nothing.
+    std::optional<Coordinate> exifGPSCoordinate() const;
+    std::optional<PartialDate> exifGPSDateStamp() const;
+    std::optional<PartialTime> exifGPSTimeStamp() const;
+    // Both stamps or nothing.
+    std::optional<DateTime> exifGPSStamp() const;
+    // Both axes required; altitude and direction where present; the stamp only if both stamp tags
+    // are present.
+    std::optional<GPSLocation> exifGPSLocation() const;
+
+    void setExifGPSLatitude(const TypedTagValue<Latitude>& value) const;
+    void setExifGPSLongitude(const TypedTagValue<Longitude>& value) const;
+    void setExifGPSAltitude(const TypedTagValue<Altitude>& value) const;
+    void setExifGPSImgDirection(const TypedTagValue<double>& value) const;
+    // `clear` and `restore` act on the latitude and longitude tags and their references.
+    void setExifGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
+    // The coordinate of the location, nothing else.
+    void setExifGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
+    void setExifGPSDateStamp(const TypedTagValue<PartialDate>& value) const;
+    void setExifGPSTimeStamp(const TypedTagValue<PartialTime>& value) const;
+    // The date half and the time half; `clear` and `restore` act on both tags.
+    void setExifGPSStamp(const TypedTagValue<DateTime>& value) const;
+    // Latitude, longitude, altitude and direction (an absent altitude or direction is cleared);
+    // the stamp is not written. `clear` and `restore` act on the eight tags of the four values.
+    void setExifGPSLocation(const TypedTagValue<GPSLocation>& value) const;
+
+    // --- Dates, through the items' converters
+    std::optional<Date> exifDateTimeOriginal() const;
+    std::optional<Date> exifCreateDate() const;
+
+    // --- Orientation (EXIF Orientation)
+    int exifOrientationValue() const;
+    int originalExifOrientationValue() const;
+    ExifOrientation exifOrientation() const;
+    ExifOrientation originalExifOrientation() const;
+    void setExifOrientationValue(int value) const;
+    void setExifOrientation(ExifOrientation orientation) const;
+    void horizontalFlipExifOrientation() const;
+    void verticalFlipExifOrientation() const;
+    void rotateLeftExifOrientation() const;
+    void rotateRightExifOrientation() const;
+
+    // --- Groups, over TagName::exifLocationTagNames()
+    bool oneOrMoreExifLocationTagsAreEdited() const;
+    bool hasOneOrMoreExifLocationValues() const;
+};
+
+} // namespace corvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "corvane/tag_editor/FamilyAccessor.hpp"
+#include "corvane/tag_value/TypedTagValue.hpp"
+#include "corvane/value_models/TextLocation.hpp"
+
+#include <optional>
+#include <string>
+
+namespace corvane {
+
+// Typed view of an editor's IPTC place tags: Sub-location, City, Province-State,
+// Country-PrimaryLocationName and Country-PrimaryLocationCode, one by one and as a `TextLocation`.
+class IPTCAccessor : public FamilyAccessor {
+public:
+    using FamilyAccessor::FamilyAccessor;
+
+    std::optional<std::string> iptcSubLocation() const;
+    std::optional<std::string> iptcCity() const;
+    std::optional<std::string> iptcProvince_State() const;
+    std::optional<std::string> iptcLocationName() const;
+    std::optional<std::string> iptcLocationCode() const;
+    void setIptcSubLocation(const TypedTagValue<std::string>& value) const;
+    void setIptcCity(const TypedTagValue<std::string>& value) const;
+    void setIptcProvince_State(const TypedTagValue<std::string>& value) const;
+    void setIptcLocationName(const TypedTagValue<std::string>& value) const;
+    // Only a known country code is written; an unknown one changes nothing.
+    void setIptcLocationCode(const TypedTagValue<std::string>& value) const;
+
+    // The five tags as a whole; nothing when all are blank.
+    std::optional<TextLocation> iptcTextLocation() const;
+    void setIptcTextLocation(const TypedTagValue<TextLocation>& value) const;
+
+    // --- Groups, over TagName::iptcLocationTagNames()
+    bool oneOrMoreIptcLocationTagsAreEdited() const;
+    bool hasOneOrMoreIptcLocationValues() const;
+
+    static const TextLocationItems& textLocationItems();
+};
+
+} // namespace corvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "corvane/tag_editor/FamilyAccessor.hpp"
+#include "corvane/tag_value/TypedTagValue.hpp"
+#include "corvane/value_models/Coordinate.hpp"
+#include "corvane/value_models/ExifOrientation.hpp"
+#include "corvane/value_models/GPSLocation.hpp"
+#include "corvane/value_models/TextLocation.hpp"
+
+#include <optional>
+#include <string>
+
+namespace corvane {
+
+// Typed view of an editor's QuickTime tags: the position in GPSCoordinates (an ISO 6709 text such
+// as "+40.20000-075.50000/"), the LocationName text and the VideoOrientation.
+class QuickTimeAccessor : public FamilyAccessor {
+public:
+    using FamilyAccessor::FamilyAccessor;
+
+    // Parsed by CoordinateParser, in any notation it reads.
+    std::optional<Coordinate> quicktimeGPSCoordinate() const;
+    // Written as ISO 6709 with CoordinateWriter's defaults.
+    void setQuicktimeGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
+    void setQuicktimeGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
+    // The coordinate and nothing else.
+    std::optional<GPSLocation> quicktimeGPSLocation() const;
+    // The coordinate only: QuickTime has no tag here for altitude, direction or stamp.
+    void setQuicktimeGPSLocation(const TypedTagValue<GPSLocation>& value) const;
+
+    std::optional<std::string> quicktimeLocationName() const;
+    // Nothing restores the tag; the empty text clears it.
+    void setQuicktimeLocationName(const std::optional<std::string>& value) const;
+    // `value` writes the formatted address of the place.
+    void setQuicktimeLocationName(const TypedTagValue<TextLocation>& value) const;
+
+    int quicktimeOrientationValue() const;
+    int originalQuicktimeOrientationValue() const;
+    ExifOrientation quicktimeOrientation() const;
+    ExifOrientation originalQuicktimeOrientation() const;
+    void setQuicktimeOrientationValue(int value) const;
+    void setQuicktimeOrientation(ExifOrientation orientation) const;
+    void horizontalFlipQuicktimeOrientation() const;
+    void verticalFlipQuicktimeOrientation() const;
+    void rotateLeftQuicktimeOrientation() const;
+    void rotateRightQuicktimeOrientation() const;
+
+    // --- Groups, over TagName::quicktimeLocationTagNames()
+    bool oneOrMoreQuicktimeLocationTagsAreEdited() const;
+    bool hasOneOrMoreQuicktimeLocationValues() const;
+};
+
+} // namespace corvane

@@ -1,0 +1,261 @@
+#include "corvane/tag_editor/TagEditorArrayEditions.hpp"
+
+#include "corvane/tag_edition/EditionManager.hpp"
+#include "corvane/tag_editor/EXIFAccessor.hpp"
+#include "corvane/tag_editor/IPTCAccessor.hpp"
+#include "corvane/tag_editor/QuickTimeAccessor.hpp"
+#include "corvane/tag_editor/XMPAccessor.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+
+#include <atomic>
+#include <mutex>
+
+namespace corvane {
+
+void TagEditorArrayEditions::editConcurrently(const Block& block) const {
+    EditionManager::Session session;
+    concurrentPerform(editors_.size(), [&](std::size_t i) { block(*editors_[i]); });
+}
+
+bool TagEditorArrayEditions::anyEditor(const std::function<bool(const TagEditor&)>& predicate) const {
+    return std::any_of(editors_.begin(), editors_.end(),
+                       [&](const TagEditorRef& e) { return predicate(*e); });
+}
+
+// --- Values
+
+void TagEditorArrayEditions::setValues(
+    const std::unordered_map<TagName, std::optional<std::string>>& values) const {
+    editConcurrently([&](TagEditor& editor) {
+        for (const auto& [name, value] : values)
+            editor.setValue(value, name);
+    });
+}
+
+void TagEditorArrayEditions::setValue(const std::optional<std::string>& value,
+                                      const std::vector<TagName>& tagNames) const {
+    editConcurrently([&](TagEditor& editor) {
+        for (const auto& name : tagNames)
+            editor.setValue(value, name);
+    });
+}
+
+void TagEditorArrayEditions::forceValues(const std::vector<TagName>& tagNames) const {
+    editConcurrently([&](TagEditor& editor) {
+        for (const auto& name : tagNames)
+            editor.forceValue(name);
+    });
+}
+
+void TagEditorArrayEditions::clearValues(const std::vector<TagStream>& tagStreams) const {
+    editConcurrently([&](TagEditor& editor) { TagEditorEditions(editor).clearValues(tagStreams); });
+}
+
+void TagEditorArrayEditions::restoreValues(const std::vector<TagStream>& tagStreams) const {
+    editConcurrently([&](TagEditor& editor) { TagEditorEditions(editor).restoreValues(tagStreams); });
+}
+
+void TagEditorArrayEditions::applyDateEdition(const DateEdition& edition,
+                                              const std::vector<TagName>& tagNames) const {
+    editConcurrently([&](TagEditor& editor) { TagEditorEditions(editor).editDate(edition, tagNames); });
+}
+
+void TagEditorArrayEditions::applyDateEditionToDateTags(const DateEdition& edition,
+                                                        const std::vector<TagStream>& tagStreams) const {
+    std::unordered_set<TagStream> streams(tagStreams.begin(), tagStreams.end());
+    editConcurrently([&](TagEditor& editor) {
+        std::vector<TagName> names;
+        for (const TagName& name : editor.currentTagNames()) {
+            if (streams.empty() ? name.stream() == TagStream::streamFile : !streams.contains(name.stream()))
+                continue;
+            const TagItem* item = name.item();
+            if (item && item->type().isDateTimeOrPartial()) names.push_back(name);
+        }
+        TagEditorEditions(editor).editDate(edition, names);
+    });
+}
+
+// --- Questions
+
+bool TagEditorArrayEditions::haveValues(const std::vector<TagName>& tagNames) const {
+    return anyEditor([&](const TagEditor& e) {
+        return std::any_of(tagNames.begin(), tagNames.end(),
+                           [&](const TagName& n) { return e.currentValue(n); });
+    });
+}
+
+bool TagEditorArrayEditions::haveOriginalValues(const std::vector<TagName>& tagNames) const {
+    return anyEditor([&](const TagEditor& e) {
+        return std::any_of(tagNames.begin(), tagNames.end(),
+                           [&](const TagName& n) { return e.originalValue(n); });
+    });
+}
+
+bool TagEditorArrayEditions::haveWrittenValues(const std::vector<TagName>& tagNames) const {
+    return anyEditor([&](const TagEditor& e) {
+        return std::any_of(tagNames.begin(), tagNames.end(),
+                           [&](const TagName& n) { return e.writtenValue(n); });
+    });
+}
+
+bool TagEditorArrayEditions::isValueEdited(const TagName& tagName) const {
+    return anyEditor([&](const TagEditor& e) { return e.isValueEdited(tagName); });
+}
+
+bool TagEditorArrayEditions::canEditValue(const TagName& tagName) const {
+    return anyEditor([&](const TagEditor& e) { return e.canEditValue(tagName); });
+}
+
+std::set<std::string> TagEditorArrayEditions::originalValues(const TagName& tagName) const {
+    std::set<std::string> values;
+    for (const auto& editor : editors_)
+        if (auto value = editor->originalValue(tagName)) values.insert(*value);
+    return values;
+}
+
+std::set<std::string> TagEditorArrayEditions::currentOrEmptyValues(const TagName& tagName) const {
+    std::set<std::string> values;
+    for (const auto& editor : editors_)
+        values.insert(editor->currentValue(tagName).value_or(std::string()));
+    return values;
+}
+
+// --- Families
+
+std::optional<GPSLocation> TagEditorArrayEditions::exifGPSLocation() const {
+    return commonValue<GPSLocation>([](TagEditor& e) { return EXIFAccessor(e).exifGPSLocation(); });
+}
+std::optional<GPSLocation> TagEditorArrayEditions::xmpGPSLocation() const {
+    return commonValue<GPSLocation>([](TagEditor& e) { return XMPAccessor(e).xmpGPSLocation(); });
+}
+std::optional<GPSLocation> TagEditorArrayEditions::quicktimeGPSLocation() const {
+    return commonValue<GPSLocation>([](TagEditor& e) { return QuickTimeAccessor(e).quicktimeGPSLocation(); });
+}
+std::optional<TextLocation> TagEditorArrayEditions::iptcTextLocation() const {
+    return commonValue<TextLocation>([](TagEditor& e) { return IPTCAccessor(e).iptcTextLocation(); });
+}
+std::optional<TextLocation> TagEditorArrayEditions::xmpTextLocation() const {
+    return commonValue<TextLocation>([](TagEditor& e) { return XMPAccessor(e).xmpTextLocation(); });
+}
+std::optional<Coordinate> TagEditorArrayEditions::exifGPSCoordinate() const {
+    return commonValue<Coordinate>([](TagEditor& e) { return EXIFAccessor(e).exifGPSCoordinate(); });
+}
+std::optional<Coordinate> TagEditorArrayEditions::xmpGPSCoordinate() const {
+    return commonValue<Coordinate>([](TagEditor& e) { return XMPAccessor(e).xmpGPSCoordinate(); });
+}
+std::optional<Coordinate> TagEditorArrayEditions::quicktimeGPSCoordinate() const {
+    return commonValue<Coordinate>(
+        [](TagEditor& e) { return QuickTimeAccessor(e).quicktimeGPSCoordinate(); });
+}
+std::optional<Coordinate> TagEditorArrayEditions::gpsCoordinate() const {
+    return commonValue<Coordinate>([](TagEditor& e) { return TagEditorEditions(e).gpsCoordinate(); });
+}
+
+void TagEditorArrayEditions::setExifGPSLocation(const TypedTagValue<GPSLocation>& value) const {
+    editConcurrently([&](TagEditor& e) { EXIFAccessor(e).setExifGPSLocation(value); });
+}
+void TagEditorArrayEditions::setXmpGPSLocation(const TypedTagValue<GPSLocation>& value) const {
+    editConcurrently([&](TagEditor& e) { XMPAccessor(e).setXmpGPSLocation(value); });
+}
+void TagEditorArrayEditions::setQuicktimeGPSLocation(const TypedTagValue<GPSLocation>& value) const {
+    editConcurrently([&](TagEditor& e) { QuickTimeAccessor(e).setQuicktimeGPSLocation(value); });
+}
+void TagEditorArrayEditions::setIptcTextLocation(const TypedTagValue<TextLocation>& value) const {
+    editConcurrently([&](TagEditor& e) { IPTCAccessor(e).setIptcTextLocation(value); });
+}
+void TagEditorArrayEditions::setXmpTextLocation(const TypedTagValue<TextLocation>& value) const {
+    editConcurrently([&](TagEditor& e) { XMPAccessor(e).setXmpTextLocation(value); });
+}
+void TagEditorArrayEditions::setGPSCoordinate(const TypedTagValue<Coordinate>& value) const {
+    editConcurrently([&](TagEditor& e) { TagEditorEditions(e).setGPSCoordinate(value); });
+}
+
+std::optional<Location> TagEditorArrayEditions::location() const {
+    auto gps = exifGPSLocation();
+    if (!gps) gps = xmpGPSLocation();
+    if (!gps) gps = quicktimeGPSLocation();
+    if (!gps) return std::nullopt;
+    auto text = iptcTextLocation();
+    if (!text) text = xmpTextLocation();
+    return Location(*gps, text);
+}
+
+void TagEditorArrayEditions::setLocation(const TypedTagValue<Location>& value) const {
+    editConcurrently([&](TagEditor& e) { TagEditorEditions(e).setLocation(value); });
+}
+
+// --- Orientation
+
+void TagEditorArrayEditions::setOrientationValue(int value) const {
+    editConcurrently([&](TagEditor& e) { TagEditorEditions(e).setOrientationValue(value); });
+}
+void TagEditorArrayEditions::horizontalFlipOrientation() const {
+    editConcurrently([](TagEditor& e) { TagEditorEditions(e).horizontalFlipOrientation(); });
+}
+void TagEditorArrayEditions::verticalFlipOrientation() const {
+    editConcurrently([](TagEditor& e) { TagEditorEditions(e).verticalFlipOrientation(); });
+}
+void TagEditorArrayEditions::rotateLeftOrientation() const {
+    editConcurrently([](TagEditor& e) { TagEditorEditions(e).rotateLeftOrientation(); });
+}
+void TagEditorArrayEditions::rotateRightOrientation() const {
+    editConcurrently([](TagEditor& e) { TagEditorEditions(e).rotateRightOrientation(); });
+}
+
+// --- Copy and paste
+
+std::vector<TagPair> TagEditorArrayEditions::copyTags(const std::vector<TagName>& tagNames,
+                                                      TagPasteboard& pasteboard) const {
+    std::vector<TagPair> pairs;
+    if (!editors_.empty())
+        for (const TagName& name : tagNames) {
+            auto values = currentOrEmptyValues(name);
+            // Only where all editors agree; a tag none of them holds is no value to paste.
+            if (values.size() == 1 && !values.begin()->empty()) pairs.emplace_back(name, *values.begin());
+        }
+    pasteboard.setMultipleValues(pairs);
+    return pairs;
+}
+
+std::vector<TagPair> TagEditorArrayEditions::copyTags(const std::vector<TagStream>& tagStreams,
+                                                      TagPasteboard& pasteboard) const {
+    std::vector<TagName> names;
+    for (const TagStream& stream : tagStreams)
+        for (const TagItem* item : stream.items())
+            names.push_back(item->name());
+    return copyTags(names, pasteboard);
+}
+
+void TagEditorArrayEditions::pasteTags(const std::vector<TagName>& tagNames,
+                                       TagPasteboard& pasteboard) const {
+    std::unordered_set<TagName> wanted(tagNames.begin(), tagNames.end());
+    std::unordered_map<TagName, std::optional<std::string>> values;
+    for (const TagPair& pair : pasteboard.multipleValues())
+        if (wanted.contains(pair.name())) values[pair.name()] = pair.value();
+    if (!values.empty()) setValues(values);
+}
+
+void TagEditorArrayEditions::pasteTags(bool clearOther, TagPasteboard& pasteboard) const {
+    // Normalised once, not per editor; pairs without a catalogue item are dropped.
+    std::vector<std::pair<TagName, std::optional<std::string>>> values;
+    std::unordered_set<TagStream> streams;
+    for (const TagPair& pair : pasteboard.multipleValues()) {
+        const TagItem* item = pair.name().item();
+        if (!item) continue;
+        std::optional<std::string> value = TagValueClear;
+        if (!pair.value().empty()) {
+            value = item->converter()->stringValueFromStringValue(pair.value());
+            if (!value) continue;
+        }
+        values.emplace_back(item->name(), std::move(value));
+        streams.insert(item->stream());
+    }
+    if (values.empty()) return;
+    editConcurrently([&](TagEditor& editor) {
+        if (clearOther) TagEditorEditions(editor).setValueEvaluatedTagsOfStreams(TagValueClear, streams);
+        for (const auto& [name, value] : values)
+            editor.setValue(value, name);
+    });
+}
+
+} // namespace corvane

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "corvane/helpers/ConcurrentPerform.hpp"
+#include "corvane/tag_editor/TagEditor.hpp"
+#include "corvane/tag_editor/TagEditorEditions.hpp"
+#include "corvane/tag_editor/TagPasteboard.hpp"
+#include "corvane/tag_value/TagPair.hpp"
+#include "corvane/tag_value/TypedTagValue.hpp"
+#include "corvane/value_models/Coordinate.hpp"
+#include "corvane/value_models/DateEdition.hpp"
+#include "corvane/value_models/GPSLocation.hpp"
+#include "corvane/value_models/Location.hpp"
+#include "corvane/value_models/TextLocation.hpp"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace corvane {
+
+// The editing operations on a selection of editors: what a batch command, a preset or a view
+// applies to several files at once.
+//
+// Writers go through `editConcurrently`: one session of the edition manager around the whole
+// batch, the editors changed in parallel (each guards itself; the manager takes registrations from
+// any thread). Family getters gather every editor's answer and give it only when all editors
+// agree; otherwise, or for an empty selection, nothing.
+class TagEditorArrayEditions {
+public:
+    using Editors = std::vector<TagEditorRef>;
+    using Block = std::function<void(TagEditor&)>;
+
+    explicit TagEditorArrayEditions(Editors editors) : editors_(std::move(editors)) {}
+
+    const Editors& editors() const { return editors_; }
+
+    // Runs `block` once per editor, concurrently, inside one session. The block must not throw.
+    void editConcurrently(const Block& block) const;
+
+    // The answer of `get` when every editor gives the same one (which may be nothing).
+    template <class T, class F> std::optional<T> commonValue(F&& get) const {
+        if (editors_.empty()) return std::nullopt;
+        auto values = parallelMapToSet<std::unordered_set>(
+            editors_, [&](const TagEditorRef& editor) -> std::optional<T> { return get(*editor); });
+        if (values.size() != 1) return std::nullopt;
+        return *values.begin();
+    }
+
+    // --- Values on every editor
+    // Each name with its text (nothing restores, the empty text clears).
+    void setValues(const std::unordered_map<TagName, std::optional<std::string>>& values) const;
+    void setValue(const std::optional<std::string>& value, const std::vector<TagName>& tagNames) const;
+    void forceValues(const std::vector<TagName>& tagNames) const;
+    void clearValues(const std::vector<TagStream>& tagStreams) const;
+    void restoreValues(const std::vector<TagStream>& tagStreams) const;
+    void applyDateEdition(const DateEdition& edition, const std::vector<TagName>& tagNames) const;
+    // The edition on every date or time tag that each editor holds, outside the file-system family
+    // (whose dates belong to the file, not to its metadata), or only in `tagStreams` when given.
+    void applyDateEditionToDateTags(const DateEdition& edition,
+                                    const std::vector<TagStream>& tagStreams = {}) const;
+
+    // --- Questions: true if any editor says so
+    bool haveValues(const std::vector<TagName>& tagNames) const;
+    bool haveOriginalValues(const std::vector<TagName>& tagNames) const;
+    bool haveWrittenValues(const std::vector<TagName>& tagNames) const;
+    bool isValueEdited(const TagName& tagName) const;
+    bool canEditValue(const TagName& tagName) const;
+    // The distinct texts over the editors; the second one counts an editor without a value as
+    // the empty text.
+    std::set<std::string> originalValues(const TagName& tagName) const;
+    std::set<std::string> currentOrEmptyValues(const TagName& tagName) const;
+
+    // --- Families
+    std::optional<GPSLocation> exifGPSLocation() const;
+    std::optional<GPSLocation> xmpGPSLocation() const;
+    std::optional<GPSLocation> quicktimeGPSLocation() const;
+    std::optional<TextLocation> iptcTextLocation() const;
+    std::optional<TextLocation> xmpTextLocation() const;
+    std::optional<Coordinate> exifGPSCoordinate() const;
+    std::optional<Coordinate> xmpGPSCoordinate() const;
+    std::optional<Coordinate> quicktimeGPSCoordinate() const;
+    std::optional<Coordinate> gpsCoordinate() const;
+    void setExifGPSLocation(const TypedTagValue<GPSLocation>& value) const;
+    void setXmpGPSLocation(const TypedTagValue<GPSLocation>& value) const;
+    void setQuicktimeGPSLocation(const TypedTagValue<GPSLocation>& value) const;
+    void setIptcTextLocation(const TypedTagValue<TextLocation>& value) const;
+    void setXmpTextLocation(const TypedTagValue<TextLocation>& value) const;
+    void setGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
+
+    // The GPS part from EXIF, else XMP, else QuickTime; the text part from IPTC, else XMP.
+    std::optional<Location> location() const;
+    void setLocation(const TypedTagValue<Location>& value) const;
+
+    // --- Orientation, each editor in the family its file prefers
+    void setOrientationValue(int value) const;
+    void horizontalFlipOrientation() const;
+    void verticalFlipOrientation() const;
+    void rotateLeftOrientation() const;
+    void rotateRightOrientation() const;
+
+    // --- Copy and paste
+    // The pairs on which all editors agree (a tag without a value counts as the empty text),
+    // handed to the pasteboard and returned.
+    std::vector<TagPair> copyTags(const std::vector<TagName>& tagNames,
+                                  TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
+    // The same over the catalogue's items of each stream, in order.
+    std::vector<TagPair> copyTags(const std::vector<TagStream>& tagStreams,
+                                  TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
+    // The pasteboard's pairs whose names are among `tagNames`, through `setValues`.
+    void pasteTags(const std::vector<TagName>& tagNames,
+                   TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
+    // Every pasteboard pair, normalised by its item's converter; with `clearOther`, the tags each
+    // editor holds in the pairs' families are cleared first.
+    void pasteTags(bool clearOther, TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
+
+private:
+    bool anyEditor(const std::function<bool(const TagEditor&)>& predicate) const;
+
+    Editors editors_;
+};
+
+} // namespace corvane

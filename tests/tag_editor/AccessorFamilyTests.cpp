@@ -1,0 +1,258 @@
+// The typed family views on one editor: GPS numbers with their references, stamps, the place as
+// text, QuickTime coordinates and names, orientation, embedded images and the group predicates.
+
+#include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_editor/EXIFAccessor.hpp"
+#include "corvane/tag_editor/EmbeddedImageAccessor.hpp"
+#include "corvane/tag_editor/IPTCAccessor.hpp"
+#include "corvane/tag_editor/QuickTimeAccessor.hpp"
+#include "corvane/tag_editor/XMPAccessor.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "tag_edition/EditionRecorder.hpp"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::EditionRecorder;
+
+const TagName& name(const TagItem& item) {
+    return item.name();
+}
+
+std::shared_ptr<TagEditor> editorWith(const std::vector<std::pair<const TagItem*, std::string>>& values,
+                                      const char* path = "/photos/shot.jpg") {
+    TagStorage storage{TagStorageSource(path)};
+    for (const auto& [item, value] : values)
+        storage.setOriginalValue(value, item->name());
+    return ETTagEditor::create(std::move(storage));
+}
+
+TEST(AccessorGPSTest, LatitudeReadsTheMagnitudeWithItsReference) {
+    auto south =
+        editorWith({{&TagItem::itemEXIFGPSLatitude(), "45.5"}, {&TagItem::itemEXIFGPSLatitudeRef(), "S"}});
+    ASSERT_TRUE(EXIFAccessor(*south).exifGPSLatitude());
+    EXPECT_DOUBLE_EQ(EXIFAccessor(*south).exifGPSLatitude()->value(), -45.5);
+
+    auto noReference = editorWith({{&TagItem::itemEXIFGPSLatitude(), "45.5"}});
+    EXPECT_DOUBLE_EQ(EXIFAccessor(*noReference).exifGPSLatitude()->value(), 45.5);
+
+    auto negative = editorWith({{&TagItem::itemEXIFGPSLatitude(), "-45.5"}});
+    EXPECT_FALSE(EXIFAccessor(*negative).exifGPSLatitude()) << "the number tag holds a magnitude";
+
+    auto garbage = editorWith({{&TagItem::itemEXIFGPSLatitude(), "north"}});
+    EXPECT_FALSE(EXIFAccessor(*garbage).exifGPSLatitude());
+
+    auto west =
+        editorWith({{&TagItem::itemEXIFGPSLongitude(), "75.5"}, {&TagItem::itemEXIFGPSLongitudeRef(), "W"}});
+    EXPECT_DOUBLE_EQ(EXIFAccessor(*west).exifGPSLongitude()->value(), -75.5);
+    EXPECT_FALSE(EXIFAccessor(*west).exifGPSCoordinate()) << "a coordinate needs both axes";
+}
+
+TEST(AccessorGPSTest, WritersSplitSignIntoMagnitudeAndReference) {
+    EditionRecorder recorder;
+    auto editor = editorWith({});
+    EXIFAccessor exif(*editor);
+    exif.setExifGPSLatitude(TypedTagValue<Latitude>::value(Latitude(-45.5)));
+    exif.setExifGPSAltitude(TypedTagValue<Altitude>::value(Altitude(-12)));
+    exif.setExifGPSImgDirection(TypedTagValue<double>::value(270.25));
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSLatitude())), "45.50000000");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSLatitudeRef())), "S");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSAltitude())), "12.00000000");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSAltitudeRef())), "1");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSImgDirection())), "270.25000000");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSImgDirectionRef())), "T");
+    EXPECT_DOUBLE_EQ(exif.exifGPSAltitude()->value(), -12);
+    recorder.drain();
+
+    // A whole location reaches the history as one batch.
+    GPSLocation location(Coordinate(48.8566, 2.3522), Altitude(35), std::nullopt);
+    exif.setExifGPSLocation(TypedTagValue<GPSLocation>::value(location));
+    auto events = recorder.drain();
+    EXPECT_EQ(EditionRecorder::kinds(events), "begin flush end");
+    auto read = exif.exifGPSLocation();
+    ASSERT_TRUE(read);
+    EXPECT_NEAR(read->coordinate().latitude().value(), 48.8566, 1e-9);
+    EXPECT_NEAR(read->coordinate().longitude().value(), 2.3522, 1e-9);
+    EXPECT_DOUBLE_EQ(read->altitude()->value(), 35);
+    EXPECT_FALSE(read->direction()) << "an absent direction clears the direction tags";
+    EXPECT_FALSE(editor->currentValue(name(TagItem::itemEXIFGPSImgDirection())))
+        << "clearing a tag the file doesn't hold takes the new value back";
+}
+
+TEST(AccessorGPSTest, ClearingTheLocationLeavesTheStampsAndRestoreTakesEditsBack) {
+    auto editor = editorWith({{&TagItem::itemEXIFGPSLatitude(), "10"},
+                              {&TagItem::itemEXIFGPSLatitudeRef(), "N"},
+                              {&TagItem::itemEXIFGPSLongitude(), "20"},
+                              {&TagItem::itemEXIFGPSLongitudeRef(), "E"},
+                              {&TagItem::itemEXIFGPSDateStamp(), "2024:05:01"},
+                              {&TagItem::itemEXIFGPSTimeStamp(), "10:20:30"}});
+    EXIFAccessor exif(*editor);
+    auto stamp = exif.exifGPSStamp();
+    ASSERT_TRUE(stamp);
+    EXPECT_EQ(*stamp, DateTime(2024, 5, 1, 10, 20, 30));
+    ASSERT_TRUE(exif.exifGPSLocation());
+    EXPECT_EQ(exif.exifGPSLocation()->stamp(), stamp);
+
+    exif.setExifGPSLocation(TypedTagValue<GPSLocation>::clear());
+    EXPECT_FALSE(exif.exifGPSCoordinate());
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSLatitudeRef())), "");
+    EXPECT_EQ(exif.exifGPSStamp(), stamp) << "the stamps are outside the location's tags";
+    EXPECT_TRUE(exif.oneOrMoreExifLocationTagsAreEdited());
+
+    exif.setExifGPSLocation(TypedTagValue<GPSLocation>::restore());
+    EXPECT_TRUE(exif.exifGPSCoordinate());
+    EXPECT_FALSE(exif.oneOrMoreExifLocationTagsAreEdited());
+
+    exif.setExifGPSStamp(TypedTagValue<DateTime>::value(DateTime(2023, 12, 31, 23, 59, 58)));
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSDateStamp())), "2023:12:31");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSTimeStamp())), "23:59:58");
+}
+
+TEST(AccessorGPSTest, XMPCarriesTheHemisphereInTheValue) {
+    auto editor = editorWith(
+        {{&TagItem::itemXMPGPSLatitude(), "-33.8688"}, {&TagItem::itemXMPGPSLongitude(), "151.2093"}});
+    XMPAccessor xmp(*editor);
+    ASSERT_TRUE(xmp.xmpGPSCoordinate());
+    EXPECT_DOUBLE_EQ(xmp.xmpGPSCoordinate()->latitude().value(), -33.8688);
+
+    xmp.setXmpGPSLocation(
+        TypedTagValue<GPSLocation>::value(GPSLocation(Coordinate(-45.5, -75.25), Altitude(-3))));
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemXMPGPSLatitude())), "-45.50000000");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemXMPGPSLongitude())), "-75.25000000");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemXMPGPSAltitude())), "3.00000000");
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemXMPGPSAltitudeRef())), "1");
+    auto location = xmp.xmpGPSLocation();
+    ASSERT_TRUE(location);
+    EXPECT_EQ(location->coordinate(), Coordinate(-45.5, -75.25));
+    EXPECT_DOUBLE_EQ(location->altitude()->value(), -3);
+}
+
+TEST(AccessorTextLocationTest, FiveTagsReadAndWriteAsOnePlace) {
+    auto editor = editorWith({{&TagItem::itemIPTCCity(), "Paris"},
+                              {&TagItem::itemIPTCCountry_PrimaryLocationName(), "France"},
+                              {&TagItem::itemIPTCProvince_State(), "Texas"}});
+    IPTCAccessor iptc(*editor);
+    auto text = iptc.iptcTextLocation();
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->city(), "Paris");
+    EXPECT_EQ(text->countryName(), "France");
+    EXPECT_FALSE(text->placeName());
+
+    auto blank = editorWith({{&TagItem::itemIPTCCity(), "   "}});
+    EXPECT_FALSE(IPTCAccessor(*blank).iptcTextLocation()) << "all blank is no place";
+
+    TextLocation louvre("Louvre", std::nullopt, std::nullopt, "Paris", "Île-de-France", std::nullopt,
+                        "France", "FR");
+    XMPAccessor xmp(*editor);
+    xmp.setXmpTextLocation(TypedTagValue<TextLocation>::value(louvre));
+    EXPECT_EQ(xmp.xmpLocationName(), "Louvre");
+    EXPECT_EQ(xmp.xmpLocationState(), "Île-de-France");
+    EXPECT_EQ(xmp.xmpCountryCode(), "FR");
+    EXPECT_EQ(xmp.xmpTextLocation(), louvre);
+
+    // A new place without a state doesn't keep the old state.
+    iptc.setIptcTextLocation(TypedTagValue<TextLocation>::value(TextLocation(
+        std::nullopt, std::nullopt, std::nullopt, "Lyon", std::nullopt, std::nullopt, "France", "FR")));
+    EXPECT_EQ(iptc.iptcProvince_State(), "");
+    EXPECT_EQ(iptc.iptcCity(), "Lyon");
+    EXPECT_TRUE(iptc.oneOrMoreIptcLocationTagsAreEdited());
+}
+
+TEST(AccessorTextLocationTest, CountryCodesAreCheckedAgainstTheCountryIndex) {
+    auto editor = editorWith({{&TagItem::itemIPTCCountry_PrimaryLocationCode(), "DE"}});
+    IPTCAccessor iptc(*editor);
+    iptc.setIptcLocationCode(TypedTagValue<std::string>::value("zz"));
+    EXPECT_EQ(iptc.iptcLocationCode(), "DE");
+    EXPECT_FALSE(editor->isEdited());
+    iptc.setIptcLocationCode(TypedTagValue<std::string>::value("fr"));
+    EXPECT_EQ(iptc.iptcLocationCode(), "fr");
+    iptc.setIptcLocationCode(TypedTagValue<std::string>::clear());
+    EXPECT_EQ(iptc.iptcLocationCode(), "");
+
+    XMPAccessor xmp(*editor);
+    xmp.setXmpCountryCode(TypedTagValue<std::string>::value("ESP"));
+    EXPECT_EQ(xmp.xmpCountryCode(), "ESP");
+}
+
+TEST(AccessorQuickTimeTest, CoordinatesAreISO6709AndTheNameIsTheFormattedAddress) {
+    auto editor = editorWith({}, "/movies/clip.mov");
+    QuickTimeAccessor quicktime(*editor);
+    quicktime.setQuicktimeGPSCoordinate(TypedTagValue<Coordinate>::value(Coordinate(40.2, -75.5)));
+    EXPECT_EQ(editor->currentValue(name(TagItem::itemQuickTimeGPSCoordinates())), "+40.20000-075.50000/");
+    ASSERT_TRUE(quicktime.quicktimeGPSLocation());
+    EXPECT_EQ(quicktime.quicktimeGPSLocation()->coordinate(), Coordinate(40.2, -75.5));
+    EXPECT_TRUE(quicktime.hasOneOrMoreQuicktimeLocationValues());
+
+    TextLocation place(std::nullopt, std::nullopt, std::nullopt, "Paris", std::nullopt, std::nullopt,
+                       "France", "FR");
+    quicktime.setQuicktimeLocationName(TypedTagValue<TextLocation>::value(place));
+    EXPECT_EQ(quicktime.quicktimeLocationName(), place.formattedAddress());
+    quicktime.setQuicktimeLocationName(TypedTagValue<TextLocation>::restore());
+    EXPECT_FALSE(quicktime.quicktimeLocationName());
+
+    auto other = editorWith({{&TagItem::itemQuickTimeGPSCoordinates(), "not a place"}}, "/movies/b.mov");
+    EXPECT_FALSE(QuickTimeAccessor(*other).quicktimeGPSCoordinate());
+}
+
+TEST(AccessorOrientationTest, OutOfRangeReadsHorizontalAndTurnsFollowTheTable) {
+    auto editor = editorWith({{&TagItem::itemEXIFOrientation(), "9"}});
+    EXIFAccessor exif(*editor);
+    EXPECT_EQ(exif.exifOrientationValue(), 9);
+    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::horizontal);
+
+    auto absent = editorWith({});
+    EXPECT_EQ(EXIFAccessor(*absent).exifOrientationValue(), 1);
+
+    exif.setExifOrientation(ExifOrientation::rotate90CW);
+    exif.horizontalFlipExifOrientation();
+    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::mirrorHorizontalAndRotate270CW);
+    exif.horizontalFlipExifOrientation();
+    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::rotate90CW);
+    exif.verticalFlipExifOrientation();
+    exif.verticalFlipExifOrientation();
+    EXPECT_EQ(exif.exifOrientationValue(), 6);
+    exif.rotateRightExifOrientation();
+    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::rotate180);
+    exif.rotateLeftExifOrientation();
+    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::rotate90CW);
+    EXPECT_EQ(exif.originalExifOrientationValue(), 9);
+
+    auto movie = editorWith({{&TagItem::itemQuickTimeVideoOrientation(), "3"}}, "/movies/clip.mov");
+    QuickTimeAccessor quicktime(*movie);
+    quicktime.rotateLeftQuicktimeOrientation();
+    EXPECT_EQ(quicktime.quicktimeOrientation(), ExifOrientation::rotate90CW);
+    EXPECT_EQ(quicktime.originalQuicktimeOrientation(), ExifOrientation::rotate180);
+}
+
+TEST(AccessorEmbeddedImageTest, ThumbnailPresenceFollowsItsLength) {
+    auto editor = editorWith({{&TagItem::itemEXIFThumbnailLength(), "5120"},
+                              {&TagItem::itemEXIFThumbnailImage(), "(Binary data 5120 bytes)"}});
+    EmbeddedImageAccessor images(*editor);
+    EXPECT_TRUE(images.hasCurrentExifThumbnail());
+    EXPECT_FALSE(images.isExifThumbnailEdited());
+    EXPECT_FALSE(images.hasCurrentExifPreview());
+    images.clearExifThumbnail();
+    EXPECT_FALSE(images.hasCurrentExifThumbnail());
+    EXPECT_TRUE(images.hasOriginalExifThumbnail());
+    EXPECT_TRUE(images.isExifThumbnailEdited());
+    EXPECT_TRUE(editor->isValueEdited(name(TagItem::itemEXIFThumbnailImage())));
+    images.restoreExifThumbnail();
+    EXPECT_FALSE(images.isExifThumbnailEdited());
+    EXPECT_FALSE(editor->isEdited());
+}
+
+TEST(AccessorGroupTest, PredicatesLookAtTheirFamilyOnly) {
+    auto editor = editorWith({{&TagItem::itemIPTCCity(), "Paris"}});
+    EXPECT_TRUE(IPTCAccessor(*editor).hasOneOrMoreIptcLocationValues());
+    EXPECT_FALSE(EXIFAccessor(*editor).hasOneOrMoreExifLocationValues());
+    EXPECT_FALSE(XMPAccessor(*editor).hasOneOrMoreXmpLocationValues());
+    EXPECT_FALSE(IPTCAccessor(*editor).oneOrMoreIptcLocationTagsAreEdited());
+    XMPAccessor(*editor).setXMPLocationCity(TypedTagValue<std::string>::value("Rome"));
+    EXPECT_TRUE(XMPAccessor(*editor).oneOrMoreXmpLocationTagsAreEdited());
+    EXPECT_FALSE(FamilyAccessor(*editor).hasOneOrMoreValues({}));
+}
+
+} // namespace
+} // namespace corvane

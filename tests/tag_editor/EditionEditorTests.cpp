@@ -1,0 +1,269 @@
+// The editing operations on one editor: the preferred family, orientation turns, copies between
+// tags and date kinds, whole-family clears, text transforms, keyword sorting, date editions, the
+// place across families and the image size.
+
+#include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_editor/EXIFAccessor.hpp"
+#include "corvane/tag_editor/IPTCAccessor.hpp"
+#include "corvane/tag_editor/QuickTimeAccessor.hpp"
+#include "corvane/tag_editor/TagEditorEditions.hpp"
+#include "corvane/tag_editor/XMPAccessor.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "tag_edition/EditionRecorder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace corvane {
+namespace {
+
+using test::EditionRecorder;
+
+std::shared_ptr<TagEditor> editorWith(const std::vector<std::pair<const TagItem*, std::string>>& values,
+                                      const char* path = "/photos/shot.jpg") {
+    TagStorage storage{TagStorageSource(path)};
+    for (const auto& [item, value] : values)
+        storage.setOriginalValue(value, item->name());
+    return ETTagEditor::create(std::move(storage));
+}
+
+std::optional<std::string> current(const std::shared_ptr<TagEditor>& editor, const TagItem& item) {
+    return editor->currentValue(item.name());
+}
+
+const TagItem& xmpArtist() {
+    return *TagItem::find("XMP", "Artist");
+}
+
+DateValues offset(std::optional<int64_t> days, std::optional<int64_t> hours) {
+    DateValues values;
+    values.day = days;
+    values.hour = hours;
+    return values;
+}
+
+TEST(EditionFormatTest, MoviesAndFormatsWithoutEXIFCreationPreferQuickTime) {
+    EXPECT_TRUE(TagEditorEditions(*editorWith({}, "/m/clip.mov")).prefersQuicktime());
+    EXPECT_TRUE(TagEditorEditions(*editorWith({}, "/m/still.qtif")).prefersQuicktime())
+        << "an image whose EXIF can't be created";
+    EXPECT_FALSE(TagEditorEditions(*editorWith({}, "/p/shot.jpg")).prefersQuicktime());
+    EXPECT_FALSE(TagEditorEditions(*editorWith({}, "/p/shot.heic")).prefersQuicktime())
+        << "QuickTime may be changed but not created";
+    EXPECT_FALSE(TagEditorEditions(*editorWith({}, "/p/folder")).prefersQuicktime())
+        << "a folder is no movie";
+    EXPECT_EQ(TagEditorEditions(*editorWith({}, "/m/clip.mov")).kind(), MediaKind::movie);
+}
+
+TEST(EditionOrientationTest, ClampsAndComesBackAfterFourTurns) {
+    auto photo = editorWith({{&TagItem::itemEXIFOrientation(), "6"}});
+    TagEditorEditions editions(*photo);
+    for (int i = 0; i < 4; ++i)
+        editions.rotateRightOrientation();
+    EXPECT_EQ(editions.orientation(), ExifOrientation::rotate90CW);
+    editions.rotateLeftOrientation();
+    EXPECT_EQ(editions.orientation(), ExifOrientation::horizontal);
+    editions.verticalFlipOrientation();
+    EXPECT_EQ(editions.orientationValue(), 4);
+    EXPECT_EQ(editions.originalOrientationValue(), 6);
+
+    editions.setOrientationValue(0);
+    EXPECT_EQ(current(photo, TagItem::itemEXIFOrientation()), "1");
+    editions.setOrientationValue(9);
+    EXPECT_EQ(current(photo, TagItem::itemEXIFOrientation()), "8");
+
+    auto movie = editorWith({}, "/m/clip.mov");
+    TagEditorEditions movieEditions(*movie);
+    movieEditions.rotateLeftOrientation();
+    EXPECT_EQ(current(movie, TagItem::itemQuickTimeVideoOrientation()), "8");
+    EXPECT_FALSE(current(movie, TagItem::itemEXIFOrientation()));
+    for (int i = 0; i < 3; ++i)
+        movieEditions.rotateLeftOrientation();
+    EXPECT_EQ(movieEditions.orientation(), ExifOrientation::horizontal);
+}
+
+TEST(EditionCopyTest, ValuesGoThroughBothConvertersAndDatesByKind) {
+    auto editor = editorWith({{&TagItem::itemEXIFArtist(), "Jane"},
+                              {&TagItem::itemEXIFDateTimeOriginal(), "2024:05:01 10:20:30"},
+                              {&TagItem::itemEXIFCreateDate(), "2001:02:03 04:05:06"}});
+    TagEditorEditions editions(*editor);
+    editions.copyValue(TagItem::itemEXIFArtist().name(), xmpArtist().name());
+    EXPECT_EQ(current(editor, xmpArtist()), "Jane");
+    editions.copyValue(TagItem::itemIPTCCity(), TagItem::itemXMPCity());
+    EXPECT_FALSE(current(editor, TagItem::itemXMPCity())) << "no source value, nothing set";
+
+    editions.copyValue(TagItem::itemEXIFDateTimeOriginal(), TagItem::itemEXIFGPSDateStamp());
+    editions.copyDate(TagItem::itemEXIFDateTimeOriginal(), TagItem::itemEXIFGPSTimeStamp());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSDateStamp()), "2024:05:01");
+    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSTimeStamp()), "10:20:30");
+
+    // A date-only source keeps the target's time; a time-only one its date.
+    editions.copyDate(TagItem::itemEXIFGPSDateStamp(), TagItem::itemEXIFCreateDate());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "2024:05:01 04:05:06");
+    editor->setValue("23:59:59", TagItem::itemEXIFGPSTimeStamp().name());
+    editions.copyDate(TagItem::itemEXIFGPSTimeStamp(), TagItem::itemEXIFCreateDate());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "2024:05:01 23:59:59");
+    editions.copyDate(TagItem::itemEXIFGPSTimeStamp(), TagItem::itemEXIFModifyDate());
+    EXPECT_FALSE(current(editor, TagItem::itemEXIFModifyDate())) << "a time alone has no day to land on";
+    editions.copyDate(TagItem::itemEXIFGPSTimeStamp(), TagItem::itemEXIFGPSDateStamp());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSDateStamp()), "2024:05:01")
+        << "time to date copies nothing";
+
+    auto raw =
+        editions.rawValue(TagItem::itemEXIFDateTimeOriginal().name(), TagItem::itemEXIFGPSDateStamp().name());
+    EXPECT_EQ(raw, "2024:05:01");
+    EXPECT_FALSE(
+        editions.rawValue(TagName(TagStream::streamEXIF, TagKey("Nope")), TagItem::itemEXIFArtist().name()));
+}
+
+TEST(EditionStreamTest, ClearingAFolderTouchesTheCatalogueAFileOnlyWhatItHolds) {
+    auto folder = editorWith({}, "/photos/trip");
+    ASSERT_TRUE(folder->isFolder());
+    TagEditorEditions(*folder).clearValues({TagStream::streamIPTC});
+    auto writable = std::count_if(TagStream::streamIPTC.items().begin(), TagStream::streamIPTC.items().end(),
+                                  [](const TagItem* item) { return item->isWritable(); });
+    EXPECT_GT(writable, 10);
+    EXPECT_EQ(static_cast<long>(folder->writtenTagNames().size()), writable);
+
+    auto file = editorWith({{&TagItem::itemIPTCCity(), "Paris"}, {&TagItem::itemEXIFArtist(), "Jane"}});
+    TagEditorEditions editions(*file);
+    editions.clearValues({TagStream::streamIPTC});
+    EXPECT_EQ(file->writtenTagNames(), std::vector<TagName>{TagItem::itemIPTCCity().name()});
+    EXPECT_EQ(current(file, TagItem::itemIPTCCity()), "");
+    editions.restoreValues({TagStream::streamIPTC});
+    EXPECT_FALSE(file->isEdited());
+}
+
+TEST(EditionTextTest, TransformsApplyToTextAndListsElementByElement) {
+    auto editor = editorWith({{&TagItem::itemEXIFArtist(), "  jane DOE\n"},
+                              {&TagItem::itemEXIFExifImageWidth(), " 640 "},
+                              {&TagItem::itemIPTCKeywords(), "sea view, ÉTÉ"}});
+    TagEditorEditions editions(*editor);
+    editions.trimWhitespacesText(TagItem::itemEXIFArtist());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "jane DOE");
+    editions.capitalizeText(TagItem::itemEXIFArtist());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "Jane Doe");
+    editions.uppercaseText(TagItem::itemEXIFArtist());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "JANE DOE");
+
+    editions.trimWhitespacesText(TagItem::itemEXIFExifImageWidth());
+    EXPECT_FALSE(editor->isValueEdited(TagItem::itemEXIFExifImageWidth().name())) << "a number is no text";
+
+    const TagItem& keywords = TagItem::itemIPTCKeywords();
+    editions.lowercaseText(keywords);
+    EXPECT_EQ(keywords.nativeValueFromStringValue(current(editor, keywords)),
+              DynamicValue(DynamicArray{DynamicValue("sea view"), DynamicValue("été")}));
+    editions.capitalizeText(keywords);
+    EXPECT_EQ(keywords.nativeValueFromStringValue(current(editor, keywords)),
+              DynamicValue(DynamicArray{DynamicValue("Sea View"), DynamicValue("Été")}));
+    editions.transformText(TagItem::itemXMPCity(), TagEditorEditions::uppercased);
+    EXPECT_FALSE(current(editor, TagItem::itemXMPCity())) << "no value, nothing set";
+}
+
+TEST(EditionTextTest, KeywordSortingIsStableAndOnlyForLists) {
+    auto editor = editorWith(
+        {{&TagItem::itemIPTCKeywords(), "pear, Apple, apple, banana"}, {&TagItem::itemEXIFArtist(), "b, a"}});
+    TagEditorEditions editions(*editor);
+    const TagItem& keywords = TagItem::itemIPTCKeywords();
+    editions.ascendingSortKeywords(keywords);
+    EXPECT_EQ(keywords.nativeValueFromStringValue(current(editor, keywords)),
+              DynamicValue(DynamicArray{DynamicValue("Apple"), DynamicValue("apple"), DynamicValue("banana"),
+                                        DynamicValue("pear")}));
+    editions.descendingSortKeywords(keywords);
+    EXPECT_EQ(keywords.nativeValueFromStringValue(current(editor, keywords)),
+              DynamicValue(DynamicArray{DynamicValue("pear"), DynamicValue("banana"), DynamicValue("apple"),
+                                        DynamicValue("Apple")}));
+    editions.ascendingSortKeywords(TagItem::itemEXIFArtist());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "b, a");
+    EXPECT_FALSE(editor->isValueEdited(TagItem::itemEXIFArtist().name()));
+}
+
+TEST(EditionDateTest, ShiftsCrossMonthAndYearEnds) {
+    auto editor = editorWith({{&TagItem::itemEXIFDateTimeOriginal(), "2024:01:31 23:30:00"},
+                              {&TagItem::itemEXIFCreateDate(), "2023:12:31 12:00:00"},
+                              {&TagItem::itemEXIFGPSDateStamp(), "2024:02:28"},
+                              {&TagItem::itemEXIFArtist(), "Jane"}});
+    EditionRecorder recorder;
+    TagEditorEditions editions(*editor);
+    editions.editDate(DateEdition::shift(offset(std::nullopt, 1)),
+                      {TagItem::itemEXIFDateTimeOriginal().name(), TagItem::itemEXIFArtist().name()});
+    EXPECT_EQ(current(editor, TagItem::itemEXIFDateTimeOriginal()), "2024:02:01 00:30:00");
+    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "Jane");
+
+    editions.editDate(DateEdition::shift(offset(2, std::nullopt)), TagItem::itemEXIFGPSDateStamp());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSDateStamp()), "2024:03:01") << "2024 is a leap year";
+    editions.editDate(DateEdition::shift(offset(1, 12)), TagItem::itemEXIFCreateDate());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "2024:01:02 00:00:00");
+
+    DateValues year;
+    year.year = 1999;
+    editions.editDate(DateEdition::update(year), TagItem::itemEXIFCreateDate());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "1999:01:02 00:00:00");
+    editions.editDate(DateEdition::update(year), TagItem::itemEXIFModifyDate());
+    EXPECT_FALSE(current(editor, TagItem::itemEXIFModifyDate())) << "nothing to update";
+
+    DateValues whole;
+    whole.year = 2020, whole.month = 6, whole.day = 15, whole.hour = 8, whole.minute = 0, whole.second = 5;
+    editions.editDate(DateEdition::select(whole), TagItem::itemEXIFModifyDate());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFModifyDate()), "2020:06:15 08:00:05");
+    editions.editDate(DateEdition::remove(), TagItem::itemEXIFCreateDate());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "");
+    editions.editDate(DateEdition::restore(), TagItem::itemEXIFCreateDate());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "2023:12:31 12:00:00");
+    editions.editDate(DateEdition::remove(), TagItem::itemEXIFArtist());
+    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "Jane") << "not a date tag";
+}
+
+TEST(EditionLocationTest, SetLocationSpreadsOverTheFamiliesTheFormatHas) {
+    Location place(48.8584, 2.2945);
+    place.setAltitude(-5);
+    place.setPlaceName("Eiffel Tower");
+    place.setCity("Paris");
+    place.setCountryName("France");
+    place.setCountryCode("FR");
+
+    auto photo = editorWith({{&TagItem::itemIPTCProvince_State(), "Texas"}});
+    EditionRecorder recorder;
+    TagEditorEditions(*photo).setLocation(TypedTagValue<Location>::value(place));
+    EXPECT_EQ(EditionRecorder::kinds(recorder.drain()), "begin flush end") << "one batch";
+    EXPECT_EQ(EXIFAccessor(*photo).exifGPSCoordinate(), place.coordinate());
+    EXPECT_DOUBLE_EQ(EXIFAccessor(*photo).exifGPSAltitude()->value(), -5);
+    EXPECT_EQ(XMPAccessor(*photo).xmpGPSCoordinate(), place.coordinate());
+    EXPECT_EQ(IPTCAccessor(*photo).iptcSubLocation(), "Eiffel Tower");
+    EXPECT_EQ(IPTCAccessor(*photo).iptcProvince_State(), "");
+    EXPECT_EQ(XMPAccessor(*photo).xmpCountryCode(), "FR");
+    EXPECT_FALSE(current(photo, TagItem::itemQuickTimeGPSCoordinates())) << "no QuickTime in a JPEG";
+    EXPECT_EQ(TagEditorEditions(*photo).gpsCoordinate(), place.coordinate());
+
+    auto movie = editorWith({}, "/m/clip.mov");
+    TagEditorEditions(*movie).setLocation(TypedTagValue<Location>::value(place));
+    EXPECT_EQ(QuickTimeAccessor(*movie).quicktimeGPSCoordinate(), Coordinate(48.8584, 2.2945));
+    EXPECT_EQ(QuickTimeAccessor(*movie).quicktimeLocationName(), place.textLocation().formattedAddress());
+    EXPECT_FALSE(EXIFAccessor(*movie).exifGPSCoordinate());
+
+    TagEditorEditions(*photo).setLocation(TypedTagValue<Location>::restore());
+    EXPECT_FALSE(photo->isEdited());
+    TagEditorEditions(*movie).setLocation(TypedTagValue<Location>::clear());
+    EXPECT_FALSE(current(movie, TagItem::itemQuickTimeGPSCoordinates()));
+    EXPECT_FALSE(TagEditorEditions(*movie).gpsCoordinate());
+}
+
+TEST(EditionLocationTest, GPSCoordinatePrefersQuickTimeThenEXIFThenXMP) {
+    auto editor = editorWith({{&TagItem::itemXMPGPSLatitude(), "1"},
+                              {&TagItem::itemXMPGPSLongitude(), "2"},
+                              {&TagItem::itemEXIFGPSLatitude(), "3"}});
+    EXPECT_EQ(TagEditorEditions(*editor).gpsCoordinate(), Coordinate(1, 2)) << "EXIF lacks its longitude";
+    editor->setValue("4", TagItem::itemEXIFGPSLongitude().name());
+    EXPECT_EQ(TagEditorEditions(*editor).gpsCoordinate(), Coordinate(3, 4));
+}
+
+TEST(EditionSizeTest, FirstCompletePairGivesTheSize) {
+    auto editor = editorWith({{&TagItem::itemEXIFImageWidth(), "4000"},
+                              {&TagItem::itemEXIFExifImageWidth(), "640"},
+                              {&TagItem::itemEXIFExifImageHeight(), "480"}});
+    EXPECT_EQ(TagEditorEditions(*editor).imageSize(), (ImageSize{640, 480}));
+    EXPECT_FALSE(TagEditorEditions(*editorWith({})).imageSize());
+}
+
+} // namespace
+} // namespace corvane

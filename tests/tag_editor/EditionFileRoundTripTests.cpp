@@ -1,0 +1,114 @@
+// A place and an orientation set through the editions survive a real write by ExifTool and read
+// back the same, on a JPEG (EXIF, IPTC, XMP) and on a QuickTime movie.
+
+#include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_editor/EXIFAccessor.hpp"
+#include "corvane/tag_editor/IPTCAccessor.hpp"
+#include "corvane/tag_editor/QuickTimeAccessor.hpp"
+#include "corvane/tag_editor/TagEditorEditions.hpp"
+#include "corvane/tag_editor/XMPAccessor.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::shared_ptr<TagEditor> readEditor(const fs::path& path) {
+    ETTagStorageReader::Settings settings({TagStorageSource(path)});
+    settings.setupDefaultBannedValues();
+    // Numbers as numbers: GPS magnitudes, orientation codes.
+    settings.setEnableRawValues(true);
+    settings.setForceRawLocation(true);
+    auto storages = ETTagStorageReader(settings).readStorages();
+    EXPECT_TRUE(storages.contains(path));
+    return ETTagEditor::create(storages.contains(path) ? storages.at(path)
+                                                       : TagStorage(TagStorageSource(path)));
+}
+
+void save(const std::shared_ptr<TagEditor>& editor) {
+    ETTagStorageWriter(ETTagStorageWriter::Settings({editor->storage()})).write();
+    editor->flushChanges();
+}
+
+Location sydney() {
+    Location place(-33.8568, 151.2153);
+    place.setAltitude(12.5);
+    place.setPlaceName("Opera House");
+    place.setCity("Sydney");
+    place.setState("New South Wales");
+    place.setCountryName("Australia");
+    place.setCountryCode("AU");
+    return place;
+}
+
+class EditionFileRoundTrip : public testing::Test {
+protected:
+    test::TemporaryFolder folder{"corvane-editions"};
+};
+
+TEST_F(EditionFileRoundTrip, LocationAndOrientationOnJPEG) {
+    const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
+    auto editor = readEditor(jpeg);
+    TagEditorEditions(*editor).setLocation(TypedTagValue<Location>::value(sydney()));
+    TagEditorEditions(*editor).rotateRightOrientation();
+    save(editor);
+
+    EXPECT_EQ(test::exifToolValue(jpeg, "EXIF:GPSLatitudeRef", true), "S");
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Sub-location"), "Opera House");
+
+    auto back = readEditor(jpeg);
+    auto exif = EXIFAccessor(*back).exifGPSLocation();
+    ASSERT_TRUE(exif);
+    EXPECT_NEAR(exif->coordinate().latitude().value(), -33.8568, 1e-6);
+    EXPECT_NEAR(exif->coordinate().longitude().value(), 151.2153, 1e-6);
+    ASSERT_TRUE(exif->altitude());
+    EXPECT_NEAR(exif->altitude()->value(), 12.5, 1e-6);
+    auto xmp = XMPAccessor(*back).xmpGPSCoordinate();
+    ASSERT_TRUE(xmp);
+    EXPECT_NEAR(xmp->latitude().value(), -33.8568, 1e-6);
+    EXPECT_NEAR(xmp->longitude().value(), 151.2153, 1e-6);
+    EXPECT_EQ(XMPAccessor(*back).xmpTextLocation(), sydney().textLocation());
+    auto iptc = IPTCAccessor(*back).iptcTextLocation();
+    ASSERT_TRUE(iptc);
+    EXPECT_EQ(iptc->placeName(), "Opera House");
+    EXPECT_EQ(iptc->state(), "New South Wales");
+    // IPTC reserves three characters for the code: ExifTool stores "AU " (padded), so check the
+    // file itself rather than the storage read back.
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Country-PrimaryLocationCode"), "AU");
+    EXPECT_EQ(IPTCAccessor(*back).iptcCity(), "Sydney");
+    EXPECT_EQ(XMPAccessor(*back).xmpCountryCode(), "AU");
+    EXPECT_EQ(EXIFAccessor(*back).exifOrientation(), ExifOrientation::rotate90CW);
+
+    TagEditorEditions(*back).setLocation(TypedTagValue<Location>::clear());
+    save(back);
+    auto cleared = readEditor(jpeg);
+    EXPECT_FALSE(TagEditorEditions(*cleared).gpsCoordinate());
+    EXPECT_FALSE(IPTCAccessor(*cleared).iptcTextLocation());
+}
+
+TEST_F(EditionFileRoundTrip, LocationAndOrientationOnMOV) {
+    const fs::path mov = test::makeMOV(folder / "clip.mov");
+    auto editor = readEditor(mov);
+    ASSERT_TRUE(TagEditorEditions(*editor).prefersQuicktime());
+    TagEditorEditions(*editor).setLocation(TypedTagValue<Location>::value(sydney()));
+    save(editor);
+
+    auto back = readEditor(mov);
+    auto coordinate = QuickTimeAccessor(*back).quicktimeGPSCoordinate();
+    ASSERT_TRUE(coordinate)
+        << back->currentValue(TagItem::itemQuickTimeGPSCoordinates().name()).value_or("(none)");
+    EXPECT_NEAR(coordinate->latitude().value(), -33.8568, 1e-5);
+    EXPECT_NEAR(coordinate->longitude().value(), 151.2153, 1e-5);
+    EXPECT_EQ(TagEditorEditions(*back).gpsCoordinate(), coordinate);
+    EXPECT_EQ(QuickTimeAccessor(*back).quicktimeLocationName(), sydney().textLocation().formattedAddress());
+    EXPECT_EQ(XMPAccessor(*back).xmpLocationCity(), "Sydney");
+}
+
+} // namespace
+} // namespace corvane
