@@ -1,0 +1,43 @@
+#pragma once
+
+#include "corvane/sidecar_support/SidecarReader.hpp"
+
+#include <stdexcept>
+#include <string_view>
+
+namespace corvane {
+
+// Reads a CSV sidecar: one tag per row, the tag name ("EXIF:Make") then its value, no header. The
+// delimiter is guessed from the first line, so comma, semicolon and tab files all read. Rows of
+// another width, rows whose first field isn't a catalogue tag, and values the tag's converter
+// refuses are skipped; a later row of a tag replaces an earlier one.
+class CSVSidecarReader : public SidecarReader {
+public:
+    enum class ReadError { dataDecodingFailed };
+
+    // Thrown by the reader; `what()` is the message of the case.
+    class ReadException : public std::runtime_error {
+    public:
+        explicit ReadException(ReadError error);
+        ReadError error() const { return error_; }
+
+    private:
+        ReadError error_;
+    };
+
+    // Whether the reader trims `scalar` from both ends of names and values: white space and line
+    // ends, so that blanks and CR/LF around a value never reach the tag.
+    static bool trimCharSet(char32_t scalar);
+    // `text` without the characters of `trimCharSet` at both ends.
+    static std::string_view trimmed(std::string_view text);
+
+    // ReadException(dataDecodingFailed) when the bytes aren't UTF-8; a leading byte-order mark is
+    // dropped. Then as `readString`.
+    Values readData(std::string_view data) const override;
+    // Throws CSVParseError for text the CSV parser refuses (an unterminated quote, for instance).
+    Values readString(std::string_view string) const override;
+};
+
+std::string_view message(CSVSidecarReader::ReadError error);
+
+} // namespace corvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "corvane/sidecar_support/SidecarWriter.hpp"
+
+#include <stdexcept>
+#include <string_view>
+
+namespace corvane {
+
+// Writes a CSV sidecar: UTF-8, comma-delimited, one row per tag of the storage (its name, then its
+// current value in the converter's CSV form, empty where the converter gives nothing), rows joined
+// by LF and no header. Fields holding a comma, a quotation mark, CR or LF are quoted.
+class CSVSidecarWriter : public SidecarWriter {
+public:
+    enum class WriteError { dataEncodingFailed };
+
+    // Thrown by the writer; `what()` is the message of the case.
+    class WriteException : public std::runtime_error {
+    public:
+        explicit WriteException(WriteError error);
+        WriteError error() const { return error_; }
+
+    private:
+        WriteError error_;
+    };
+
+    // WriteException(dataEncodingFailed) when the CSV text can't be produced.
+    std::string data(const TagStorage& storage) const override;
+};
+
+std::string_view message(CSVSidecarWriter::WriteError error);
+
+} // namespace corvane

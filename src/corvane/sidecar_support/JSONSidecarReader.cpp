@@ -1,0 +1,51 @@
+#include "corvane/sidecar_support/JSONSidecarReader.hpp"
+
+#include "corvane/converters/DynamicValue.hpp"
+#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/sidecar_support/JSONSidecarWriter.hpp"
+
+#include <nlohmann/json.hpp>
+
+namespace corvane {
+
+std::string_view message(JSONSidecarReader::ReadError error) {
+    switch (error) {
+    case JSONSidecarReader::ReadError::stringDecodingFailed:
+        return "String decoding failed";
+    case JSONSidecarReader::ReadError::dataDecodingFailed:
+        return "Data decoding failed";
+    }
+    return "Data decoding failed";
+}
+
+JSONSidecarReader::ReadException::ReadException(ReadError error)
+    : std::runtime_error(std::string(message(error))), error_(error) {}
+
+SidecarReader::Values JSONSidecarReader::readData(std::string_view data) const {
+    // Parse errors (syntax, invalid UTF-8) go to the caller as they are.
+    nlohmann::json root = nlohmann::json::parse(data.begin(), data.end());
+    if (!root.is_object()) throw ReadException(ReadError::dataDecodingFailed);
+
+    Values result;
+    for (const auto& [streamName, members] : root.items()) {
+        if (!members.is_object()) continue;
+        TagStream stream(streamName);
+        for (const auto& [keyName, json] : members.items()) {
+            TagName name(stream, TagKey(keyName));
+            auto converter = JSONSidecarWriter::converter(name);
+            auto string = converter->stringValueFromNativeValue(dynamicValueFromJson(json));
+            if (string)
+                result.insert_or_assign(std::move(name), std::move(*string));
+            else
+                result.erase(name);
+        }
+    }
+    return result;
+}
+
+SidecarReader::Values JSONSidecarReader::readString(std::string_view string) const {
+    if (!utf8::isValid(string)) throw ReadException(ReadError::stringDecodingFailed);
+    return readData(string);
+}
+
+} // namespace corvane

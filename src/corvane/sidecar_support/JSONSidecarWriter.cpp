@@ -1,0 +1,72 @@
+#include "corvane/sidecar_support/JSONSidecarWriter.hpp"
+
+#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/tag_value/TagType.hpp"
+
+#include <nlohmann/json.hpp>
+
+namespace corvane {
+
+std::string_view message(JSONSidecarWriter::WriteError error) {
+    switch (error) {
+    case JSONSidecarWriter::WriteError::dataEncodingFailed:
+        return "Data encoding failed";
+    case JSONSidecarWriter::WriteError::dataValidationFailed:
+        return "Data validation failed";
+    }
+    return "Data encoding failed";
+}
+
+JSONSidecarWriter::WriteException::WriteException(WriteError error)
+    : std::runtime_error(std::string(message(error))), error_(error) {}
+
+ValueConverterRef JSONSidecarWriter::converter(const TagName& name) {
+    if (const TagItem* item = TagItem::find(name)) return item->converter();
+    static const ValueConverterRef textConverter = TagType(TagType::string).converter();
+    return textConverter;
+}
+
+namespace {
+
+// What the platform's serializer accepts: texts (keys included) of valid UTF-8, and no value that
+// JSON can't hold.
+bool isValidJSONValue(const nlohmann::json& json) {
+    switch (json.type()) {
+    case nlohmann::json::value_t::string:
+        return utf8::isValid(json.get_ref<const std::string&>());
+    case nlohmann::json::value_t::array:
+        for (const auto& element : json)
+            if (!isValidJSONValue(element)) return false;
+        return true;
+    case nlohmann::json::value_t::object:
+        for (const auto& [key, value] : json.items())
+            if (!utf8::isValid(key) || !isValidJSONValue(value)) return false;
+        return true;
+    case nlohmann::json::value_t::binary:
+    case nlohmann::json::value_t::discarded:
+        return false;
+    default:
+        return true;
+    }
+}
+
+} // namespace
+
+std::string JSONSidecarWriter::data(const TagStorage& storage) const {
+    nlohmann::json root = nlohmann::json::object();
+    for (const TagName& name : storage.currentTagNames()) {
+        auto converter = JSONSidecarWriter::converter(name);
+        auto value = converter->jsonValueFromNativeValue(DynamicValue(storage.currentValue(name)));
+        // A family's object is made at first need; nothing becomes null.
+        root[name.stream().rawValue()][name.key().rawValue()] = toJson(value);
+    }
+    if (!isValidJSONValue(root)) throw WriteException(WriteError::dataValidationFailed);
+    try {
+        return root.dump(2);
+    } catch (const nlohmann::json::exception&) {
+        throw WriteException(WriteError::dataEncodingFailed);
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "corvane/converters/ValueConverter.hpp"
+#include "corvane/sidecar_support/SidecarWriter.hpp"
+
+#include <stdexcept>
+#include <string_view>
+
+namespace corvane {
+
+// Writes a JSON sidecar: one object with a member per tag family, each an object with a member per
+// tag, whose value is what the tag's converter makes of its current string (a number, a Boolean, a
+// string or an array; null where the converter gives nothing). Pretty-printed, members sorted.
+class JSONSidecarWriter : public SidecarWriter {
+public:
+    enum class WriteError { dataEncodingFailed, dataValidationFailed };
+
+    // Thrown by the writer; `what()` is the message of the case.
+    class WriteException : public std::runtime_error {
+    public:
+        explicit WriteException(WriteError error);
+        WriteError error() const { return error_; }
+
+    private:
+        WriteError error_;
+    };
+
+    // WriteException(dataValidationFailed) when a value can't be represented in JSON (text that
+    // isn't UTF-8), WriteException(dataEncodingFailed) when serialising fails.
+    std::string data(const TagStorage& storage) const override;
+
+    // The converter the sidecars use for a tag: the catalogue item's converter, or for a tag the
+    // catalogue doesn't know, that of a plain text value, so that its value passes unchanged.
+    static ValueConverterRef converter(const TagName& name);
+};
+
+std::string_view message(JSONSidecarWriter::WriteError error);
+
+} // namespace corvane

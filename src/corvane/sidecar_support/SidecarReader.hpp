@@ -1,0 +1,43 @@
+#pragma once
+
+#include "corvane/tag_value/TagName.hpp"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace corvane {
+
+// Reads the tags of a sidecar file: tag names and their canonical string values, nothing about the
+// media file the sidecar belongs to. Every operation may throw: the reader's own typed errors,
+// parse errors of the format, and file-system errors.
+class SidecarReader {
+public:
+    using Values = std::unordered_map<TagName, std::string>;
+
+    SidecarReader() = default;
+    virtual ~SidecarReader() = default;
+
+    // The bytes of a sidecar file.
+    virtual Values readData(std::string_view data) const = 0;
+    // A sidecar already held as text (UTF-8).
+    virtual Values readString(std::string_view string) const = 0;
+    // Reads the whole file into memory (std::filesystem::filesystem_error when that fails), then
+    // `readData`.
+    virtual Values readContentsOf(const std::filesystem::path& url) const;
+
+    // The reader of a sidecar format by its path extension, "json" or "csv" in any case; nullptr
+    // for any other.
+    static std::unique_ptr<SidecarReader> forPathExtension(std::string_view pathExtension);
+    // Reads a sidecar with the reader its extension names; std::invalid_argument for an extension
+    // that names no sidecar format.
+    static Values readSidecar(const std::filesystem::path& url);
+
+protected:
+    // The file's bytes; std::filesystem::filesystem_error with the system's reason on failure.
+    static std::string readFileBytes(const std::filesystem::path& url);
+};
+
+} // namespace corvane

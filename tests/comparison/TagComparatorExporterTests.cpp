@@ -1,0 +1,222 @@
+#include "corvane/comparison/RichTextDocument.hpp"
+#include "corvane/comparison/TagComparatorExporter.hpp"
+#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+TagName name(std::string_view raw) {
+    return *TagName::fromRawValue(raw);
+}
+
+TagComparatorTable twoFileTable() {
+    TagStorage first{TagStorageSource("/p/a.jpg")};
+    first.setOriginalValue("ACME", name("EXIF:Make"));
+    first.setOriginalValue("Zoë", name("EXIF:Artist"));
+    TagStorage second{TagStorageSource("/p/b.jpg")};
+    second.setOriginalValue("ACME", name("EXIF:Make"));
+    second.setOriginalValue("k1,k2", name("IPTC:Keywords"));
+    second.unsafeSetValue("Neu", name("EXIF:Artist"));
+    return TagComparatorTable::fromStorages({first, second});
+}
+
+std::string readFile(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+TEST(ComparisonExporter, TextLayoutPadsColumnsWithHeadingOnlyForSeveralFiles) {
+    using E = TagComparatorExporter;
+    const std::string expected = E::padded("Tags", 40) + " : " + E::padded("a.jpg", 80) + "; " +
+                                 E::padded("b.jpg", 80) + "\n\n\nEXIF\n" + E::padded("EXIF Artist", 40) +
+                                 " : " + E::padded("Zoë", 80) + "; " + E::padded("Neu", 80) + "\n" +
+                                 E::padded("EXIF Make", 40) + " : " + E::padded("ACME", 80) + "; " +
+                                 E::padded("ACME", 80) + "\n\nIPTC\n" + E::padded("IPTC Keywords", 40) +
+                                 " : " + E::padded("", 80) + "; " + E::padded("k1,k2", 80) + "\n";
+    EXPECT_EQ(E(twoFileTable()).txtString(), expected);
+
+    TagStorage only{TagStorageSource("/p/a.jpg")};
+    only.setOriginalValue("ACME", name("EXIF:Make"));
+    EXPECT_EQ(E(TagComparatorTable::fromStorages({only})).txtString(),
+              "EXIF\n" + E::padded("EXIF Make", 40) + " : " + E::padded("ACME", 80) + "\n");
+}
+
+TEST(ComparisonExporter, PaddingCountsUTF16UnitsAndNeverCuts) {
+    EXPECT_EQ(TagComparatorExporter::padded("Zoë", 5), "Zoë  ");
+    EXPECT_EQ(TagComparatorExporter::padded("😀", 3), "😀 "); // two UTF-16 units
+    const std::string longName(45, 'x');
+    EXPECT_EQ(TagComparatorExporter::padded(longName, 40), longName);
+}
+
+TEST(ComparisonExporter, DelimitedFormJoinsWithSemicolonBlank) {
+    EXPECT_EQ(TagComparatorExporter(twoFileTable()).csvString(), "Tags; a.jpg; b.jpg\n"
+                                                                 "EXIF\n"
+                                                                 "EXIF Artist; Zoë; Neu\n"
+                                                                 "EXIF Make; ACME; ACME\n"
+                                                                 "IPTC\n"
+                                                                 "IPTC Keywords; ; k1,k2\n");
+}
+
+TEST(ComparisonExporter, FormatsAndFiles) {
+    EXPECT_EQ(TagComparatorExporter::allFormats().size(), 3u);
+    EXPECT_EQ(TagComparatorExporter::pathExtension(TagComparatorExporter::Format::rtf), "rtf");
+    EXPECT_EQ(TagComparatorExporter::formatFromPathExtension(".CSV"), TagComparatorExporter::Format::csv);
+    EXPECT_EQ(TagComparatorExporter::formatFromPathExtension("doc"), std::nullopt);
+
+    test::TemporaryFolder folder("corvane-comparison");
+    TagComparatorExporter exporter(twoFileTable());
+    for (auto format : TagComparatorExporter::allFormats()) {
+        const fs::path url = folder / ("out." + std::string(TagComparatorExporter::pathExtension(format)));
+        exporter.exportTo(format, url);
+        EXPECT_EQ(readFile(url), exporter.exportedString(format));
+    }
+    EXPECT_THROW(exporter.exportAsTXT(folder / "no" / "such" / "folder.txt"), fs::filesystem_error);
+}
+
+TEST(RichText, EscapesControlCharactersAndWritesUTF16Units) {
+    EXPECT_EQ(RichTextDocument::escaped("a\\b{c}d"), "a\\\\b\\{c\\}d");
+    EXPECT_EQ(RichTextDocument::escaped("é"), "{\\u233?}");
+    EXPECT_EQ(RichTextDocument::escaped("東京 a"), "{\\u26481?\\u20140?} a");
+    EXPECT_EQ(RichTextDocument::escaped("\uFFFD"), "{\\u-3?}");
+    EXPECT_EQ(RichTextDocument::escaped("😀x"), "{\\u-10179?\\u-8704?}x");
+    EXPECT_EQ(RichTextDocument::escaped("1\n2\t3\r\n"), "1\\par\n2\\tab 3\\par\n");
+
+    const std::string rtf = TagComparatorExporter(twoFileTable()).rtfString();
+    EXPECT_TRUE(rtf.starts_with("{\\rtf1\\ansi"));
+    EXPECT_NE(rtf.find("{\\fonttbl{\\f0\\fmodern\\fcharset0 Menlo;}{\\f1\\fmodern\\fcharset0 Menlo-Bold;}}"),
+              std::string::npos);
+    EXPECT_NE(rtf.find("{\\colortbl;"), std::string::npos);
+    EXPECT_NE(rtf.find("Zo{\\u235?}"), std::string::npos);
+    EXPECT_TRUE(utf8::isValid(rtf));
+    for (unsigned char c : rtf)
+        EXPECT_LT(c, 0x80);
+    // Braces balance, so readers find the end of the document.
+    int depth = 0;
+    for (std::size_t i = 0; i < rtf.size(); ++i) {
+        if (rtf[i] == '\\') {
+            ++i;
+            continue;
+        }
+        depth += rtf[i] == '{' ? 1 : rtf[i] == '}' ? -1 : 0;
+        ASSERT_GE(depth, 0);
+    }
+    EXPECT_EQ(depth, 0);
+}
+
+// unrtf prints characters outside ASCII through its configuration's `unisymbol_print`; the stock
+// text configuration has none, so the test adds one that writes each UTF-16 unit as "&#n;".
+std::string unrtfText(const fs::path& rtf, const fs::path& configFolder) {
+    fs::create_directories(configFolder);
+    for (const auto& entry : fs::directory_iterator("/usr/share/unrtf"))
+        fs::copy_file(entry.path(), configFolder / entry.path().filename(),
+                      fs::copy_options::overwrite_existing);
+    std::ofstream(configFolder / "text.conf", std::ios::app) << "unisymbol_print\n\t&#%;\n";
+
+    const std::string command =
+        "unrtf -P '" + configFolder.string() + "' --text '" + rtf.string() + "' 2>/dev/null";
+    std::string output;
+    if (FILE* pipe = ::popen(command.c_str(), "r")) {
+        std::array<char, 4096> buffer;
+        while (std::size_t n = std::fread(buffer.data(), 1, buffer.size(), pipe))
+            output.append(buffer.data(), n);
+        ::pclose(pipe);
+    }
+    // Decode the units, pairing surrogates.
+    std::string text;
+    std::regex unit("&#(\\d+);");
+    std::size_t last = 0;
+    char32_t high = 0;
+    for (auto it = std::sregex_iterator(output.begin(), output.end(), unit); it != std::sregex_iterator();
+         ++it) {
+        text.append(output, last, static_cast<std::size_t>(it->position()) - last);
+        last = static_cast<std::size_t>(it->position() + it->length());
+        auto code = static_cast<char32_t>(std::stoul((*it)[1]));
+        if (code >= 0xD800 && code < 0xDC00) {
+            high = code;
+            continue;
+        }
+        if (code >= 0xDC00 && code < 0xE000 && high) {
+            code = 0x10000 + ((high - 0xD800) << 10) + (code - 0xDC00);
+            high = 0;
+        }
+        utf8::append(text, code);
+    }
+    text.append(output, last);
+    return text;
+}
+
+// unrtf folds runs of blanks, so texts are compared with blanks folded.
+std::string foldBlanks(std::string_view text) {
+    std::string out;
+    for (char c : text) {
+        bool blank = c == ' ' || c == '\n' || c == '\t';
+        if (blank && (out.empty() || out.back() == ' ')) continue;
+        out += blank ? ' ' : c;
+    }
+    return out;
+}
+
+TEST(ComparisonExporter, RichTextOfRealFilesConvertsBackToEveryValue) {
+    if (!fs::exists("/usr/bin/unrtf")) GTEST_SKIP() << "unrtf is not installed";
+    test::TemporaryFolder folder("corvane-comparison-rtf");
+    const fs::path a = test::makeJPEG(folder / "première.jpg");
+    const fs::path b = test::makeJPEG(folder / "second.jpg");
+    test::tagWithExifTool(a, {"-EXIF:Artist=Zoë Ünsal 東京 😀", "-EXIF:Make=ACME {braces} \\ back",
+                              "-IPTC:Keywords=Été", "-IPTC:Keywords=Hiver", "-XMP:Title=Ça va ? Oui !"});
+    test::tagWithExifTool(b, {"-EXIF:Artist=Ørjan Ølstad", "-EXIF:Make=ACME {braces} \\ back",
+                              "-XMP:Title=Привет мир", "-XMP:Rating=3", "-XMP:Creator=Ørjan Ølstad"});
+
+    ETTagStorageReader::Settings settings({TagStorageSource(a), TagStorageSource(b)});
+    settings.setEnableRawValues(true);
+    settings.setEnableShortTags(true);
+    settings.setDisableComposite(true);
+    settings.setupDefaultBannedValues();
+    ETTagStorageReader reader(settings);
+    auto storages = reader.readStorages();
+    std::vector<TagStorage> ordered{storages.at(a), storages.at(b)};
+    ordered[1].unsafeSetValue("Édité ✓", name("EXIF:Artist"));
+
+    TagComparatorTable table = TagComparatorTable::fromStorages(ordered);
+    const fs::path rtf = folder / "comparison.rtf";
+    TagComparatorExporter(table).exportAsRTF(rtf);
+    const std::string text = foldBlanks(unrtfText(rtf, folder / "unrtf"));
+
+    std::size_t checked = 0;
+    for (const std::string& title : table.titles())
+        EXPECT_NE(text.find(foldBlanks(title)), std::string::npos) << title;
+    for (const auto& group : table) {
+        EXPECT_NE(text.find(group.name().stream.rawValue()), std::string::npos);
+        for (const auto& entry : group) {
+            EXPECT_NE(text.find(foldBlanks(entry.key().localizedText())), std::string::npos)
+                << entry.key().localizedText();
+            for (const auto& value : entry.values()) {
+                if (!value.string) continue;
+                EXPECT_NE(text.find(foldBlanks(*value.string)), std::string::npos) << *value.string;
+                ++checked;
+            }
+        }
+    }
+    EXPECT_GT(checked, 20u);
+    for (const char* expected :
+         {"Zoë Ünsal 東京 😀", "ACME {braces} \\ back", "Привет мир", "Édité ✓", "Ørjan Ølstad"})
+        EXPECT_NE(text.find(expected), std::string::npos) << expected;
+}
+
+} // namespace
+} // namespace corvane
