@@ -1,0 +1,283 @@
+// The editor on one storage: guarded reads, the change frame and what it registers, forceValue,
+// source changes, the folder settings of ExifTool editors, image I/O access, editors as keys.
+
+#include "corvane/helpers/NotificationCenter.hpp"
+#include "corvane/tag_editor/CGTagEditor.hpp"
+#include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_value/TagCatalogue.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "tag_edition/EditionRecorder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace corvane {
+namespace {
+
+using test::EditionEvent;
+using test::EditionRecorder;
+
+const TagName& artist() {
+    return TagItem::itemEXIFArtist().name();
+}
+const TagName& keywords() {
+    return TagItem::itemIPTCKeywords().name();
+}
+const TagName& subject() {
+    return TagItem::itemXMPSubject().name();
+}
+TagName unknownTag() {
+    return TagName(TagStream::streamEXIF, TagKey("NotInTheCatalogue"));
+}
+
+TagStorage jpegStorage(const char* path = "/photos/shot.jpg") {
+    TagStorage storage{TagStorageSource(path)};
+    storage.setOriginalValue("Ann", artist());
+    storage.setOriginalValue("sea", keywords());
+    return storage;
+}
+
+// The tags of the one flush that a change out of any session produces.
+HistoryEdition::TagNames flushedTags(EditionRecorder& recorder, const std::shared_ptr<TagEditor>& editor) {
+    auto events = recorder.drain();
+    EXPECT_EQ(EditionRecorder::kinds(events), "begin flush end");
+    if (events.size() != 3) return {};
+    const auto* names = events[1].history.tagNamesOf(editor);
+    return names ? *names : HistoryEdition::TagNames();
+}
+
+class TagEditorTest : public testing::Test {
+protected:
+    EditionRecorder recorder;
+};
+
+TEST_F(TagEditorTest, ReadsAnswerFromTheStorageAndTheSnapshotIsACopy) {
+    auto editor = ETTagEditor::create(jpegStorage());
+    EXPECT_EQ(editor->source().url(), std::filesystem::path("/photos/shot.jpg"));
+    EXPECT_EQ(editor->filename(), "shot.jpg");
+    EXPECT_FALSE(editor->isFolder());
+    EXPECT_FALSE(editor->isAsset());
+    EXPECT_EQ(editor->temporaryURL().extension(), ".jpg");
+    EXPECT_EQ(editor->originalTagNames(), (std::vector<TagName>{artist(), keywords()}));
+    EXPECT_TRUE(editor->originalStreams().contains(TagStream::streamEXIF));
+
+    TagStorage snapshot = editor->storage();
+    editor->setValue("Bob", artist());
+    EXPECT_EQ(snapshot.currentValue(artist()), "Ann") << "the snapshot doesn't follow the editor";
+    EXPECT_EQ(editor->currentValue(artist()), "Bob");
+    EXPECT_EQ(editor->originalValue(artist()), "Ann");
+    EXPECT_EQ(editor->writtenValue(artist()), "Bob");
+    EXPECT_TRUE(editor->isEdited());
+    EXPECT_TRUE(editor->isValueEdited(artist()));
+    EXPECT_EQ(editor->writtenTagNames(), std::vector<TagName>{artist()});
+    EXPECT_EQ(editor->debugDescription(), editor->storage().debugDescription());
+}
+
+TEST_F(TagEditorTest, EveryChangingSetterRegistersWhatChanged) {
+    auto editor = ETTagEditor::create(jpegStorage());
+    editor->setValue("Bob", artist());
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{artist()});
+
+    editor->setValue("Bob", artist()); // same value: nothing changes, the frame still runs
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{});
+
+    editor->setOriginalValue("Bob", artist()); // the edit becomes the original
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{artist()});
+    EXPECT_FALSE(editor->isValueEdited(artist()));
+
+    editor->unsafeSetValue("Bob", artist()); // no comparison: an edit equal to the original
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{artist()});
+    EXPECT_EQ(editor->writtenValue(artist()), "Bob");
+
+    editor->unsafeSetValue(std::nullopt, artist());
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{artist()});
+    EXPECT_FALSE(editor->isEdited());
+}
+
+TEST_F(TagEditorTest, ATagThatCantBeEditedIsSilentlyLeftAlone) {
+    auto editor = ETTagEditor::create(jpegStorage());
+    const TagStorage before = editor->storage();
+    editor->setValue("x", unknownTag());
+    editor->forceValue(unknownTag());
+    EXPECT_EQ(editor->storage(), before);
+    auto events = recorder.drain();
+    ASSERT_EQ(EditionRecorder::kinds(events), "begin flush end begin flush end");
+    EXPECT_FALSE(events[1].history.hasEditions());
+    EXPECT_FALSE(events[4].history.hasEditions());
+}
+
+TEST_F(TagEditorTest, ForceValueMakesTheCurrentValueAnEdit) {
+    auto editor = ETTagEditor::create(jpegStorage());
+
+    // A value equal to the original, which setValue would never keep as an edit.
+    editor->forceValue(artist());
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{artist()});
+    EXPECT_TRUE(editor->isValueEdited(artist()));
+    EXPECT_EQ(editor->writtenValue(artist()), "Ann");
+
+    // A pending edit stays as it is, and is registered again.
+    editor->setValue("Bob", keywords());
+    recorder.drain();
+    editor->forceValue(keywords());
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{keywords()});
+    EXPECT_EQ(editor->writtenValue(keywords()), "Bob");
+
+    // A tag without any value: written as the empty string, so the save clears it.
+    const TagName& title = TagItem::itemXMPSubject().name();
+    auto folder = ETTagEditor::create(TagStorage(TagStorageSource("/photos/trip")));
+    folder->forceValue(title);
+    EXPECT_EQ(flushedTags(recorder, folder), HistoryEdition::TagNames{title});
+    EXPECT_EQ(folder->writtenValue(title), "");
+    EXPECT_EQ(folder->currentValue(title), "");
+}
+
+TEST_F(TagEditorTest, ListOperationsRegisterEveryNameTheStorageGives) {
+    auto editor = ETTagEditor::create(jpegStorage());
+    editor->setValue("Bob", artist());
+    editor->setValue("", keywords());
+    recorder.drain();
+
+    const TagStorage before = editor->flushChanges();
+    EXPECT_EQ(before.writtenValue(artist()), "Bob") << "the storage as it stood before the flush";
+    EXPECT_EQ(flushedTags(recorder, editor), (HistoryEdition::TagNames{artist(), keywords()}));
+    EXPECT_FALSE(editor->isEdited());
+    EXPECT_EQ(editor->originalValue(artist()), "Bob");
+    EXPECT_FALSE(editor->originalValue(keywords()).has_value()) << "an empty write clears the tag";
+
+    editor->cleanStorage({TagStream::streamEXIF});
+    EXPECT_EQ(flushedTags(recorder, editor), HistoryEdition::TagNames{artist()});
+    EXPECT_TRUE(editor->currentTagNames().empty());
+}
+
+TEST_F(TagEditorTest, AReloadOfManyTagsFlushesInMidSession) {
+    // The old and the new originals are all registered, changed or not.
+    std::vector<TagName> names;
+    for (const TagItem* item : TagCatalogue::shared().items())
+        if (item->name().stream() == TagStream::streamEXIF && names.size() < 60)
+            names.push_back(item->name());
+    ASSERT_EQ(names.size(), 60u);
+    TagStorage read{TagStorageSource("/photos/shot.jpg")};
+    for (const TagName& name : names)
+        read.setOriginalValue("v", name);
+    auto editor = ETTagEditor::create(read);
+    editor->setValue("pending", artist());
+    recorder.drain();
+
+    editor->reloadValues(read); // 60 + 60 registrations
+    auto events = recorder.drain();
+    ASSERT_EQ(EditionRecorder::kinds(events), "begin flush flush end");
+    EXPECT_EQ(events[1].history.tagNamesOf(editor)->size(), 60u);
+    EXPECT_EQ(editor->writtenValue(artist()), "pending") << "a reload keeps pending edits";
+}
+
+TEST_F(TagEditorTest, UpdateSourceKeepsTheValuesAndNotifiesOnTheCallingThread) {
+    auto editor = ETTagEditor::create(jpegStorage());
+    editor->setValue("Bob", artist());
+    const auto temporary = editor->temporaryURL();
+    const std::size_t hash = TagEditorHash()(editor);
+    recorder.drain();
+
+    std::thread::id seenOn;
+    const void* seenSender = nullptr;
+    std::shared_ptr<TagEditor> seenObject;
+    auto subscriber = NotificationCenter::defaultCenter().subscribe(
+        std::string(TagEditor::didChangeSourceNotification), [&](const Notification& note) {
+            seenOn = std::this_thread::get_id();
+            seenSender = note.sender();
+            seenObject = note.object<TagEditor>();
+        });
+    std::thread::id caller;
+    std::thread([&] {
+        caller = std::this_thread::get_id();
+        editor->updateSource(TagStorageSource("/photos/moved.jpg", std::nullopt, std::string("pw")));
+    }).join();
+
+    EXPECT_EQ(seenOn, caller) << "posted synchronously, not through the main queue";
+    EXPECT_EQ(seenSender, editor.get());
+    EXPECT_EQ(seenObject, editor);
+    EXPECT_EQ(editor->filename(), "moved.jpg");
+    EXPECT_EQ(editor->source().password(), "pw");
+    EXPECT_EQ(editor->temporaryURL(), temporary);
+    EXPECT_EQ(editor->writtenValue(artist()), "Bob");
+    EXPECT_EQ(editor->originalValue(keywords()), "sea");
+    EXPECT_EQ(TagEditorHash()(editor), hash) << "a key in a container stays findable";
+    EXPECT_TRUE(recorder.drain().empty()) << "no session, no registration";
+}
+
+TEST_F(TagEditorTest, FolderSettingsOfAnExifToolEditor) {
+    auto editor = ETTagEditor::create(TagStorage(TagStorageSource("/photos/trip")));
+    EXPECT_FALSE(editor->recurseSubfolders());
+    EXPECT_FALSE(editor->storage().recurseSubfolders().has_value()) << "reading doesn't store the default";
+    EXPECT_FALSE(editor->filePathFilter().has_value());
+
+    std::vector<std::string> seen;
+    auto& center = NotificationCenter::defaultCenter();
+    auto recurse = center.subscribe(std::string(ETTagEditor::didChangeRecurseSubfoldersNotification),
+                                    editor.get(), [&](const Notification& note) {
+                                        EXPECT_EQ(note.object<ETTagEditor>(), editor);
+                                        seen.push_back(note.name());
+                                    });
+    auto filter =
+        center.subscribe(std::string(ETTagEditor::didChangeFilePathFilterNotification), editor.get(),
+                         [&](const Notification& note) { seen.push_back(note.name()); });
+
+    editor->setRecurseSubfolders(false);
+    EXPECT_EQ(editor->storage().recurseSubfolders(), std::optional<bool>(false)) << "stored as present";
+    editor->modifyRecurseSubfolders([](bool& value) { value = !value; });
+    EXPECT_TRUE(editor->recurseSubfolders());
+    editor->setFilePathFilter(ETPathFilter{"jpg", "tif"});
+    editor->modifyFilePathFilter([](std::optional<ETPathFilter>& value) { value->addExtension("png"); });
+    EXPECT_EQ(editor->filePathFilter()->extensions(), (std::vector<std::string>{"JPG", "TIF", "PNG"}));
+    EXPECT_EQ(editor->filename(), "trip/**.JPG|TIF|PNG");
+
+    EXPECT_EQ(seen, (std::vector<std::string>{"ETTagEditorDidChangeRecurseSuboldersNotification",
+                                              "ETTagEditorDidChangeRecurseSuboldersNotification",
+                                              "ETTagEditorDidChangeFilePathFilterNotification",
+                                              "ETTagEditorDidChangeFilePathFilterNotification"}));
+    EXPECT_TRUE(recorder.drain().empty()) << "folder settings are no tag edits";
+}
+
+TEST_F(TagEditorTest, ImageIOEditorHidesTagsWithoutImageIOName) {
+    auto storage = jpegStorage();
+    storage.setOriginalValue("boat", subject());
+    ASSERT_FALSE(subject().cgName().has_value());
+    ASSERT_TRUE(artist().cgName().has_value());
+
+    auto cg = CGTagEditor::create(storage);
+    auto et = ETTagEditor::create(storage);
+    EXPECT_EQ(cg->access(subject()), TagAccess::n);
+    EXPECT_NE(et->access(subject()), TagAccess::n);
+    EXPECT_TRUE(cg->canReadValue(subject())) << "the storage answers, not the overridden access";
+    EXPECT_EQ(cg->originalValue(subject()), "boat");
+    EXPECT_EQ(cg->access(artist()), et->access(artist()));
+    EXPECT_TRUE(cg->canEditValue(subject()));
+
+    std::shared_ptr<TagEditor> asBase = cg;
+    EXPECT_EQ(asBase->access(subject()), TagAccess::n) << "virtual through the base";
+}
+
+TEST(TagEditorKeys, EditorsOfOneFileShareABucketButNotAKey) {
+    auto a = ETTagEditor::create(TagStorage(TagStorageSource("/photos/shot.jpg")));
+    auto b = CGTagEditor::create(TagStorage(TagStorageSource("/photos/shot.jpg")));
+    auto c = ETTagEditor::create(TagStorage(TagStorageSource("/photos/other.jpg")));
+    EXPECT_EQ(TagEditorHash()(a), TagEditorHash()(b));
+    EXPECT_NE(TagEditorHash()(a), TagEditorHash()(c));
+    EXPECT_FALSE(*a == *b);
+    EXPECT_TRUE(*a == *a);
+
+    std::unordered_map<std::shared_ptr<TagEditor>, int, TagEditorHash, TagEditorEqual> map;
+    map[a] = 1;
+    map[b] = 2;
+    map[c] = 3;
+    EXPECT_EQ(map.size(), 3u);
+    EXPECT_EQ(map.at(a), 1);
+    EXPECT_EQ(map.at(b), 2);
+    EXPECT_EQ(map.bucket(a), map.bucket(b));
+    EXPECT_FALSE(map.contains(ETTagEditor::create(TagStorage(TagStorageSource("/photos/shot.jpg")))));
+}
+
+} // namespace
+} // namespace corvane
