@@ -1,0 +1,256 @@
+#include "TaskTestsSupport.hpp"
+
+#include "corvane/tag_edition/TaskManager.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+using namespace corvane;
+using namespace corvane::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Priority = AbstractTask::Priority;
+using Status = AbstractTask::Status;
+
+const std::vector<std::string_view> managerNotes = {TaskManager::didAddTaskNotification,
+                                                    TaskManager::didRemoveTaskNotification};
+
+class RecordingManagerDelegate : public TaskManagerDelegate {
+public:
+    void taskManagerDidAdd(const std::shared_ptr<AbstractTask>& task) override { log("add", task); }
+    void taskManagerDidRemove(const std::shared_ptr<AbstractTask>& task) override { log("remove", task); }
+
+    std::vector<std::pair<std::string, AbstractTask*>> calls;
+    int offMain = 0;
+
+private:
+    void log(const char* what, const std::shared_ptr<AbstractTask>& task) {
+        if (!MainQueue::shared().isMainThread()) ++offMain;
+        calls.emplace_back(what, task.get());
+    }
+};
+
+std::vector<AbstractTask*> identities(const std::vector<std::shared_ptr<AbstractTask>>& tasks) {
+    std::vector<AbstractTask*> result;
+    for (const auto& task : tasks)
+        result.push_back(task.get());
+    return result;
+}
+
+bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout = 10s) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(1ms);
+    }
+    return true;
+}
+
+class TaskManagerTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        manager.waitAllTasks();
+        drainMainQueue();
+    }
+    void TearDown() override {
+        manager.setDelegate({});
+        manager.waitAllTasks();
+        drainMainQueue();
+    }
+
+    TaskManager& manager = TaskManager::shared();
+};
+
+} // namespace
+
+TEST_F(TaskManagerTest, EachPriorityRunsOnItsOwnSerialQueue) {
+    EXPECT_EQ(&manager.queue(Priority::edition), &manager.editionTasksQueue());
+    EXPECT_EQ(&manager.queue(Priority::reading), &manager.readingTasksQueue());
+    EXPECT_EQ(&manager.queue(Priority::writing), &manager.writingTasksQueue());
+    for (auto* queue :
+         {&manager.editionTasksQueue(), &manager.readingTasksQueue(), &manager.writingTasksQueue()})
+        EXPECT_EQ(queue->maxConcurrentOperationCount(), 1);
+
+    std::atomic<int> onOwnQueue{0};
+    const auto checkQueue = [&](Priority priority) {
+        return BlockTask::make(
+            [&, priority](BlockTask&) {
+                if (manager.queue(priority).isCurrentQueue()) ++onOwnQueue;
+            },
+            priority);
+    };
+    manager.add(checkQueue(Priority::edition));
+    manager.add(checkQueue(Priority::reading));
+    manager.add(checkQueue(Priority::writing));
+    manager.waitAllTasks();
+    EXPECT_EQ(onOwnQueue.load(), 3);
+    EXPECT_FALSE(manager.isRunning());
+}
+
+TEST_F(TaskManagerTest, TaskWaitsForItsQueueWhileOtherQueuesGoOn) {
+    Gate started, release;
+    auto blocking = BlockTask::make(
+        [&](BlockTask&) {
+            started.open();
+            release.wait();
+        },
+        Priority::reading);
+    std::atomic<bool> secondRan{false};
+    auto waiting = BlockTask::make([&](BlockTask&) { secondRan = true; }, Priority::reading);
+    auto edition = BlockTask::make([](BlockTask&) {}, Priority::edition);
+    auto writing = BlockTask::make([](BlockTask&) {}, Priority::writing);
+
+    manager.add(blocking);
+    ASSERT_TRUE(started.wait());
+    manager.add(waiting);
+    manager.add(edition);
+    manager.add(writing);
+
+    // The edition and the write finish while the read still holds its queue.
+    EXPECT_TRUE(waitFor([&] { return !manager.hasEditingTasks() && !manager.hasWritingTasks(); }));
+    EXPECT_EQ(edition->status(), Status::completed);
+    EXPECT_EQ(writing->status(), Status::completed);
+    EXPECT_EQ(waiting->status(), Status::pending);
+    EXPECT_FALSE(secondRan.load());
+    EXPECT_TRUE(manager.hasReadingTasks());
+    EXPECT_TRUE(manager.isRunning());
+    EXPECT_EQ(identities(manager.tasks()), (std::vector<AbstractTask*>{blocking.get(), waiting.get()}));
+
+    release.open();
+    manager.waitAllTasks();
+    EXPECT_TRUE(secondRan.load());
+    EXPECT_EQ(waiting->status(), Status::completed);
+    EXPECT_TRUE(manager.tasks().empty());
+    EXPECT_FALSE(manager.hasReadingTasks());
+}
+
+TEST_F(TaskManagerTest, AddAndRemoveAreAnnouncedOnTheMainQueue) {
+    auto delegate = std::make_shared<RecordingManagerDelegate>();
+    manager.setDelegate(delegate);
+    EXPECT_EQ(manager.delegate(), delegate);
+    NoteRecorder recorder(managerNotes, &manager);
+
+    auto ok = BlockTask::make([](BlockTask&) {});
+    // A task that fails in all its work leaves like any other.
+    auto failing = BlockTask::make([](BlockTask&) { throw TaskError(TestTaskError::workFailed); });
+    manager.add(ok);
+    manager.add(failing);
+    manager.waitAllTasks();
+    EXPECT_TRUE(recorder.notes.empty());
+    drainMainQueue();
+
+    EXPECT_EQ(recorder.offMain, 0);
+    EXPECT_EQ(delegate->offMain, 0);
+    ASSERT_EQ(recorder.notes.size(), 4u);
+    EXPECT_EQ(recorder.notes[0].name(), "TasksManagerDidAddTaskNotification");
+    EXPECT_EQ(TaskManager::task(recorder.notes[0]).get(), ok.get());
+    EXPECT_EQ(recorder.notes[3].name(), "TasksManagerDidRemoveTaskNotification");
+    EXPECT_EQ(TaskManager::task(recorder.notes[3]).get(), failing.get());
+    // Each task is announced added before it is announced removed.
+    for (auto* task : {ok.get(), failing.get()}) {
+        int added = -1, removed = -1;
+        for (int i = 0; i < 4; ++i) {
+            if (TaskManager::task(recorder.notes[i]).get() != task) continue;
+            (recorder.notes[i].name() == TaskManager::didAddTaskNotification ? added : removed) = i;
+        }
+        EXPECT_GE(added, 0);
+        EXPECT_GT(removed, added);
+    }
+    ASSERT_EQ(delegate->calls.size(), 4u);
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(delegate->calls[i].first,
+                  recorder.notes[i].name() == TaskManager::didAddTaskNotification ? "add" : "remove");
+        EXPECT_EQ(delegate->calls[i].second, TaskManager::task(recorder.notes[i]).get());
+    }
+    EXPECT_EQ(failing->status(), Status::completed);
+    EXPECT_EQ(failing->errors().size(), 1u);
+
+    EXPECT_EQ(TaskManager::task(Notification("Other", &manager)), nullptr);
+    EXPECT_EQ(TaskManager::task(Notification("Other", &manager, {{"Task", std::string("not a task")}})),
+              nullptr);
+}
+
+TEST_F(TaskManagerTest, CancelAllTasksEndsOnlyTasksNotBegun) {
+    Gate started, release;
+    std::atomic<int> lateSteps{0};
+    auto running = BlockTask::make(
+        [&](BlockTask& t) {
+            for (int i = 0; i < AbstractTask::maxConcurrentSubprocesses; ++i)
+                t.addSubprocess([&] { release.wait(); });
+            t.addSubprocess([&] { ++lateSteps; });
+            started.open();
+            release.wait();
+        },
+        Priority::reading);
+    std::atomic<bool> queuedRan{false};
+    auto queued = BlockTask::make([&](BlockTask&) { queuedRan = true; }, Priority::reading);
+    NoteRecorder recorder(managerNotes, &manager);
+
+    manager.add(running);
+    ASSERT_TRUE(started.wait());
+    manager.add(queued);
+    manager.cancelAllTasks();
+    EXPECT_EQ(running->status(), Status::processing);
+    EXPECT_EQ(queued->status(), Status::cancelled);
+
+    release.open();
+    manager.waitAllTasks();
+    drainMainQueue();
+    EXPECT_FALSE(queuedRan.load());
+    EXPECT_EQ(lateSteps.load(), 0);
+    EXPECT_EQ(running->status(), Status::completed);
+    EXPECT_EQ(queued->status(), Status::cancelled);
+    EXPECT_EQ(queued->progress(), 0.0);
+    // The cancelled task still passes through its queue and is announced removed.
+    EXPECT_TRUE(manager.tasks().empty());
+    EXPECT_EQ(recorder.names(), (std::vector<std::string>{"TasksManagerDidAddTaskNotification",
+                                                          "TasksManagerDidAddTaskNotification",
+                                                          "TasksManagerDidRemoveTaskNotification",
+                                                          "TasksManagerDidRemoveTaskNotification"}));
+}
+
+TEST_F(TaskManagerTest, SameTaskAddedTwiceRunsOnceAndLeavesTwice) {
+    Gate release;
+    std::atomic<int> runs{0};
+    auto task = BlockTask::make([&](BlockTask&) {
+        ++runs;
+        release.wait();
+    });
+    manager.add(task);
+    manager.add(task);
+    EXPECT_EQ(identities(manager.tasks()), (std::vector<AbstractTask*>{task.get(), task.get()}));
+    EXPECT_TRUE(manager.hasWritingTasks());
+    release.open();
+    manager.waitAllTasks();
+    EXPECT_EQ(runs.load(), 1);
+    EXPECT_TRUE(manager.tasks().empty());
+}
+
+TEST_F(TaskManagerTest, WaitAllTasksWaitsForEveryQueue) {
+    // Nothing queued: returns at once.
+    const auto start = std::chrono::steady_clock::now();
+    manager.waitAllTasks();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+
+    std::atomic<int> finished{0};
+    std::vector<std::shared_ptr<BlockTask>> tasks;
+    for (auto priority : {Priority::writing, Priority::reading, Priority::edition})
+        for (int i = 0; i < 3; ++i)
+            tasks.push_back(BlockTask::make(
+                [&](BlockTask&) {
+                    std::this_thread::sleep_for(5ms);
+                    ++finished;
+                },
+                priority));
+    for (const auto& task : tasks)
+        manager.add(task);
+    manager.waitAllTasks();
+    EXPECT_EQ(finished.load(), 9);
+    for (const auto& task : tasks)
+        EXPECT_EQ(task->status(), Status::completed);
+    EXPECT_FALSE(manager.isRunning());
+}
