@@ -1,0 +1,88 @@
+#pragma once
+
+#include "corvane/tag_edition/AbstractTask.hpp"
+#include "corvane/tag_editor/TagEditor.hpp"
+#include "corvane/tag_storages/TagStorageSource.hpp"
+#include "corvane/tag_value/MediaType.hpp"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+// Turns files, folders and assets into editors: it keeps the sources whose format may be opened,
+// unfolds folders when asked, reads them all with one engine and makes one editor per storage.
+// With `sourceEditors` it also refreshes editors that exist from what it has read.
+//
+// The results come in no particular order: callers sort. It keeps the default priority, writing,
+// so that an import never reads a file that a save is writing.
+class ImportTagEditorsTask : public AbstractTask {
+public:
+    class Settings {
+    public:
+        explicit Settings(std::vector<TagStorageSource> sources) : sources(std::move(sources)) {}
+
+        // What to open.
+        std::vector<TagStorageSource> sources;
+        // Let ExifTool go on past minor errors; absent counts as false.
+        std::optional<bool> ignoreMinorErrors;
+        // Carried for the caller, who places the new editors in its list; the task doesn't read it.
+        std::optional<int> insertionIndex;
+        // Editors to reload from the storages read for their URL.
+        std::vector<std::shared_ptr<TagEditor>> sourceEditors;
+        // Replace a folder by its files.
+        std::optional<bool> unfoldFolders;
+        // Go into subfolders when unfolding.
+        std::optional<bool> unfoldRecursively;
+        // A further limit on the formats kept.
+        std::optional<MediaType::Set> allowedTypes;
+    };
+
+    enum class ProcessError { engineIsNotAvailable, fileIsNotSupported };
+
+    explicit ImportTagEditorsTask(Settings settings);
+    static std::shared_ptr<ImportTagEditorsTask> create(Settings settings);
+
+    const Settings& settings() const { return settings_; }
+    // The editors made so far; all of them once the task has ended.
+    std::vector<std::shared_ptr<TagEditor>> importedEditors() const;
+
+    std::string title() const override;
+    bool isProgressIndeterminate() const override { return false; }
+
+    // The URL's extension names a format of the media table that the library supports.
+    static bool canImportEditor(const std::filesystem::path& url);
+    // Every format of the five media kinds that `KitSettings` supports.
+    static MediaType::Set supportedTypes();
+
+    // The formats this task keeps: the supported ones, limited by `allowedTypes`.
+    MediaType::Set types() const;
+    // The sources to read, in the order of `sources`: files of a kept format, folders as they
+    // stand (or their files of a kept format when unfolding), the rest left out in silence.
+    std::vector<TagStorageSource> sourcesToImport(const MediaType::Set& types) const;
+
+protected:
+    void internProcess() override;
+
+    // One ExifTool run over all sources; a failure of the run leaves no editor.
+    virtual void importWithExiftool();
+    // Through the image I/O engine; on this platform it falls back to ExifTool (see the source).
+    virtual void importWithCoreImage();
+
+private:
+    // Reads the sources in one ExifTool run and appends an editor per storage.
+    void readWithExifTool(std::vector<TagStorageSource> sources, bool ignoreMinorErrors);
+    void appendEditors(std::vector<std::shared_ptr<TagEditor>> editors);
+    void reloadSourceEditors();
+
+    const Settings settings_;
+    std::vector<std::shared_ptr<TagEditor>> nonAtomicImportedEditors_;
+};
+
+std::string_view message(ImportTagEditorsTask::ProcessError error);
+
+} // namespace corvane

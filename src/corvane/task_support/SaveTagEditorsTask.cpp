@@ -1,0 +1,110 @@
+#include "corvane/task_support/SaveTagEditorsTask.hpp"
+
+#include "corvane/helpers/ConcurrentPerform.hpp"
+#include "corvane/photos_scripting/PhotoLibrary.hpp"
+#include "corvane/tag_edition/EditionManager.hpp"
+#include "corvane/tag_edition/TaskError.hpp"
+#include "corvane/tag_editor/CGTagEditor.hpp"
+#include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "corvane/utilities/KitToolbox.hpp"
+
+#include <algorithm>
+
+namespace corvane {
+
+std::string_view message(SaveTagEditorsTask::ProcessError error) {
+    switch (error) {
+    case SaveTagEditorsTask::ProcessError::unauthorizedAccess:
+        return "Unauthorized access";
+    case SaveTagEditorsTask::ProcessError::engineIsNotAvailable:
+        return "Engine is not available";
+    case SaveTagEditorsTask::ProcessError::editorIsNotSupported:
+        return "Editor is not supported";
+    }
+    return {};
+}
+
+SaveTagEditorsTask::SaveTagEditorsTask(Settings settings) : settings_(std::move(settings)) {}
+
+std::shared_ptr<SaveTagEditorsTask> SaveTagEditorsTask::create(Settings settings) {
+    return std::make_shared<SaveTagEditorsTask>(std::move(settings));
+}
+
+std::string SaveTagEditorsTask::title() const {
+    return TL("SaveTagEditorsTaskTitle");
+}
+
+void SaveTagEditorsTask::internProcess() {
+    const auto& editors = settings_.editors;
+    std::vector<std::shared_ptr<TagEditor>> cgEditors, etEditors;
+    for (const auto& editor : editors) {
+        if (std::dynamic_pointer_cast<CGTagEditor>(editor))
+            cgEditors.push_back(editor);
+        else if (std::dynamic_pointer_cast<ETTagEditor>(editor))
+            etEditors.push_back(editor);
+    }
+    // A plain editor has no engine: nothing is written, no editor is flushed.
+    if (cgEditors.size() + etEditors.size() != editors.size())
+        throw TaskError(ProcessError::editorIsNotSupported);
+
+    askPhotosLibrary(editors);
+    // Past `askPhotosLibrary`, a library is present whenever an asset is among the editors.
+    auto library = PhotoLibrary::shared();
+    if (library) library->prepareAssetsForUpdate(editors);
+
+    // Errors of one group don't stop the other, and assets are replaced in any case.
+    failable([&] { saveWithExifTool(etEditors); });
+    failable([&] { saveWithCoreImage(cgEditors); });
+    subprocessQueue().waitUntilAllOperationsAreFinished();
+
+    if (library) library->updateAndReplaceAssets(editors);
+}
+
+void SaveTagEditorsTask::askPhotosLibrary(const std::vector<std::shared_ptr<TagEditor>>& editors) const {
+    const bool hasAsset =
+        std::any_of(editors.begin(), editors.end(), [](const auto& editor) { return editor->isAsset(); });
+    if (!hasAsset) return;
+    auto library = PhotoLibrary::shared();
+    if (!library || !library->requestAuthorization()) throw TaskError(ProcessError::unauthorizedAccess);
+}
+
+std::vector<TagStorage>
+SaveTagEditorsTask::flushEditors(const std::vector<std::shared_ptr<TagEditor>>& editors) {
+    // One session: the views get one flush of the history for the whole group.
+    EditionManager::Session session;
+    return parallelMap(editors,
+                       [](const std::shared_ptr<TagEditor>& editor) { return editor->flushChanges(); });
+}
+
+void SaveTagEditorsTask::writeStorages(const std::vector<TagStorage>& storages) {
+    ETTagStorageWriter::Settings writerSettings(storages);
+    writerSettings.setEnableCorrection(settings_.enableCorrection.value_or(false));
+    writerSettings.setForceIPTCUTF8(settings_.forceIPTCUTF8.value_or(true));
+    writerSettings.setForceIPTCDigest(settings_.forceIPTCDigest);
+    writerSettings.setIgnoreMinorErrors(settings_.ignoreMinorErrors.value_or(true));
+    // Progress comes from the thread that runs ExifTool; the task is held weakly.
+    std::weak_ptr<AbstractTask> weakTask = weak_from_this();
+    writerSettings.setOnProgressHandler([weakTask, this](ETTagStorageWriter& writer) {
+        if (auto task = weakTask.lock()) setProgress(writer.progress());
+    });
+    ETTagStorageWriter writer(std::move(writerSettings));
+    writer.writeStorages(writer.settings().storages());
+}
+
+void SaveTagEditorsTask::saveWithExifTool(const std::vector<std::shared_ptr<TagEditor>>& editors) {
+    if (editors.empty()) return;
+    const auto storages = flushEditors(editors);
+    failable([&] { writeStorages(storages); });
+}
+
+void SaveTagEditorsTask::saveWithCoreImage(const std::vector<std::shared_ptr<TagEditor>>& editors) {
+    if (editors.empty()) return;
+    const auto storages = flushEditors(editors);
+    // This platform has no image I/O writer yet: each file of the group is written by ExifTool
+    // instead, still one subprocess per file, so that errors stay per file as in this group's
+    // engine.
+    mapSubprocess(storages, [this](const TagStorage& storage) { writeStorages({storage}); });
+}
+
+} // namespace corvane

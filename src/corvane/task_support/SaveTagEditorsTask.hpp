@@ -1,0 +1,70 @@
+#pragma once
+
+#include "corvane/tag_edition/AbstractTask.hpp"
+#include "corvane/tag_editor/TagEditor.hpp"
+#include "corvane/tag_storages/IPTCDigestUpdate.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+// Writes the edits of editors to their files and photo-library assets. ExifTool editors are written
+// together in one ExifTool run; image I/O editors file by file. Assets are copied out to their
+// temporary files first and replaced in the photo library after every file is written.
+//
+// Each editor is flushed before the write: its written values become originals and the storage as
+// it stood, with its edits, is what gets written. A failed write leaves its error in `errors()` and
+// doesn't bring the edits back; a caller that needs the true state reloads the files.
+class SaveTagEditorsTask : public AbstractTask {
+public:
+    class Settings {
+    public:
+        explicit Settings(std::vector<std::shared_ptr<TagEditor>> editors) : editors(std::move(editors)) {}
+
+        std::vector<std::shared_ptr<TagEditor>> editors;
+        // Let ExifTool fix maker-note offsets; absent counts as false.
+        std::optional<bool> enableCorrection;
+        // Declare IPTC as UTF-8 when it is written; absent counts as true.
+        std::optional<bool> forceIPTCUTF8;
+        IPTCDigestUpdate forceIPTCDigest = IPTCDigestUpdate::ignore;
+        // Let ExifTool go on past minor errors; absent counts as true.
+        std::optional<bool> ignoreMinorErrors;
+    };
+
+    enum class ProcessError { unauthorizedAccess, engineIsNotAvailable, editorIsNotSupported };
+
+    explicit SaveTagEditorsTask(Settings settings);
+    static std::shared_ptr<SaveTagEditorsTask> create(Settings settings);
+
+    const Settings& settings() const { return settings_; }
+
+    Priority priority() const override { return Priority::writing; }
+    bool isProgressIndeterminate() const override { return false; }
+    std::string title() const override;
+
+protected:
+    void internProcess() override;
+
+    // Each subprocess writes one file through the image I/O engine.
+    virtual void saveWithCoreImage(const std::vector<std::shared_ptr<TagEditor>>& editors);
+    // One ExifTool run for the whole group; its error covers the group.
+    virtual void saveWithExifTool(const std::vector<std::shared_ptr<TagEditor>>& editors);
+
+private:
+    // Asks for the photo library when an asset is among the editors; refusal (or no photo
+    // library at all) throws `unauthorizedAccess`.
+    void askPhotosLibrary(const std::vector<std::shared_ptr<TagEditor>>& editors) const;
+    // Flushes the editors in one edition session and gives their storages as they stood.
+    static std::vector<TagStorage> flushEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
+    void writeStorages(const std::vector<TagStorage>& storages);
+
+    const Settings settings_;
+};
+
+std::string_view message(SaveTagEditorsTask::ProcessError error);
+
+} // namespace corvane

@@ -1,0 +1,411 @@
+// Import and save tasks on real files with the real ExifTool.
+#include "TaskTestSupport.hpp"
+
+#include "corvane/photos_scripting/PhotoLibrary.hpp"
+#include "corvane/tag_editor/CGTagEditor.hpp"
+#include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/utilities/KitSettings.hpp"
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <unistd.h>
+
+namespace corvane {
+namespace {
+
+using namespace corvane::testing;
+using test::exifToolValue;
+using test::makeJPEG;
+using test::makeMOV;
+using test::TemporaryFolder;
+namespace fs = std::filesystem;
+
+TagName tag(const char* text) {
+    return *TagName::fromRawValue(text);
+}
+
+std::shared_ptr<SaveTagEditorsTask> save(std::vector<std::shared_ptr<TagEditor>> editors,
+                                         std::optional<bool> ignoreMinorErrors = {}) {
+    SaveTagEditorsTask::Settings settings(std::move(editors));
+    settings.ignoreMinorErrors = ignoreMinorErrors;
+    return performed(SaveTagEditorsTask::create(std::move(settings)));
+}
+
+TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIIText) {
+    TemporaryFolder folder;
+    auto jpeg = makeJPEG(folder / "photo.jpg");
+    auto mov = makeMOV(folder / "clip.mov");
+
+    const std::map<std::string, std::string> jpegValues = {
+        {"EXIF:Artist", "Zoë Åström — 東京"},
+        {"IPTC:Caption-Abstract", "Ünïcödé caption ✓"},
+        {"IPTC:Keywords", "été,hiver"},
+        {"XMP:Title", "Titre « français »"},
+    };
+    const std::map<std::string, std::string> movValues = {
+        {"QuickTime:Title", "Фильм 🎬"},
+        {"QuickTime:Artist", "Ærø"},
+    };
+
+    auto editors = importFiles(sourcesOf({jpeg, mov}));
+    ASSERT_EQ(editors.size(), 2u);
+    auto movEditor = editors[0], jpegEditor = editors[1];
+    ASSERT_EQ(jpegEditor->source().url(), jpeg);
+    for (const auto& [name, value] : jpegValues)
+        jpegEditor->setValue(value, tag(name.c_str()));
+    for (const auto& [name, value] : movValues)
+        movEditor->setValue(value, tag(name.c_str()));
+    ASSERT_TRUE(jpegEditor->isEdited());
+    ASSERT_TRUE(movEditor->isEdited());
+
+    auto task = save({jpegEditor, movEditor});
+    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
+    EXPECT_EQ(task->status(), AbstractTask::Status::completed);
+    // Flushed before the write: the saved values are now the originals.
+    EXPECT_FALSE(jpegEditor->isEdited());
+    EXPECT_EQ(jpegEditor->originalValue(tag("EXIF:Artist")), jpegValues.at("EXIF:Artist"));
+
+    // ExifTool itself sees the values, and a fresh import reads them back equal.
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), jpegValues.at("EXIF:Artist"));
+    EXPECT_EQ(exifToolValue(mov, "QuickTime:Title"), movValues.at("QuickTime:Title"));
+    auto reread = importFiles(sourcesOf({jpeg, mov}));
+    ASSERT_EQ(reread.size(), 2u);
+    for (const auto& [name, value] : jpegValues)
+        EXPECT_EQ(reread[1]->originalValue(tag(name.c_str())), value) << name;
+    for (const auto& [name, value] : movValues)
+        EXPECT_EQ(reread[0]->originalValue(tag(name.c_str())), value) << name;
+    // IPTC written without a declared character set is declared UTF-8.
+    EXPECT_EQ(exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
+}
+
+TEST(ImportSaveTasks, clearingAndBlankValuesRemoveTheTag) {
+    TemporaryFolder folder;
+    auto jpeg = makeJPEG(folder / "a.jpg");
+    test::tagWithExifTool(jpeg, {"-EXIF:Artist=Someone", "-XMP:Title=Old"});
+    auto editors = importFiles(sourcesOf({jpeg}));
+    ASSERT_EQ(editors.size(), 1u);
+    editors[0]->setValue(std::string(), tag("EXIF:Artist"));
+    editors[0]->setValue(std::string("   "), tag("XMP:Title"));
+    auto task = save(editors);
+    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), "");
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title"), "");
+    EXPECT_FALSE(editors[0]->originalValue(tag("XMP:Title")));
+}
+
+TEST(ImportSaveTasks, fileNamesOfEveryDifficultKind) {
+    TemporaryFolder folder;
+    const std::vector<std::string> names = {"with space.jpg",    "-leading-dash.jpg",  "quote'\"both.jpg",
+                                            "ünïcødé 東京.jpg",  "semi;amp&pipe|.jpg", "dollar $HOME `x`.jpg",
+                                            "back\\slash.jpg",   "line\nbreak.jpg",    "UPPER.JPG",
+                                            "percent%20=eq.jpg", "#hash*star?.jpg",    "tab\there.jpg"};
+    std::vector<fs::path> paths;
+    for (const auto& name : names)
+        paths.push_back(makeJPEG(folder / name));
+
+    auto editors = importFiles(sourcesOf(paths));
+    ASSERT_EQ(editors.size(), names.size());
+    for (const auto& editor : editors)
+        editor->setValue("Name: " + editor->source().url().filename().string(), tag("EXIF:Artist"));
+    auto task = save(editors);
+    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
+
+    auto reread = importFiles(sourcesOf(paths));
+    ASSERT_EQ(reread.size(), names.size());
+    for (const auto& editor : reread)
+        EXPECT_EQ(editor->originalValue(tag("EXIF:Artist")),
+                  "Name: " + editor->source().url().filename().string())
+            << editor->source().url();
+}
+
+TEST(ImportSaveTasks, corruptFileInABatch) {
+    TemporaryFolder folder;
+    auto good1 = makeJPEG(folder / "good1.jpg");
+    auto good2 = makeJPEG(folder / "good2.jpg");
+    // ExifTool reads damaged JPEG data with warnings only; an empty file is an error of the file.
+    auto bad = test::writeBytes(folder / "bad.jpg", {});
+
+    // Strict: one process for the batch, so one error and no editor at all.
+    ImportTagEditorsTask::Settings strictSettings(sourcesOf({good1, bad, good2}));
+    auto strict = performed(ImportTagEditorsTask::create(strictSettings));
+    EXPECT_EQ(strict->errors().size(), 1u);
+    EXPECT_TRUE(strict->importedEditors().empty());
+    EXPECT_EQ(strict->status(), AbstractTask::Status::completed);
+    EXPECT_DOUBLE_EQ(strict->progress(), 1.0);
+
+    // Ignoring minor errors: no error, and the good files come in with their tags.
+    ImportTagEditorsTask::Settings lenientSettings(sourcesOf({good1, bad, good2}));
+    lenientSettings.ignoreMinorErrors = true;
+    auto lenient = performed(ImportTagEditorsTask::create(lenientSettings));
+    EXPECT_TRUE(lenient->errors().empty()) << lenient->errorListDescription();
+    std::vector<fs::path> urls;
+    for (const auto& editor : lenient->importedEditors())
+        if (editor->originalValue(tag("File:FileType")) == "JPEG") urls.push_back(editor->source().url());
+    std::sort(urls.begin(), urls.end());
+    EXPECT_EQ(urls, (std::vector<fs::path>{good1, good2}));
+
+    // Saving: a file with a minor defect fails the write unless minor errors are ignored.
+    auto defect = test::makeJPEGWithMinorExifDefect(folder / "defect.jpg");
+    auto editors = importFiles(sourcesOf({good1, defect}));
+    ASSERT_EQ(editors.size(), 2u);
+    for (const auto& editor : editors)
+        editor->setValue(std::string("Strict"), tag("EXIF:Artist"));
+    auto strictSave = save(editors, false);
+    EXPECT_FALSE(strictSave->errors().empty());
+    EXPECT_NE(exifToolValue(defect, "EXIF:Artist"), "Strict");
+    // The edits aren't put back after a failed write.
+    EXPECT_FALSE(editors[1]->isEdited());
+
+    for (const auto& editor : editors)
+        editor->setValue(std::string("Lenient"), tag("EXIF:Artist"));
+    auto lenientSave = save(editors); // absent counts as true when saving
+    EXPECT_TRUE(lenientSave->errors().empty()) << lenientSave->errorListDescription();
+    EXPECT_EQ(exifToolValue(good1, "EXIF:Artist"), "Lenient");
+    EXPECT_EQ(exifToolValue(defect, "EXIF:Artist"), "Lenient");
+}
+
+// Makes a file impossible to replace: immutable for root, in a read-only folder otherwise.
+class ReadOnlyFile {
+public:
+    ReadOnlyFile(const fs::path& file) : file_(file) {
+        if (geteuid() == 0) {
+            const std::string command = "chattr +i '" + file.string() + "' 2>/dev/null";
+            immutable_ = std::system(command.c_str()) == 0;
+            ok_ = immutable_;
+        } else {
+            fs::permissions(file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+            fs::permissions(file.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+            ok_ = true;
+        }
+    }
+    ~ReadOnlyFile() {
+        if (immutable_) {
+            const std::string command = "chattr -i '" + file_.string() + "'";
+            [[maybe_unused]] int status = std::system(command.c_str());
+        } else if (geteuid() != 0) {
+            fs::permissions(file_.parent_path(), fs::perms::owner_all);
+            fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write);
+        }
+    }
+    bool ok() const { return ok_; }
+
+private:
+    fs::path file_;
+    bool immutable_ = false;
+    bool ok_ = false;
+};
+
+TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
+    TemporaryFolder folder;
+    auto sub = folder.makeSubfolder("locked");
+    auto locked = makeJPEG(sub / "locked.jpg");
+    auto editors = importFiles(sourcesOf({locked}));
+    ASSERT_EQ(editors.size(), 1u);
+    const std::string before = fileBytes(locked);
+    {
+        ReadOnlyFile guard(locked);
+        if (!guard.ok()) GTEST_SKIP() << "can't make a file read-only here (chattr unavailable)";
+        editors[0]->setValue(std::string("Nobody"), tag("EXIF:Artist"));
+        auto task = save(editors);
+        EXPECT_EQ(task->errors().size(), 1u) << task->errorListDescription();
+        EXPECT_EQ(task->status(), AbstractTask::Status::completed);
+        EXPECT_EQ(fileBytes(locked), before);
+    }
+    // No temporary file of ExifTool's was left behind.
+    std::size_t entries = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(sub))
+        ++entries;
+    EXPECT_EQ(entries, 1u);
+}
+
+// A photo library that authorises or refuses, and records what it was asked.
+class RecordingLibrary : public PhotoLibrary {
+public:
+    explicit RecordingLibrary(bool authorise) : authorise_(authorise) {}
+    bool requestAuthorization() override {
+        ++authorizationRequests;
+        return authorise_;
+    }
+    void updateAndReplaceAssets(const std::vector<std::shared_ptr<TagEditor>>& editors) override {
+        for (const auto& editor : assetEditors(editors))
+            artistsAtReplacement.push_back(exifToolValue(editor->temporaryURL(), "EXIF:Artist"));
+    }
+    int authorizationRequests = 0;
+    std::vector<std::string> artistsAtReplacement;
+
+private:
+    bool authorise_;
+};
+
+class PhotoLibraryGuard {
+public:
+    explicit PhotoLibraryGuard(std::shared_ptr<PhotoLibrary> library) {
+        PhotoLibrary::setShared(std::move(library));
+    }
+    ~PhotoLibraryGuard() { PhotoLibrary::setShared(nullptr); }
+};
+
+TEST(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
+    TemporaryFolder folder;
+    auto assetFile = makeJPEG(folder / "asset.jpg");
+    auto plainFile = makeJPEG(folder / "plain.jpg");
+    const std::string assetBytes = fileBytes(assetFile), plainBytes = fileBytes(plainFile);
+
+    auto makeEditors = [&] {
+        auto asset = ETTagEditor::create(TagStorage(TagStorageSource(assetFile, AssetHandle("ASSET-1"))));
+        auto plain = importFiles(sourcesOf({plainFile})).at(0);
+        asset->setValue(std::string("Asset artist"), tag("EXIF:Artist"));
+        plain->setValue(std::string("Plain artist"), tag("EXIF:Artist"));
+        return std::vector<std::shared_ptr<TagEditor>>{plain, asset};
+    };
+
+    for (bool present : {false, true}) {
+        PhotoLibraryGuard guard(present ? std::make_shared<RecordingLibrary>(false) : nullptr);
+        auto editors = makeEditors();
+        auto task = save(editors);
+        ASSERT_EQ(task->errors().size(), 1u);
+        EXPECT_EQ(AbstractTask::processError<SaveTagEditorsTask::ProcessError>(task->errors()[0]),
+                  SaveTagEditorsTask::ProcessError::unauthorizedAccess);
+        EXPECT_EQ(errorTexts(*task)[0], "Unauthorized access");
+        // Nothing written, nothing flushed.
+        EXPECT_EQ(fileBytes(assetFile), assetBytes);
+        EXPECT_EQ(fileBytes(plainFile), plainBytes);
+        EXPECT_TRUE(editors[0]->isEdited());
+        EXPECT_TRUE(editors[1]->isEdited());
+    }
+
+    // An authorised library gets the asset copied out, written, and then replaced.
+    auto library = std::make_shared<RecordingLibrary>(true);
+    PhotoLibraryGuard guard(library);
+    auto editors = makeEditors();
+    auto task = save(editors);
+    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
+    EXPECT_EQ(library->authorizationRequests, 1);
+    EXPECT_EQ(library->artistsAtReplacement, std::vector<std::string>{"Asset artist"});
+    EXPECT_EQ(fileBytes(assetFile), assetBytes); // the asset's own file isn't written in place
+    EXPECT_EQ(exifToolValue(plainFile, "EXIF:Artist"), "Plain artist");
+    fs::remove(editors[1]->temporaryURL());
+}
+
+TEST(ImportSaveTasks, unsupportedEditorsAndEmptyLists) {
+    TemporaryFolder folder;
+    auto file = makeJPEG(folder / "a.jpg");
+    const std::string bytes = fileBytes(file);
+    auto et = importFiles(sourcesOf({file})).at(0);
+    auto plain = TagEditor::create(et->storage());
+    et->setValue(std::string("X"), tag("EXIF:Artist"));
+    plain->setValue(std::string("Y"), tag("EXIF:Artist"));
+
+    auto task = save({et, plain});
+    ASSERT_EQ(task->errors().size(), 1u);
+    EXPECT_EQ(errorTexts(*task)[0], "Editor is not supported");
+    EXPECT_TRUE(et->isEdited());
+    EXPECT_EQ(fileBytes(file), bytes);
+
+    auto empty = save({});
+    EXPECT_TRUE(empty->errors().empty());
+    EXPECT_EQ(empty->status(), AbstractTask::Status::completed);
+
+    // An image I/O editor is written too (by ExifTool on this platform), as its own group.
+    auto cg = CGTagEditor::create(et->storage());
+    cg->setValue(std::string("Through the other group"), tag("EXIF:Artist"));
+    auto mixed = save({cg});
+    EXPECT_TRUE(mixed->errors().empty()) << mixed->errorListDescription();
+    EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "Through the other group");
+}
+
+TEST(ImportSaveTasks, folderImport) {
+    TemporaryFolder folder;
+    makeJPEG(folder / "top.jpg");
+    makeMOV(folder / "movie.mov");
+    test::writeBytes(folder / "notes.unknownext", {'x'});
+    makeJPEG(folder / ".hidden.jpg");
+    auto sub = folder.makeSubfolder("sub/deeper");
+    makeJPEG(sub / "deep.jpg");
+    makeJPEG(folder / "sub" / "mid.jpg");
+
+    auto urls = [](const std::shared_ptr<ImportTagEditorsTask>& task) {
+        std::vector<std::string> names;
+        for (const auto& editor : task->importedEditors())
+            names.push_back(editor->source().url().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    };
+    auto run = [&](std::optional<bool> unfold, std::optional<bool> recursive,
+                   std::optional<MediaType::Set> allowed = std::nullopt) {
+        ImportTagEditorsTask::Settings settings({TagStorageSource(folder.path())});
+        settings.unfoldFolders = unfold;
+        settings.unfoldRecursively = recursive;
+        settings.allowedTypes = std::move(allowed);
+        auto task = performed(ImportTagEditorsTask::create(std::move(settings)));
+        EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
+        return task;
+    };
+
+    EXPECT_EQ(urls(run(true, std::nullopt)), (std::vector<std::string>{"movie.mov", "top.jpg"}));
+    EXPECT_EQ(urls(run(true, true)),
+              (std::vector<std::string>{"deep.jpg", "mid.jpg", "movie.mov", "top.jpg"}));
+    EXPECT_EQ(urls(run(true, true, MediaType::Set{MediaType::typeMOV()})),
+              (std::vector<std::string>{"movie.mov"}));
+    // Folder not unfolded: one empty folder editor, also when no format is allowed.
+    for (auto allowed : {std::optional<MediaType::Set>(), std::optional<MediaType::Set>(MediaType::Set{})}) {
+        auto folderTask = run(std::nullopt, true, allowed);
+        ASSERT_EQ(folderTask->importedEditors().size(), 1u);
+        EXPECT_TRUE(folderTask->importedEditors()[0]->isFolder());
+    }
+    // Unfolded with nothing allowed: nothing, and no error.
+    EXPECT_TRUE(run(true, true, MediaType::Set{})->importedEditors().empty());
+}
+
+TEST(ImportSaveTasks, sourceEditorsAreReloadedAndKeepTheirEdits) {
+    TemporaryFolder folder;
+    auto file = makeJPEG(folder / "a.jpg");
+    auto editor = importFiles(sourcesOf({file})).at(0);
+    editor->setValue(std::string("Pending"), tag("XMP:Title"));
+    test::tagWithExifTool(file, {"-EXIF:Artist=Changed outside"});
+
+    ImportTagEditorsTask::Settings settings(sourcesOf({file}));
+    settings.sourceEditors = {editor};
+    auto task = performed(ImportTagEditorsTask::create(std::move(settings)));
+    EXPECT_TRUE(task->errors().empty());
+    EXPECT_EQ(editor->originalValue(tag("EXIF:Artist")), "Changed outside");
+    EXPECT_EQ(editor->writtenValue(tag("XMP:Title")), "Pending");
+}
+
+TEST(ImportSaveTasks, engineChoice) {
+    TemporaryFolder folder;
+    auto file = makeJPEG(folder / "a.jpg");
+    auto& kit = KitSettings::shared();
+    const EngineOption saved = kit.engineOption();
+
+    kit.setEngineOption(EngineOption());
+    auto none = performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sourcesOf({file}))));
+    kit.setEngineOption(EngineOption::coreImage());
+    ImportTagEditorsTask::Settings settings({TagStorageSource(file), TagStorageSource(folder.path())});
+    auto imageIO = performed(ImportTagEditorsTask::create(std::move(settings)));
+    kit.setEngineOption(saved);
+
+    ASSERT_EQ(none->errors().size(), 1u);
+    EXPECT_EQ(errorTexts(*none)[0], "Engine is not available");
+    EXPECT_TRUE(none->importedEditors().empty());
+    // The folder can't be opened by the image I/O path; the file is read all the same.
+    ASSERT_EQ(imageIO->errors().size(), 1u);
+    EXPECT_EQ(errorTexts(*imageIO)[0], "File is not supported");
+    ASSERT_EQ(imageIO->importedEditors().size(), 1u);
+    EXPECT_EQ(imageIO->importedEditors()[0]->source().url(), file);
+}
+
+TEST(ImportSaveTasks, canImportEditorByExtension) {
+    EXPECT_TRUE(ImportTagEditorsTask::canImportEditor("/x/a.jpg"));
+    EXPECT_TRUE(ImportTagEditorsTask::canImportEditor("/x/a.MoV"));
+    EXPECT_FALSE(ImportTagEditorsTask::canImportEditor("/x/folder"));
+    EXPECT_FALSE(ImportTagEditorsTask::canImportEditor("/x/a.unknownext"));
+}
+
+} // namespace
+} // namespace corvane

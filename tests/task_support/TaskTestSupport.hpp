@@ -1,0 +1,56 @@
+#pragma once
+
+#include "corvane/helpers/MainQueue.hpp"
+#include "corvane/tag_edition/AbstractTask.hpp"
+#include "corvane/tag_editor/TagEditor.hpp"
+#include "corvane/task_support/ImportTagEditorsTask.hpp"
+#include "corvane/task_support/SaveTagEditorsTask.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace corvane::testing {
+
+// Runs a task on this thread, then delivers its notices.
+template <class T> std::shared_ptr<T> performed(std::shared_ptr<T> task) {
+    task->perform();
+    MainQueue::shared().drain();
+    return task;
+}
+
+inline std::vector<std::shared_ptr<TagEditor>> importFiles(std::vector<TagStorageSource> sources,
+                                                           std::optional<bool> ignoreMinorErrors = {}) {
+    ImportTagEditorsTask::Settings settings(std::move(sources));
+    settings.ignoreMinorErrors = ignoreMinorErrors;
+    auto task = performed(ImportTagEditorsTask::create(std::move(settings)));
+    auto editors = task->importedEditors();
+    std::sort(editors.begin(), editors.end(),
+              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    return editors;
+}
+
+inline std::vector<TagStorageSource> sourcesOf(const std::vector<std::filesystem::path>& paths) {
+    std::vector<TagStorageSource> sources;
+    for (const auto& path : paths)
+        sources.emplace_back(path);
+    return sources;
+}
+
+inline std::string fileBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+inline std::vector<std::string> errorTexts(const AbstractTask& task) {
+    std::vector<std::string> texts;
+    for (const auto& error : task.errors())
+        texts.push_back(AbstractTask::errorDescription(error));
+    return texts;
+}
+
+} // namespace corvane::testing
