@@ -58,7 +58,8 @@ int printTags(const std::string& streamName) {
 } // namespace
 
 void addCatalogueCommands(CLI::App& app, int& exitCode) {
-    auto* formats = app.add_subcommand("formats", "List the known file formats: format, kind, access per family");
+    auto* formats =
+        app.add_subcommand("formats", "List the known file formats: format, kind, access per family");
     formats->callback([] { printFormats(); });
 
     auto* tags = app.add_subcommand("tags", "List catalogue rows: name, type, count, writable, display name");

@@ -56,7 +56,8 @@ std::vector<TagStorage> readStorages(const std::vector<std::string>& paths, int&
 int compare(const std::vector<std::string>& paths, const std::string& formatName, const std::string& output,
             bool onlyDifferent, const std::string& search) {
     int exitCode = 0;
-    std::string extension = formatName.empty() && !output.empty() ? fs::path(output).extension().string() : formatName;
+    std::string extension =
+        formatName.empty() && !output.empty() ? fs::path(output).extension().string() : formatName;
     if (!extension.empty() && extension[0] == '.') extension.erase(0, 1);
     if (extension.empty()) extension = "txt";
     auto format = TagComparatorExporter::formatFromPathExtension(extension);
@@ -88,7 +89,8 @@ fs::path sidecarPath(const fs::path& file, const std::string& type, const std::s
     return fs::path(folder) / (file.stem().string() + "." + type);
 }
 
-int exportSidecars(const std::vector<std::string>& paths, const std::string& type, const std::string& folder) {
+int exportSidecars(const std::vector<std::string>& paths, const std::string& type,
+                   const std::string& folder) {
     int exitCode = 0;
     if (!folder.empty()) fs::create_directories(folder);
     for (const TagStorage& storage : readStorages(paths, exitCode)) {
@@ -153,7 +155,8 @@ void addExchangeCommands(CLI::App& app, int& exitCode) {
         ->check(CLI::IsMember({"txt", "rtf", "csv"}));
     compareCmd->add_option("--output", cmp->output, "Write the comparison to this file");
     compareCmd->add_flag("--only-different", cmp->onlyDifferent, "Only the tags whose values differ");
-    compareCmd->add_option("--search", cmp->search, "Only rows matching this text (case and accents ignored)");
+    compareCmd->add_option("--search", cmp->search,
+                           "Only rows matching this text (case and accents ignored)");
     compareCmd->add_option("PATH", cmp->paths, "Files to compare")->required();
     compareCmd->callback([cmp, &exitCode] {
         exitCode = compare(cmp->paths, cmp->format, cmp->output, cmp->onlyDifferent, cmp->search);
@@ -168,7 +171,9 @@ void addExchangeCommands(CLI::App& app, int& exitCode) {
     };
     auto exp = std::make_shared<ExportOptions>();
     auto* exportCmd = sidecarCmd->add_subcommand("export", "Write each file's tags to a sidecar");
-    exportCmd->add_option("--type", exp->type, "json or csv")->required()->check(CLI::IsMember({"json", "csv"}));
+    exportCmd->add_option("--type", exp->type, "json or csv")
+        ->required()
+        ->check(CLI::IsMember({"json", "csv"}));
     exportCmd->add_option("--output", exp->folder, "Folder for the sidecars (default: beside each file)");
     exportCmd->add_option("PATH", exp->paths, "Files")->required();
     exportCmd->callback([exp, &exitCode] { exitCode = exportSidecars(exp->paths, exp->type, exp->folder); });
@@ -179,7 +184,9 @@ void addExchangeCommands(CLI::App& app, int& exitCode) {
     };
     auto imp = std::make_shared<ImportOptions>();
     auto* importCmd = sidecarCmd->add_subcommand("import", "Set a sidecar's values on files and save them");
-    importCmd->add_option("SIDECAR", imp->sidecar, "A .json or .csv sidecar")->required()->check(CLI::ExistingFile);
+    importCmd->add_option("SIDECAR", imp->sidecar, "A .json or .csv sidecar")
+        ->required()
+        ->check(CLI::ExistingFile);
     importCmd->add_option("PATH", imp->paths, "Files")->required();
     importCmd->callback([imp, &exitCode] { exitCode = importSidecar(imp->sidecar, imp->paths); });
 }

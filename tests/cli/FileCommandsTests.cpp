@@ -1,4 +1,5 @@
 // `corvane read` and `corvane set`, run as the built program on real files.
+#include "cli/CliRun.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -14,10 +15,6 @@
 #include <sys/wait.h>
 #include <vector>
 
-#ifndef CORVANE_CLI_PATH
-#error "CORVANE_CLI_PATH must name the built corvane program"
-#endif
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -26,43 +23,9 @@ using corvane::test::makeJPEG;
 using corvane::test::makeMOV;
 using corvane::test::TemporaryFolder;
 
-struct Run {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string quoted(const std::string& text) {
-    std::string result = "'";
-    for (char c : text)
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return result + "'";
-}
-
-std::string readText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-// Runs the program with these arguments; standard error goes to a file of the folder.
-Run corvane(const std::vector<std::string>& arguments, const TemporaryFolder& scratch) {
-    std::string command = quoted(CORVANE_CLI_PATH);
-    for (const auto& argument : arguments)
-        command += " " + quoted(argument);
-    const fs::path errFile = scratch / "stderr.txt";
-    command += " 2>" + quoted(errFile.string());
-    Run run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) return run;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        run.out.append(buffer, n);
-    const int status = pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.err = readText(errFile);
-    return run;
-}
+using corvane::test::corvane;
+using corvane::test::readText;
+using corvane::test::Run;
 
 nlohmann::json readJSON(const std::vector<std::string>& paths, const TemporaryFolder& scratch,
                         std::vector<std::string> options = {}) {

@@ -1,0 +1,64 @@
+// Runs the built `corvane` program for the command-line tests.
+#pragma once
+
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <sys/wait.h>
+#include <vector>
+
+#ifndef CORVANE_CLI_PATH
+#error "CORVANE_CLI_PATH must name the built corvane program"
+#endif
+
+namespace corvane::test {
+
+namespace fs = std::filesystem;
+
+struct Run {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+// The text quoted for the shell that popen runs.
+inline std::string quoted(const std::string& text) {
+    std::string result = "'";
+    for (char c : text)
+        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return result + "'";
+}
+
+inline std::string readText(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// Runs the program with these arguments; standard error goes to a file of the folder.
+inline Run corvane(const std::vector<std::string>& arguments, const TemporaryFolder& scratch) {
+    std::string command = quoted(CORVANE_CLI_PATH);
+    for (const auto& argument : arguments)
+        command += " " + quoted(argument);
+    const fs::path errFile = scratch / "stderr.txt";
+    command += " 2>" + quoted(errFile.string());
+    Run run;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (!pipe) return run;
+    char buffer[4096];
+    std::size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+        run.out.append(buffer, n);
+    const int status = pclose(pipe);
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.err = readText(errFile);
+    return run;
+}
+
+} // namespace corvane::test

@@ -1,0 +1,85 @@
+// `corvane compare` and `corvane sidecar`, run as the built program on real files.
+#include "cli/CliRun.hpp"
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace fs = std::filesystem;
+using corvane::test::corvane;
+using corvane::test::exifToolValue;
+using corvane::test::makeJPEG;
+using corvane::test::readText;
+using corvane::test::tagWithExifTool;
+using corvane::test::TemporaryFolder;
+
+class ExchangeCommands : public ::testing::Test {
+protected:
+    TemporaryFolder scratch{"corvane-cli-scratch"};
+    TemporaryFolder folder{"corvane-cli"};
+};
+
+TEST_F(ExchangeCommands, compareShowsEveryFileAndNarrowsToDifferences) {
+    auto a = makeJPEG(folder / "a.jpg");
+    auto b = makeJPEG(folder / "b.jpg");
+    tagWithExifTool(a, {"-EXIF:Artist=Zoë", "-EXIF:Copyright=Same"});
+    tagWithExifTool(b, {"-EXIF:Artist=Ana", "-EXIF:Copyright=Same"});
+
+    auto all = corvane({"compare", "--format", "csv", a.string(), b.string()}, scratch);
+    ASSERT_EQ(all.exitCode, 0) << all.err;
+    EXPECT_NE(all.out.find("a.jpg"), std::string::npos) << all.out;
+    EXPECT_NE(all.out.find("b.jpg"), std::string::npos);
+    EXPECT_NE(all.out.find("Zoë"), std::string::npos);
+    EXPECT_NE(all.out.find("Same"), std::string::npos);
+
+    auto different =
+        corvane({"compare", "--only-different", "--format", "csv", a.string(), b.string()}, scratch);
+    ASSERT_EQ(different.exitCode, 0) << different.err;
+    EXPECT_NE(different.out.find("Zoë"), std::string::npos) << different.out;
+    EXPECT_EQ(different.out.find("Same"), std::string::npos) << different.out;
+
+    // The search ignores case and accents.
+    auto searched =
+        corvane({"compare", "--search", "zoe", "--format", "txt", a.string(), b.string()}, scratch);
+    ASSERT_EQ(searched.exitCode, 0) << searched.err;
+    EXPECT_NE(searched.out.find("Zoë"), std::string::npos) << searched.out;
+    EXPECT_EQ(searched.out.find("Same"), std::string::npos) << searched.out;
+
+    // The format follows the output file's extension.
+    auto rtf = folder / "comparison.rtf";
+    auto written = corvane({"compare", "--output", rtf.string(), a.string(), b.string()}, scratch);
+    ASSERT_EQ(written.exitCode, 0) << written.err;
+    EXPECT_EQ(readText(rtf).rfind("{\\rtf1", 0), 0u);
+
+    auto missing = corvane({"compare", a.string(), (folder / "none.jpg").string()}, scratch);
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.err.find("none.jpg"), std::string::npos) << missing.err;
+}
+
+TEST_F(ExchangeCommands, sidecarsCarryValuesFromOneFileToAnother) {
+    for (const std::string type : {"json", "csv"}) {
+        SCOPED_TRACE(type);
+        auto source = makeJPEG(folder / ("source-" + type + ".jpg"));
+        auto target = makeJPEG(folder / ("target-" + type + ".jpg"));
+        tagWithExifTool(source, {"-EXIF:Artist=Zoë, \"Z\"", "-XMP:Subject=one", "-XMP:Subject=two, three",
+                                 "-IPTC:City=Genève"});
+
+        auto out = folder / ("sidecars-" + type);
+        auto exported = corvane(
+            {"sidecar", "export", "--type", type, "--output", out.string(), source.string()}, scratch);
+        ASSERT_EQ(exported.exitCode, 0) << exported.err;
+        auto sidecar = out / ("source-" + type + "." + type);
+        ASSERT_TRUE(fs::exists(sidecar)) << exported.out;
+
+        auto imported = corvane({"sidecar", "import", sidecar.string(), target.string()}, scratch);
+        ASSERT_EQ(imported.exitCode, 0) << imported.err;
+        EXPECT_EQ(exifToolValue(target, "EXIF:Artist"), "Zoë, \"Z\"");
+        EXPECT_EQ(exifToolValue(target, "IPTC:City"), "Genève");
+        EXPECT_EQ(exifToolValue(target, "XMP:Subject"), "one, two, three");
+    }
+}
+
+} // namespace
