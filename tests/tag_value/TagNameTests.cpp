@@ -6,6 +6,7 @@
 #include "corvane/tag_value/TypedTagValue.hpp"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <map>
 #include <ostream>
@@ -195,4 +196,14 @@ TEST(TagSection, ComparesByTextAndLocalizes) {
     EXPECT_EQ(TagSection("Camera"), TagSection(std::string("Camera")));
     EXPECT_NE(TagSection("Camera"), TagSection("Lens"));
     EXPECT_FALSE(TagSection("GPS And Location").localizedName().empty());
+}
+
+TEST(TagName, StandsInJSONAsOneString) {
+    std::map<std::string, std::vector<TagName>> sets{{"Camera", {name("EXIF:Make"), name("XMP:Lens")}}};
+    nlohmann::json j = sets;
+    EXPECT_EQ(j.dump(), R"({"Camera":["EXIF:Make","XMP:Lens"]})");
+    EXPECT_EQ(j.get<decltype(sets)>(), sets);
+    EXPECT_THROW(nlohmann::json("Artist").get<TagName>(), std::invalid_argument);
+    EXPECT_THROW(nlohmann::json(3).get<TagName>(), nlohmann::json::type_error);
+    EXPECT_EQ(nlohmann::json(TagSection("Lens")).get<TagSection>(), TagSection("Lens"));
 }

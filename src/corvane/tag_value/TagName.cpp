@@ -3,6 +3,9 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagNameMapping.hpp"
 
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
 namespace corvane {
 
 // "Stream:Key", split at the first colon; both halves must be non-empty.
@@ -205,6 +208,16 @@ const std::vector<std::pair<TagName, TagName>>& TagName::imageSizePairs() {
     };
 #undef CORVANE_SIZE_PAIR
     return pairs;
+}
+
+void to_json(nlohmann::json& j, const TagName& name) {
+    j = name.rawValue();
+}
+
+void from_json(const nlohmann::json& j, TagName& name) {
+    auto parsed = TagName::fromRawValue(j.get<std::string>());
+    if (!parsed) throw std::invalid_argument("Not a tag name: " + j.get<std::string>());
+    name = std::move(*parsed);
 }
 
 } // namespace corvane

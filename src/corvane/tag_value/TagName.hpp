@@ -3,6 +3,7 @@
 #include "corvane/tag_value/TagKey.hpp"
 #include "corvane/tag_value/TagStream.hpp"
 
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -69,6 +70,11 @@ private:
 };
 
 inline const TagName TagName::empty{};
+
+// A name stands in JSON as its raw value, "EXIF:Artist"; any other JSON is a
+// type error (nlohmann::json::type_error or std::invalid_argument).
+void to_json(nlohmann::json& j, const TagName& name);
+void from_json(const nlohmann::json& j, TagName& name);
 
 } // namespace corvane
 

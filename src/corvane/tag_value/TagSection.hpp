@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace corvane {
@@ -23,6 +24,10 @@ public:
 private:
     std::string rawValue_;
 };
+
+// A section stands in JSON as its text.
+void to_json(nlohmann::json& j, const TagSection& section);
+void from_json(const nlohmann::json& j, TagSection& section);
 
 } // namespace corvane
 
