@@ -115,6 +115,8 @@ int importSidecar(const std::string& sidecar, const std::vector<std::string>& pa
     for (TagStorage storage : readStorages(paths, exitCode)) {
         size_t refused = 0;
         for (const auto& [name, value] : sorted) {
+            // File-system facts (name, folder, dates) belong to the file the sidecar came from.
+            if (name.stream() == TagStream::streamFile) continue;
             if (storage.currentValue(name) == value) continue;
             if (!storage.canEditValue(name)) {
                 ++refused;
