@@ -4,28 +4,16 @@
 
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
-#include "corvane/tag_editor/ETTagEditor.hpp"
-#include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
 
 #include <benchmark/benchmark.h>
 
 using namespace corvane;
+using test::folderEditor;
+using test::writableNames;
 
 namespace {
-
-std::vector<TagName> writableNames(std::size_t count) {
-    std::vector<TagName> names;
-    for (const TagItem* item : TagCatalogue::shared().items()) {
-        if (names.size() == count) break;
-        if (item->isWritable()) names.push_back(item->name());
-    }
-    return names;
-}
-
-std::shared_ptr<ETTagEditor> folderEditor() {
-    return ETTagEditor::create(TagStorage(TagStorageSource("/photos/trip")));
-}
 
 // Runs the notifications gathered on the main queue, outside the timed part.
 void drainMainQueue(benchmark::State& state) {

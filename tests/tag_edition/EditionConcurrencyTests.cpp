@@ -2,9 +2,8 @@
 // queue delivers the manager's notifications. Meant to run under ThreadSanitizer too.
 
 #include "corvane/tag_edition/EditionManager.hpp"
-#include "corvane/tag_editor/ETTagEditor.hpp"
-#include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
 #include "tag_edition/EditionRecorder.hpp"
 
 #include <gtest/gtest.h>
@@ -18,16 +17,8 @@ namespace {
 
 using test::EditionEvent;
 using test::EditionRecorder;
+using test::writableNames;
 using namespace std::chrono_literals;
-
-std::vector<TagName> writableNames(std::size_t count) {
-    std::vector<TagName> names;
-    for (const TagItem* item : TagCatalogue::shared().items()) {
-        if (names.size() == count) break;
-        if (item->isWritable()) names.push_back(item->name());
-    }
-    return names;
-}
 
 // Checks that the events form runs of "begin, one or more flushes, end".
 ::testing::AssertionResult wellFormed(const std::vector<EditionEvent>& events) {
@@ -55,7 +46,7 @@ TEST(EditionConcurrency, OneEditorEditedFromEightThreadsInNestedSessions) {
 
     EditionRecorder recorder;
     EditionManager& manager = EditionManager::shared();
-    auto editor = ETTagEditor::create(TagStorage(TagStorageSource("/photos/trip")));
+    auto editor = test::folderEditor();
     const auto names = writableNames(writers * tagsPerWriter + 1);
     ASSERT_EQ(names.size(), std::size_t(writers * tagsPerWriter + 1));
     const TagName& shared = names.back();

@@ -1,9 +1,8 @@
 // Sessions, flushes and the order of the edition manager's notifications on the main queue.
 
 #include "corvane/tag_edition/EditionManager.hpp"
-#include "corvane/tag_editor/ETTagEditor.hpp"
-#include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
 #include "tag_edition/EditionRecorder.hpp"
 
 #include <gtest/gtest.h>
@@ -17,20 +16,8 @@ namespace {
 
 using test::EditionEvent;
 using test::EditionRecorder;
-
-// The first `count` writable catalogue tags: all editable in a folder.
-std::vector<TagName> writableNames(std::size_t count) {
-    std::vector<TagName> names;
-    for (const TagItem* item : TagCatalogue::shared().items()) {
-        if (names.size() == count) break;
-        if (item->isWritable()) names.push_back(item->name());
-    }
-    return names;
-}
-
-std::shared_ptr<ETTagEditor> folderEditor(const char* path = "/photos/trip") {
-    return ETTagEditor::create(TagStorage(TagStorageSource(path)));
-}
+using test::folderEditor;
+using test::writableNames;
 
 const TagName& artist() {
     return TagItem::itemEXIFArtist().name();

@@ -8,6 +8,7 @@
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
 #include "tag_edition/EditionRecorder.hpp"
 
 #include <gtest/gtest.h>
@@ -16,17 +17,10 @@ namespace corvane {
 namespace {
 
 using test::EditionRecorder;
+using test::editorWith;
 
 const TagName& name(const TagItem& item) {
     return item.name();
-}
-
-std::shared_ptr<TagEditor> editorWith(const std::vector<std::pair<const TagItem*, std::string>>& values,
-                                      const char* path = "/photos/shot.jpg") {
-    TagStorage storage{TagStorageSource(path)};
-    for (const auto& [item, value] : values)
-        storage.setOriginalValue(value, item->name());
-    return ETTagEditor::create(std::move(storage));
 }
 
 TEST(AccessorGPSTest, LatitudeReadsTheMagnitudeWithItsReference) {

@@ -6,6 +6,7 @@
 #include "corvane/tag_editor/InProcessTagPasteboard.hpp"
 #include "corvane/tag_editor/TagEditorArrayEditions.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
 #include "tag_edition/EditionRecorder.hpp"
 
 #include <gtest/gtest.h>
@@ -14,14 +15,7 @@ namespace corvane {
 namespace {
 
 using test::EditionRecorder;
-
-std::shared_ptr<TagEditor> editorWith(const std::vector<std::pair<const TagItem*, std::string>>& values,
-                                      const std::string& path = "/photos/shot.jpg") {
-    TagStorage storage{TagStorageSource(path)};
-    for (const auto& [item, value] : values)
-        storage.setOriginalValue(value, item->name());
-    return ETTagEditor::create(std::move(storage));
-}
+using test::editorWith;
 
 const TagName& artist() {
     return TagItem::itemEXIFArtist().name();

@@ -9,6 +9,7 @@
 #include "corvane/tag_editor/TagEditorEditions.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
 #include "tag_edition/EditionRecorder.hpp"
 
 #include <gtest/gtest.h>
@@ -19,14 +20,7 @@ namespace corvane {
 namespace {
 
 using test::EditionRecorder;
-
-std::shared_ptr<TagEditor> editorWith(const std::vector<std::pair<const TagItem*, std::string>>& values,
-                                      const char* path = "/photos/shot.jpg") {
-    TagStorage storage{TagStorageSource(path)};
-    for (const auto& [item, value] : values)
-        storage.setOriginalValue(value, item->name());
-    return ETTagEditor::create(std::move(storage));
-}
+using test::editorWith;
 
 std::optional<std::string> current(const std::shared_ptr<TagEditor>& editor, const TagItem& item) {
     return editor->currentValue(item.name());

@@ -9,6 +9,7 @@
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,8 @@
 
 namespace corvane {
 namespace {
+
+using test::editorWith;
 
 class GeoNamesTest : public testing::Test {
 protected:
@@ -103,14 +106,6 @@ public:
     mutable std::optional<Coordinate> reverseAsked;
     mutable std::string addressAsked;
 };
-
-std::shared_ptr<TagEditor> editorWith(const std::vector<std::pair<const TagItem*, std::string>>& values,
-                                      const char* path = "/photos/shot.jpg") {
-    TagStorage storage{TagStorageSource(path)};
-    for (const auto& [item, value] : values)
-        storage.setOriginalValue(value, item->name());
-    return ETTagEditor::create(std::move(storage));
-}
 
 TEST(AddressLookupTest, ReverseKeepsTheFamilysFixAndFillsThePlace) {
     auto geocoder = std::make_shared<FixedGeocoder>();

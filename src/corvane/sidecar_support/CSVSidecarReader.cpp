@@ -16,9 +16,6 @@ std::string_view message(CSVSidecarReader::ReadError error) {
     return "Data decoding failed";
 }
 
-CSVSidecarReader::ReadException::ReadException(ReadError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
-
 bool CSVSidecarReader::trimCharSet(char32_t scalar) {
     // The White_Space property holds the blanks and also LF, CR, VT, FF, NEL, LS and PS.
     return utf8::isWhitespace(scalar);

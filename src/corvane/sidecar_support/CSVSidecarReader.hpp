@@ -1,8 +1,8 @@
 #pragma once
 
 #include "corvane/sidecar_support/SidecarReader.hpp"
+#include "corvane/utilities/CaseException.hpp"
 
-#include <stdexcept>
 #include <string_view>
 
 namespace corvane {
@@ -16,14 +16,7 @@ public:
     enum class ReadError { dataDecodingFailed };
 
     // Thrown by the reader; `what()` is the message of the case.
-    class ReadException : public std::runtime_error {
-    public:
-        explicit ReadException(ReadError error);
-        ReadError error() const { return error_; }
-
-    private:
-        ReadError error_;
-    };
+    using ReadException = CaseException<ReadError>;
 
     // Whether the reader trims `scalar` from both ends of names and values: white space and line
     // ends, so that blanks and CR/LF around a value never reach the tag.

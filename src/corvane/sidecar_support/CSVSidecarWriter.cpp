@@ -14,9 +14,6 @@ std::string_view message(CSVSidecarWriter::WriteError error) {
     return "Data encoding failed";
 }
 
-CSVSidecarWriter::WriteException::WriteException(WriteError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
-
 std::string CSVSidecarWriter::data(const TagStorage& storage) const {
     auto stream = OutputStream::toMemory();
     try {

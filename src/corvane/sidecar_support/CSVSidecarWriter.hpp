@@ -1,8 +1,8 @@
 #pragma once
 
 #include "corvane/sidecar_support/SidecarWriter.hpp"
+#include "corvane/utilities/CaseException.hpp"
 
-#include <stdexcept>
 #include <string_view>
 
 namespace corvane {
@@ -15,14 +15,7 @@ public:
     enum class WriteError { dataEncodingFailed };
 
     // Thrown by the writer; `what()` is the message of the case.
-    class WriteException : public std::runtime_error {
-    public:
-        explicit WriteException(WriteError error);
-        WriteError error() const { return error_; }
-
-    private:
-        WriteError error_;
-    };
+    using WriteException = CaseException<WriteError>;
 
     // WriteException(dataEncodingFailed) when the CSV text can't be produced.
     std::string data(const TagStorage& storage) const override;

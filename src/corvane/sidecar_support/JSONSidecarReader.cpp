@@ -18,9 +18,6 @@ std::string_view message(JSONSidecarReader::ReadError error) {
     return "Data decoding failed";
 }
 
-JSONSidecarReader::ReadException::ReadException(ReadError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
-
 SidecarReader::Values JSONSidecarReader::readData(std::string_view data) const {
     // Parse errors (syntax, invalid UTF-8) go to the caller as they are.
     nlohmann::json root = nlohmann::json::parse(data.begin(), data.end());

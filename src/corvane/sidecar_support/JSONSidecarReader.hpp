@@ -1,8 +1,8 @@
 #pragma once
 
 #include "corvane/sidecar_support/SidecarReader.hpp"
+#include "corvane/utilities/CaseException.hpp"
 
-#include <stdexcept>
 #include <string_view>
 
 namespace corvane {
@@ -16,14 +16,7 @@ public:
     enum class ReadError { stringDecodingFailed, dataDecodingFailed };
 
     // Thrown by the reader; `what()` is the message of the case.
-    class ReadException : public std::runtime_error {
-    public:
-        explicit ReadException(ReadError error);
-        ReadError error() const { return error_; }
-
-    private:
-        ReadError error_;
-    };
+    using ReadException = CaseException<ReadError>;
 
     // Throws nlohmann::json::parse_error for text that isn't JSON (invalid UTF-8 included), and
     // ReadException(dataDecodingFailed) for JSON whose root isn't an object.

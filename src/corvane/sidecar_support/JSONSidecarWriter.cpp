@@ -18,9 +18,6 @@ std::string_view message(JSONSidecarWriter::WriteError error) {
     return "Data encoding failed";
 }
 
-JSONSidecarWriter::WriteException::WriteException(WriteError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
-
 ValueConverterRef JSONSidecarWriter::converter(const TagName& name) {
     if (const TagItem* item = TagItem::find(name)) return item->converter();
     static const ValueConverterRef textConverter = TagType(TagType::string).converter();

@@ -2,8 +2,8 @@
 
 #include "corvane/converters/ValueConverter.hpp"
 #include "corvane/sidecar_support/SidecarWriter.hpp"
+#include "corvane/utilities/CaseException.hpp"
 
-#include <stdexcept>
 #include <string_view>
 
 namespace corvane {
@@ -16,14 +16,7 @@ public:
     enum class WriteError { dataEncodingFailed, dataValidationFailed };
 
     // Thrown by the writer; `what()` is the message of the case.
-    class WriteException : public std::runtime_error {
-    public:
-        explicit WriteException(WriteError error);
-        WriteError error() const { return error_; }
-
-    private:
-        WriteError error_;
-    };
+    using WriteException = CaseException<WriteError>;
 
     // WriteException(dataValidationFailed) when a value can't be represented in JSON (text that
     // isn't UTF-8), WriteException(dataEncodingFailed) when serialising fails.

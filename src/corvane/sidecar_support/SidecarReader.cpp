@@ -2,6 +2,7 @@
 
 #include "corvane/sidecar_support/CSVSidecarReader.hpp"
 #include "corvane/sidecar_support/JSONSidecarReader.hpp"
+#include "corvane/sidecar_support/SidecarFormat.hpp"
 
 #include <cerrno>
 #include <fstream>
@@ -9,19 +10,6 @@
 #include <system_error>
 
 namespace corvane {
-
-namespace {
-
-bool equalsIgnoringASCIICase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        auto lower = [](char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; };
-        if (lower(a[i]) != lower(b[i])) return false;
-    }
-    return true;
-}
-
-} // namespace
 
 SidecarReader::Values SidecarReader::readContentsOf(const std::filesystem::path& url) const {
     return readData(readFileBytes(url));
@@ -51,9 +39,9 @@ std::string SidecarReader::readFileBytes(const std::filesystem::path& url) {
 }
 
 std::unique_ptr<SidecarReader> SidecarReader::forPathExtension(std::string_view pathExtension) {
-    if (!pathExtension.empty() && pathExtension.front() == '.') pathExtension.remove_prefix(1);
-    if (equalsIgnoringASCIICase(pathExtension, "json")) return std::make_unique<JSONSidecarReader>();
-    if (equalsIgnoringASCIICase(pathExtension, "csv")) return std::make_unique<CSVSidecarReader>();
+    const std::optional<SidecarFormat> format = sidecarFormat(pathExtension);
+    if (format == SidecarFormat::json) return std::make_unique<JSONSidecarReader>();
+    if (format == SidecarFormat::csv) return std::make_unique<CSVSidecarReader>();
     return nullptr;
 }
 

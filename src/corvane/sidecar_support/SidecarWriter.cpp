@@ -2,6 +2,7 @@
 
 #include "corvane/sidecar_support/CSVSidecarWriter.hpp"
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
+#include "corvane/sidecar_support/SidecarFormat.hpp"
 
 #include <cerrno>
 #include <cstdio>
@@ -14,15 +15,6 @@
 namespace corvane {
 
 namespace {
-
-bool equalsIgnoringASCIICase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        auto lower = [](char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; };
-        if (lower(a[i]) != lower(b[i])) return false;
-    }
-    return true;
-}
 
 [[noreturn]] void throwSystemError(const char* what, const std::filesystem::path& url, int err) {
     throw std::filesystem::filesystem_error(what, url, std::error_code(err, std::generic_category()));
@@ -75,9 +67,9 @@ void SidecarWriter::writeFileAtomically(const std::filesystem::path& url, std::s
 }
 
 std::unique_ptr<SidecarWriter> SidecarWriter::forPathExtension(std::string_view pathExtension) {
-    if (!pathExtension.empty() && pathExtension.front() == '.') pathExtension.remove_prefix(1);
-    if (equalsIgnoringASCIICase(pathExtension, "json")) return std::make_unique<JSONSidecarWriter>();
-    if (equalsIgnoringASCIICase(pathExtension, "csv")) return std::make_unique<CSVSidecarWriter>();
+    const std::optional<SidecarFormat> format = sidecarFormat(pathExtension);
+    if (format == SidecarFormat::json) return std::make_unique<JSONSidecarWriter>();
+    if (format == SidecarFormat::csv) return std::make_unique<CSVSidecarWriter>();
     return nullptr;
 }
 

@@ -27,6 +27,12 @@ public:
     // process's time zone at the time of use.
     std::string timeZoneIdentifier;
 
+    // The fields from year to second; the others unset.
+    static DateComponents fromFields(std::optional<int64_t> year, std::optional<int64_t> month,
+                                     std::optional<int64_t> day, std::optional<int64_t> hour = std::nullopt,
+                                     std::optional<int64_t> minute = std::nullopt,
+                                     std::optional<int64_t> second = std::nullopt);
+
     // The moment these fields name in their calendar; unset fields take the
     // calendar's defaults. Nothing where the calendar can't build one.
     std::optional<Date> date() const;

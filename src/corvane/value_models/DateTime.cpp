@@ -23,14 +23,7 @@ std::optional<DateTime> DateTime::fromOptional(const std::optional<Date>& date) 
 }
 
 DateComponents DateTime::dateComponents() const {
-    DateComponents c;
-    c.year = year;
-    c.month = month;
-    c.day = day;
-    c.hour = hour;
-    c.minute = minute;
-    c.second = second;
-    return c;
+    return DateComponents::fromFields(year, month, day, hour, minute, second);
 }
 
 Date DateTime::date() const {

@@ -96,14 +96,7 @@ bool DateValues::isEmpty() const {
 }
 
 DateComponents DateValues::dateComponents() const {
-    DateComponents c;
-    c.year = year;
-    c.month = month;
-    c.day = day;
-    c.hour = hour;
-    c.minute = minute;
-    c.second = second;
-    return c;
+    return DateComponents::fromFields(year, month, day, hour, minute, second);
 }
 
 std::optional<Date> DateValues::date() const {
@@ -113,14 +106,9 @@ std::optional<Date> DateValues::date() const {
 std::optional<Date> DateValues::updateDate(const std::optional<Date>& date) const {
     if (!date) return std::nullopt;
     const DateComponents old = GregorianCalendar::components(*date);
-    DateComponents c;
-    c.year = year ? year : old.year;
-    c.month = month ? month : old.month;
-    c.day = day ? day : old.day;
-    c.hour = hour ? hour : old.hour;
-    c.minute = minute ? minute : old.minute;
-    c.second = second ? second : old.second;
-    return GregorianCalendar::date(c);
+    return GregorianCalendar::date(DateComponents::fromFields(
+        year ? year : old.year, month ? month : old.month, day ? day : old.day, hour ? hour : old.hour,
+        minute ? minute : old.minute, second ? second : old.second));
 }
 
 std::optional<Date> DateValues::shiftDate(const std::optional<Date>& date) const {

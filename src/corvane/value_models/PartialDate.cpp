@@ -19,19 +19,12 @@ std::optional<PartialDate> PartialDate::fromOptional(const std::optional<Date>& 
 }
 
 DateComponents PartialDate::dateComponents() const {
-    DateComponents c;
-    c.year = year;
-    c.month = month;
-    c.day = day;
-    return c;
+    return DateComponents::fromFields(year, month, day);
 }
 
 Date PartialDate::date() const {
-    DateComponents c = dateComponents();
-    c.hour = 0;
-    c.minute = 0;
-    c.second = 0;
-    return GregorianCalendar::date(c).value_or(Date::now());
+    return GregorianCalendar::date(DateComponents::fromFields(year, month, day, 0, 0, 0))
+        .value_or(Date::now());
 }
 
 } // namespace corvane

@@ -19,20 +19,13 @@ std::optional<PartialTime> PartialTime::fromOptional(const std::optional<Date>& 
 }
 
 DateComponents PartialTime::dateComponents() const {
-    DateComponents c;
-    c.hour = hour;
-    c.minute = minute;
-    c.second = second;
-    return c;
+    return DateComponents::fromFields(std::nullopt, std::nullopt, std::nullopt, hour, minute, second);
 }
 
 Date PartialTime::date() const {
     // A fixed day carries the time, so that the fields always name a moment.
-    DateComponents c = dateComponents();
-    c.year = 2000;
-    c.month = 1;
-    c.day = 1;
-    return GregorianCalendar::date(c).value_or(Date::now());
+    return GregorianCalendar::date(DateComponents::fromFields(2000, 1, 1, hour, minute, second))
+        .value_or(Date::now());
 }
 
 } // namespace corvane
