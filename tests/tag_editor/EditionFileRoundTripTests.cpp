@@ -1,5 +1,5 @@
 // A place and an orientation set through the editions survive a real write by ExifTool and read
-// back the same, on a JPEG (EXIF, IPTC, XMP) and on a QuickTime movie.
+// back the same, on a JPEG (EXIF, IPTC, XMP), on a HEIC photo of the corpus and on a QuickTime movie.
 
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_editor/EXIFAccessor.hpp"
@@ -13,6 +13,8 @@
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 namespace corvane {
 namespace {
@@ -90,6 +92,33 @@ TEST_F(EditionFileRoundTrip, LocationAndOrientationOnJPEG) {
     auto cleared = readEditor(jpeg);
     EXPECT_FALSE(TagEditorEditions(*cleared).gpsCoordinate());
     EXPECT_FALSE(IPTCAccessor(*cleared).iptcTextLocation());
+}
+
+// No HEIC encoder is at hand to make one, so this test works on a copy of a camera file of the
+// shared corpus, and skips where the corpus is absent.
+TEST_F(EditionFileRoundTrip, LocationOnHEIC) {
+    const char* env = std::getenv("CORVANE_CORPUS");
+    const fs::path corpus = env ? fs::path(env) : fs::path(CORVANE_SOURCE_DIR) / "../shared/corpus";
+    const fs::path original = corpus / "heic/exif-samples/IMG_5195.HEIC";
+    if (!fs::exists(original)) GTEST_SKIP() << "no HEIC file in the corpus at " << corpus;
+    const fs::path heic = folder / "photo.heic";
+    fs::copy_file(original, heic);
+
+    auto editor = readEditor(heic);
+    TagEditorEditions(*editor).setLocation(TypedTagValue<Location>::value(sydney()));
+    save(editor);
+
+    EXPECT_EQ(test::exifToolValue(heic, "EXIF:GPSLatitudeRef", true), "S");
+    EXPECT_EQ(test::exifToolValue(heic, "EXIF:GPSLongitudeRef", true), "E");
+    auto back = readEditor(heic);
+    auto exif = EXIFAccessor(*back).exifGPSLocation();
+    ASSERT_TRUE(exif);
+    EXPECT_NEAR(exif->coordinate().latitude().value(), -33.8568, 1e-6);
+    EXPECT_NEAR(exif->coordinate().longitude().value(), 151.2153, 1e-6);
+    auto xmp = XMPAccessor(*back).xmpGPSCoordinate();
+    ASSERT_TRUE(xmp);
+    EXPECT_NEAR(xmp->latitude().value(), -33.8568, 1e-6);
+    EXPECT_EQ(XMPAccessor(*back).xmpLocationCity(), "Sydney");
 }
 
 TEST_F(EditionFileRoundTrip, LocationAndOrientationOnMOV) {
