@@ -148,6 +148,26 @@ TEST(OperationQueueTest, DestructionWaitsForQueuedWork) {
     EXPECT_EQ(ran.load(), 10);
 }
 
+TEST(OperationQueueTest, DestructionFromItsOwnOperationLetsTheRestFinish) {
+    std::atomic<int> ran{0};
+    std::promise<void> added, lastRan;
+    auto queue = std::make_unique<OperationQueue>("self-destroy", 1);
+    queue->addOperation([&, whenAdded = added.get_future().share()] {
+        whenAdded.wait();
+        queue.reset();
+    });
+    for (int i = 0; i < 5; ++i)
+        queue->addOperation([&] {
+            if (++ran == 5) lastRan.set_value();
+        });
+    added.set_value();
+    ASSERT_EQ(lastRan.get_future().wait_for(10s), std::future_status::ready);
+    EXPECT_EQ(queue, nullptr);
+    // The threads end by themselves just after; give them the time to, so that a fault in their
+    // ending shows in this test.
+    std::this_thread::sleep_for(50ms);
+}
+
 TEST(SingleOperationQueueTest, RunsOneAtATimeInOrder) {
     SingleOperationQueue single;
     EXPECT_EQ(single.queue().maxConcurrentOperationCount(), 1);

@@ -133,7 +133,7 @@ TEST_F(TaskLifecycleTest, CancelledPendingTaskNeverRuns) {
 }
 
 TEST_F(TaskLifecycleTest, CancelOfRunningTaskDropsOnlyStepsNotBegun) {
-    Gate stepsMayEnd, cancelled;
+    Gate stepsMayEnd, allAdded, cancelled;
     std::atomic<int> begun{0}, lateSteps{0};
     auto task = BlockTask::make([&](BlockTask& t) {
         // Eight steps fill the queue and hold it; those behind them can't begin before the cancel.
@@ -144,10 +144,13 @@ TEST_F(TaskLifecycleTest, CancelOfRunningTaskDropsOnlyStepsNotBegun) {
             });
         for (int i = 0; i < 10; ++i)
             t.addSubprocess([&] { ++lateSteps; });
+        allAdded.open();
         cancelled.wait();
     });
 
     std::thread runner([&] { task->perform(); });
+    // The cancel must come after every step is queued: a step added later is queued anew.
+    EXPECT_TRUE(allAdded.wait());
     while (begun.load() < AbstractTask::maxConcurrentSubprocesses)
         std::this_thread::sleep_for(1ms);
     task->cancel();

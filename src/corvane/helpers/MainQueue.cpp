@@ -5,8 +5,10 @@
 namespace corvane {
 
 MainQueue& MainQueue::shared() {
-    static MainQueue queue;
-    return queue;
+    // Never destroyed: threads of never-destroyed queues (the task manager's) may still post
+    // while the process exits.
+    static auto* queue = new MainQueue();
+    return *queue;
 }
 
 void MainQueue::async(Job job) {

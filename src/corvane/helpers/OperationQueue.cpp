@@ -128,9 +128,10 @@ OperationQueue::~OperationQueue() {
         state_->workAvailable.notify_all();
         if (isCurrentQueue()) {
             // Destroyed from its own operation: let the threads finish alone.
+            // Their records stay in the list, which the threads share through
+            // the state, since each one marks its record when it ends.
             for (auto& w : state_->workers)
                 w.thread.detach();
-            state_->workers.clear();
             return;
         }
         state_->allDone.wait(lock, [this] { return state_->isEmpty(); });
