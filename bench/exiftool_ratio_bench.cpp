@@ -4,10 +4,16 @@
 //
 // Makes FILE_COUNT (default 1000) copies of a tagged JPEG in a temporary folder, then times, ROUNDS
 // times each (default 3, best time kept):
-//   read:  ImportTagEditorsTask over all files  /  exiftool -s -n -e -g0:1 -j over the same files;
-//   write: SaveTagEditorsTask of one edited tag per file  /  exiftool importing the same values
-//          from a JSON file (-json=FILE) with the writer's options.
+//   read:  ImportTagEditorsTask over all files  /  the plain command a user would run for the same
+//          records, "exiftool -j -g0:1 FILES";
+//   write: SaveTagEditorsTask of one edited tag per file  /  "exiftool -json=FILE FILES" importing
+//          the same values.
 // and prints both ratios. A ratio of 1.10 means Corvane takes 10% longer than ExifTool alone.
+// Corvane's own runs add options: "-s -n -e" (short names, raw values, no composite tags) and
+// "-progress" with echoed markers to read; "-m -overwrite_original -G -s -n -f -XMP:XMPToolkit="
+// and the same progress options to write. A second line per direction gives the ratio against
+// ExifTool run with those options too (without the progress options), so that neither the user's
+// command nor Corvane's choice of options hides a cost.
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
@@ -18,6 +24,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -54,22 +61,28 @@ const std::vector<std::uint8_t> sampleJPEG = {
     0x14, 0x10, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
     0x00, 0x00, 0x00, 0xFF, 0xDA, 0x00, 0x08, 0x01, 0x01, 0x00, 0x00, 0x3F, 0x00, 0x3F, 0xFF, 0xD9};
 
-std::string quoted(const std::string& text) {
-    std::string result = "'";
-    for (char c : text)
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return result + "'";
+// Appends the text as one single-quoted shell word.
+void appendQuoted(std::string& command, const std::string& text) {
+    command.push_back('\'');
+    for (char c : text) {
+        if (c == '\'')
+            command.append("'\\''");
+        else
+            command.push_back(c);
+    }
+    command.push_back('\'');
 }
 
-// Runs ExifTool with an argument file, reading all its output as the engines do. Throws when it fails.
-std::size_t runExifTool(const std::vector<std::string>& arguments, const fs::path& argFile) {
-    {
-        std::ofstream out(argFile, std::ios::binary | std::ios::trunc);
-        for (const auto& argument : arguments)
-            out << argument << '\n';
+// Runs ExifTool with the arguments on its command line, reading all its output as the engines do.
+// Throws when it fails.
+std::size_t runExifTool(const std::vector<std::string>& arguments) {
+    std::string command;
+    appendQuoted(command, ETProcess::executableURL().string());
+    for (const auto& argument : arguments) {
+        command.push_back(' ');
+        appendQuoted(command, argument);
     }
-    const std::string command =
-        quoted(ETProcess::executableURL().string()) + " -@ " + quoted(argFile.string()) + " 2>/dev/null";
+    command.append(" 2>/dev/null");
     FILE* pipe = popen(command.c_str(), "r");
     if (!pipe) throw std::runtime_error("can't start exiftool");
     std::size_t total = 0;
@@ -86,10 +99,42 @@ double seconds(Clock::duration d) {
     return std::chrono::duration<double>(d).count();
 }
 
-double timed(const std::function<void()>& work) {
+double seconds(const timeval& t) {
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
+}
+
+// Processor time of this process and of its children that have ended, user and system.
+double processorTime() {
+    rusage self{}, children{};
+    getrusage(RUSAGE_SELF, &self);
+    getrusage(RUSAGE_CHILDREN, &children);
+    return seconds(self.ru_utime) + seconds(self.ru_stime) + seconds(children.ru_utime) +
+           seconds(children.ru_stime);
+}
+
+// Wall-clock and processor time of a piece of work. On a shared machine the wall clock also counts
+// waiting for a processor; the processor time doesn't.
+struct Cost {
+    double wall = std::numeric_limits<double>::max();
+    double cpu = std::numeric_limits<double>::max();
+
+    void keepBest(const Cost& other) {
+        wall = std::min(wall, other.wall);
+        cpu = std::min(cpu, other.cpu);
+    }
+};
+
+Cost timed(const std::function<void()>& work) {
     const auto start = Clock::now();
+    const double cpuStart = processorTime();
     work();
-    return seconds(Clock::now() - start);
+    return {seconds(Clock::now() - start), processorTime() - cpuStart};
+}
+
+void printRatio(const char* label, const Cost& corvane, const Cost& exiftool) {
+    std::printf("%s corvane %.3f s (cpu %.3f s)   exiftool %.3f s (cpu %.3f s)   ratio %.3f (cpu %.3f)\n",
+                label, corvane.wall, corvane.cpu, exiftool.wall, exiftool.cpu, corvane.wall / exiftool.wall,
+                corvane.cpu / exiftool.cpu);
 }
 
 std::vector<std::shared_ptr<TagEditor>> importAll(const std::vector<TagStorageSource>& sources) {
@@ -109,7 +154,6 @@ int main(int argc, char** argv) {
 
     const fs::path folder = fs::temp_directory_path() / ("corvane-ratio-bench-" + std::to_string(getpid()));
     fs::create_directories(folder);
-    const fs::path argFile = folder / "args.txt";
     try {
         // One tagged sample, copied.
         const fs::path sample = folder / "sample.jpg";
@@ -120,8 +164,7 @@ int main(int argc, char** argv) {
                      "-EXIF:Model=Ratio", "-EXIF:DateTimeOriginal=2021:02:03 04:05:06",
                      "-EXIF:GPSLatitude=40.5", "-EXIF:GPSLatitudeRef=N", "-XMP:Title=Sample title",
                      "-XMP:Subject=one", "-XMP:Subject=two", "-IPTC:Keywords=alpha", "-IPTC:Keywords=beta",
-                     "-IPTC:Caption-Abstract=A caption", sample.string()},
-                    argFile);
+                     "-IPTC:Caption-Abstract=A caption", sample.string()});
         const fs::path files = folder / "files";
         fs::create_directories(files);
         std::vector<fs::path> paths;
@@ -134,66 +177,70 @@ int main(int argc, char** argv) {
             sources.emplace_back(paths.back());
         }
 
-        // Read. ExifTool gets the reader's own options: short names, raw values, no composite
-        // tags, groups of families 0 and 1, JSON.
-        std::vector<std::string> readArguments = {"-s", "-n", "-e", "-g0:1", "-j"};
-        readArguments.insert(readArguments.end(), {"--"});
-        for (const auto& path : paths)
-            readArguments.push_back(path.string());
-        double corvaneRead = std::numeric_limits<double>::max(), exiftoolRead = corvaneRead;
+        // Read: the user's plain command, and the same with the reader's options.
+        std::vector<std::string> plainRead = {"-j", "-g0:1", "--"};
+        std::vector<std::string> optionRead = {"-s", "-n", "-e", "-g0:1", "-j", "--"};
+        for (const auto& path : paths) {
+            plainRead.push_back(path.string());
+            optionRead.push_back(path.string());
+        }
+        Cost corvaneRead, exiftoolRead, exiftoolOptionRead;
         std::size_t editorCount = 0;
         for (int round = 0; round < rounds; ++round) {
-            exiftoolRead = std::min(exiftoolRead, timed([&] { runExifTool(readArguments, argFile); }));
-            corvaneRead = std::min(corvaneRead, timed([&] { editorCount = importAll(sources).size(); }));
+            exiftoolRead.keepBest(timed([&] { runExifTool(plainRead); }));
+            exiftoolOptionRead.keepBest(timed([&] { runExifTool(optionRead); }));
+            corvaneRead.keepBest(timed([&] { editorCount = importAll(sources).size(); }));
         }
         if (editorCount != fileCount) throw std::runtime_error("the import missed files");
 
-        // Write one tag per file, with a new value each round so that every run changes the files.
+        // Write one tag per file, with a new value each run so that every run changes the files.
         const TagName artist = *TagName::fromRawValue("EXIF:Artist");
         const std::string toolkit = KitSettings::shared().xmpToolkit();
-        double corvaneWrite = std::numeric_limits<double>::max(), exiftoolWrite = corvaneWrite;
+        const fs::path jsonFile = folder / "import.json";
+        auto exiftoolWrite = [&](const std::string& label, std::vector<std::string> options) {
+            return timed([&] {
+                nlohmann::json records = nlohmann::json::array();
+                for (std::size_t i = 0; i < fileCount; ++i)
+                    records.push_back({{"SourceFile", paths[i].string()},
+                                       {"EXIF:Artist", label + "/" + std::to_string(i)}});
+                std::ofstream(jsonFile) << records.dump(4);
+                options.push_back("-json=" + jsonFile.string());
+                options.push_back("--");
+                for (const auto& path : paths)
+                    options.push_back(path.string());
+                runExifTool(options);
+            });
+        };
+        Cost corvaneWrite, exiftoolWriteTime, exiftoolOptionWrite;
         for (int round = 0; round < rounds; ++round) {
-            exiftoolWrite =
-                std::min(exiftoolWrite, timed([&] {
-                             nlohmann::json records = nlohmann::json::array();
-                             for (std::size_t i = 0; i < fileCount; ++i)
-                                 records.push_back({{"SourceFile", paths[i].string()},
-                                                    {"EXIF:Artist", "ExifTool " + std::to_string(round) +
-                                                                        "/" + std::to_string(i)}});
-                             const fs::path jsonFile = folder / "import.json";
-                             std::ofstream(jsonFile) << records.dump(4);
-                             std::vector<std::string> arguments = {"-m",
-                                                                   "-overwrite_original",
-                                                                   "-G",
-                                                                   "-s",
-                                                                   "-n",
-                                                                   "-f",
-                                                                   "-XMP:XMPToolkit=" + toolkit,
-                                                                   "-json=" + jsonFile.string(),
-                                                                   "--"};
-                             for (const auto& path : paths)
-                                 arguments.push_back(path.string());
-                             runExifTool(arguments, argFile);
-                         }));
+            const std::string r = std::to_string(round);
+            // Plain ExifTool keeps "_original" copies: removed before each run, as a user would.
+            for (const auto& path : paths)
+                fs::remove(fs::path(path.string() + "_original"));
+            exiftoolWriteTime.keepBest(exiftoolWrite("ExifTool " + r, {}));
+            for (const auto& path : paths)
+                fs::remove(fs::path(path.string() + "_original"));
+            exiftoolOptionWrite.keepBest(
+                exiftoolWrite("Options " + r, {"-m", "-overwrite_original", "-G", "-s", "-n", "-f",
+                                               "-XMP:XMPToolkit=" + toolkit}));
 
             auto editors = importAll(sources); // not timed: the save starts from open editors
             for (std::size_t i = 0; i < editors.size(); ++i)
-                editors[i]->setValue("Corvane " + std::to_string(round) + "/" + std::to_string(i), artist);
-            corvaneWrite =
-                std::min(corvaneWrite, timed([&] {
-                             auto task = SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(editors));
-                             task->perform();
-                             MainQueue::shared().drain();
-                             if (!task->errors().empty())
-                                 throw std::runtime_error("save failed: " + task->errorListDescription());
-                         }));
+                editors[i]->setValue("Corvane " + r + "/" + std::to_string(i), artist);
+            corvaneWrite.keepBest(timed([&] {
+                auto task = SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(editors));
+                task->perform();
+                MainQueue::shared().drain();
+                if (!task->errors().empty())
+                    throw std::runtime_error("save failed: " + task->errorListDescription());
+            }));
         }
 
         std::printf("files: %zu, rounds: %d (best of each)\n", fileCount, rounds);
-        std::printf("read   corvane %.3f s   exiftool %.3f s   ratio %.3f\n", corvaneRead, exiftoolRead,
-                    corvaneRead / exiftoolRead);
-        std::printf("write  corvane %.3f s   exiftool %.3f s   ratio %.3f\n", corvaneWrite, exiftoolWrite,
-                    corvaneWrite / exiftoolWrite);
+        printRatio("read  (exiftool -j -g0:1)                ", corvaneRead, exiftoolRead);
+        printRatio("read  (exiftool with the reader's options)", corvaneRead, exiftoolOptionRead);
+        printRatio("write (exiftool -json=FILE)               ", corvaneWrite, exiftoolWriteTime);
+        printRatio("write (exiftool with the writer's options)", corvaneWrite, exiftoolOptionWrite);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "exiftool_ratio_bench: %s\n", e.what());
         fs::remove_all(folder);

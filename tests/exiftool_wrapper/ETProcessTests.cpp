@@ -245,6 +245,72 @@ TEST(ETProcess, ReportsProgressAsFilesAreDone) {
     EXPECT_EQ(exifToolValue(files[5], "EXIF:Artist"), "P");
 }
 
+// JSON output asks for ExifTool's window-title progress, which leaves its output buffered: progress
+// still moves file by file, and the title reports don't reach the error text.
+TEST(ETProcess, ReadsReportProgressWithoutTouchingTheirOutput) {
+    TemporaryFolder folder;
+    Paths files;
+    for (int i = 0; i < 30; ++i)
+        files.push_back(makeJPEG(folder / ("r" + std::to_string(i) + ".jpg")));
+    auto input = readInput(files);
+    std::vector<double> seen;
+    input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
+    const auto output = ETProcess::run(input);
+    ASSERT_NO_THROW(output.throwIfErrors()) << output.errorText();
+    EXPECT_THAT(output.arguments(), ::testing::Contains("-progress:%r"));
+    EXPECT_EQ(parse(output).size(), files.size());
+    EXPECT_EQ(output.errorText().find('\x1b'), std::string::npos);
+    EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
+    ASSERT_GE(seen.size(), 2u);
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+    EXPECT_LT(seen.front(), 1.0);
+    EXPECT_DOUBLE_EQ(seen.back(), 1.0);
+}
+
+// Groups that import from one JSON file share a command: each file gets its own record, a file that
+// fails is reported under its path and doesn't stop the others, and progress still counts files.
+TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
+    TemporaryFolder folder;
+    Paths files;
+    for (int i = 0; i < 5; ++i)
+        files.push_back(makeJPEG(folder / ("f" + std::to_string(i) + ".jpg")));
+    std::vector<std::uint8_t> noise(300);
+    for (std::size_t i = 0; i < noise.size(); ++i)
+        noise[i] = static_cast<std::uint8_t>(i * 37 + 11);
+    files[2] = writeBytes(folder / "broken - f2.jpg", noise);
+    const auto other = makeJPEG(folder / "other.jpg");
+
+    auto records = nlohmann::json::array();
+    for (std::size_t i = 0; i < files.size(); ++i)
+        records.push_back({{"SourceFile", files[i].string()}, {"EXIF:Artist", "A" + std::to_string(i)}});
+    const auto json = folder / "values.json";
+    std::ofstream(json) << records.dump();
+    const auto otherJSON = folder / "other.json";
+    std::ofstream(otherJSON)
+        << nlohmann::json::array({{{"SourceFile", other.string()}, {"EXIF:Artist", "O"}}}).dump();
+
+    auto input = writeInput(files, {"-json=" + json.string()}, true);
+    // Another import file: a command of its own.
+    input.addGroup(writeInput({other}, {"-json=" + otherJSON.string()}, true).groups().front());
+    std::vector<double> seen;
+    input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
+    const auto output = ETProcess::run(input);
+
+    const auto& arguments = output.arguments();
+    EXPECT_EQ(std::count(arguments.begin(), arguments.end(), "-json=" + json.string()), 1);
+    EXPECT_EQ(std::count(arguments.begin(), arguments.end(), "-execute"), 1);
+    for (std::size_t i : {0u, 1u, 3u, 4u})
+        EXPECT_EQ(exifToolValue(files[i], "EXIF:Artist"), "A" + std::to_string(i)) << i;
+    EXPECT_EQ(exifToolValue(other, "EXIF:Artist"), "O");
+    const auto errors = output.errors();
+    ASSERT_EQ(errors.size(), 1u) << output.errorText();
+    EXPECT_EQ(errors[0].path, files[2]);
+    EXPECT_THROW(output.throwIfErrors(), ETOutputException);
+    ASSERT_FALSE(seen.empty());
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+    EXPECT_DOUBLE_EQ(seen.back(), 1.0);
+}
+
 TEST(ETProcess, MinorErrorsFailUnlessIgnored) {
     TemporaryFolder folder;
     const auto strict = makeJPEGWithMinorExifDefect(folder / "strict - copy.jpg");
@@ -385,7 +451,8 @@ TEST(ETProcess, LogsItsTrafficWhenTheDebugLogIsOn) {
     KitDebugger::shared().disableLog();
     std::ifstream in(log);
     const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    EXPECT_THAT(text, HasSubstr("EXIFTOOL ARGS -progress -password ******** -j -FileType " + file.string()));
+    EXPECT_THAT(text,
+                HasSubstr("EXIFTOOL ARGS -progress:%r -password ******** -j -FileType " + file.string()));
     EXPECT_THAT(text, HasSubstr("EXIFTOOL ERR Error: \n"));
     EXPECT_THAT(text, HasSubstr("EXIFTOOL OUT Output: [{"));
     EXPECT_THAT(text, HasSubstr("\"FileType\": \"JPEG\""));

@@ -168,7 +168,88 @@ std::optional<Date> DateTimeValueConverter::parse(const std::string& text, const
     return Date::fromUDate(udate);
 }
 
+namespace {
+
+// A non-negative value in at least `width` digits.
+void appendDigits(std::string& out, int32_t value, int width) {
+    char buffer[12];
+    int n = 0;
+    do {
+        buffer[n++] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value > 0 && n < 11);
+    while (n < width && n < 11)
+        buffer[n++] = '0';
+    while (n > 0)
+        out += buffer[--n];
+}
+
+// The catalogue's patterns ("yyyy:MM:dd HH:mm:ss", with "ZZZZZ", or a date or time alone) written
+// from the strict calendar's fields, as ICU's formatter would write them, without its per-field
+// number formatting (most of the cost of reading a file's dates). Gives false for anything else:
+// other pattern letters or quotes, years outside 1...9999, offsets with seconds.
+bool formatWorkingShape(Date date, const std::string& pattern, std::string& out) {
+    icu::Calendar* calendar = threadFormatting().strictCalendar();
+    if (!calendar) return false;
+    UErrorCode status = U_ZERO_ERROR;
+    calendar->setTime(date.udate(), status);
+    const int32_t era = calendar->get(UCAL_ERA, status);
+    const int32_t year = calendar->get(UCAL_YEAR, status);
+    if (U_FAILURE(status) || era != 1 || year < 1 || year > 9999) return false;
+    out.reserve(pattern.size() + 4);
+    for (std::size_t i = 0; i < pattern.size();) {
+        const char c = pattern[i];
+        std::size_t run = 1;
+        while (i + run < pattern.size() && pattern[i + run] == c)
+            ++run;
+        UCalendarDateFields field;
+        if (c == 'y' && run == 4)
+            field = UCAL_YEAR;
+        else if (c == 'M' && run == 2)
+            field = UCAL_MONTH;
+        else if (c == 'd' && run == 2)
+            field = UCAL_DATE;
+        else if (c == 'H' && run == 2)
+            field = UCAL_HOUR_OF_DAY;
+        else if (c == 'm' && run == 2)
+            field = UCAL_MINUTE;
+        else if (c == 's' && run == 2)
+            field = UCAL_SECOND;
+        else if (c == 'Z' && run == 5) {
+            // ISO 8601 extended offset: "Z" for UTC, else "+HH:mm".
+            const int32_t offset =
+                calendar->get(UCAL_ZONE_OFFSET, status) + calendar->get(UCAL_DST_OFFSET, status);
+            if (U_FAILURE(status) || offset % 60000 != 0) return false;
+            if (offset == 0) {
+                out += 'Z';
+            } else {
+                const int32_t minutes = (offset < 0 ? -offset : offset) / 60000;
+                out += offset < 0 ? '-' : '+';
+                appendDigits(out, minutes / 60, 2);
+                out += ':';
+                appendDigits(out, minutes % 60, 2);
+            }
+            i += run;
+            continue;
+        } else if ((c == ':' || c == ' ' || c == '-') && run == 1) {
+            out += c;
+            i += run;
+            continue;
+        } else {
+            return false;
+        }
+        const int32_t value = calendar->get(field, status) + (field == UCAL_MONTH ? 1 : 0);
+        if (U_FAILURE(status)) return false;
+        appendDigits(out, value, static_cast<int>(run));
+        i += run;
+    }
+    return true;
+}
+
+} // namespace
+
 std::string DateTimeValueConverter::format(Date date, const std::string& pattern) {
+    if (std::string text; formatWorkingShape(date, pattern, text)) return text;
     icu::SimpleDateFormat* formatter = threadFormatting().formatter(pattern);
     if (!formatter) return {};
     icu::UnicodeString output;

@@ -15,8 +15,10 @@ namespace corvane {
 class ETProcess;
 
 // What one ExifTool run does: an ordered list of argument groups, each acting on one file or folder,
-// plus the callbacks of the run. Groups that may share a command (`soloRun` false, same options) are
-// run together; every other group is a command of its own within the same ExifTool process.
+// plus the callbacks of the run. Consecutive groups that may share a command and have the same options
+// are run together: those with `soloRun` false, and those that import their values from the same
+// file ("-json=FILE", "-csv=FILE"), since ExifTool applies each target's own record of that file.
+// Every other group is a command of its own within the same ExifTool process.
 class ETInput {
 public:
     using Handler = std::function<void(ETProcess&)>;

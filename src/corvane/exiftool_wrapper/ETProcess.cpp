@@ -1,11 +1,13 @@
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <poll.h>
@@ -108,21 +110,34 @@ struct Command {
     std::vector<std::string> targets;
     std::vector<std::string> folderTargets;
     bool ignoreMinorErrors = false;
-    bool soloRun = true;
+    // Later groups with the same arguments may add their targets to this command.
+    bool joinable = false;
 };
+
+// Whether the arguments import tag values from a file ("-json=FILE", "-csv=FILE"). ExifTool reads such
+// a file once per command and applies to each target the record whose SourceFile names it (plus a
+// "*" record, if any), so the outcome for a target doesn't depend on the other targets of the
+// command: groups that import from the same file with the same options can share one command even
+// when they are meant to run alone. Run apart, each group would read the whole file again.
+bool importsRecordsPerTarget(const std::vector<std::string>& arguments) {
+    return std::any_of(arguments.begin(), arguments.end(), [](const std::string& argument) {
+        return argument.starts_with("-json=") || argument.starts_with("-csv=");
+    });
+}
 
 std::vector<Command> planCommands(const ETInput& input) {
     std::vector<Command> commands;
     for (const auto& group : input.groups()) {
         auto args = group.commandArguments();
-        const bool joinable = !group.soloRun && group.url && !commands.empty() && !commands.back().soloRun &&
-                              commands.back().arguments == args &&
-                              commands.back().ignoreMinorErrors == group.ignoreMinorErrors;
-        if (!joinable) {
+        const bool joinable = group.url && (!group.soloRun || importsRecordsPerTarget(args));
+        const bool joins = joinable && !commands.empty() && commands.back().joinable &&
+                           commands.back().ignoreMinorErrors == group.ignoreMinorErrors &&
+                           commands.back().arguments == args;
+        if (!joins) {
             Command command;
             command.arguments = std::move(args);
             command.ignoreMinorErrors = group.ignoreMinorErrors;
-            command.soloRun = group.soloRun || !group.url;
+            command.joinable = joinable;
             commands.push_back(std::move(command));
         }
         if (group.url) {
@@ -185,6 +200,27 @@ std::vector<std::string_view> splitLines(std::string_view text) {
     return lines;
 }
 
+constexpr std::string_view titleStart = "\x1b]0;";
+
+// "n/N" of a window-title report.
+std::optional<std::pair<long, long>> titleCounts(std::string_view title) {
+    const auto slash = title.find('/');
+    if (slash == std::string_view::npos || slash == 0 || slash + 1 >= title.size()) return std::nullopt;
+    auto number = [](std::string_view digits) -> std::optional<long> {
+        if (digits.size() > 18) return std::nullopt;
+        long value = 0;
+        for (char c : digits) {
+            if (c < '0' || c > '9') return std::nullopt;
+            value = value * 10 + (c - '0');
+        }
+        return value;
+    };
+    const auto count = number(title.substr(0, slash));
+    const auto total = number(title.substr(slash + 1));
+    if (!count || !total) return std::nullopt;
+    return std::make_pair(*count, *total);
+}
+
 // Number of lines, from `index`, that form one progress report; 0 when the line doesn't start one.
 std::size_t progressLineSpan(const std::vector<std::string_view>& lines, std::size_t index) {
     if (lines[index].substr(0, progressPrefix.size()) != progressPrefix) return 0;
@@ -226,6 +262,66 @@ struct RunState {
         std::size_t scanned = 0;
         std::size_t command = 0;
         int pendingProgressLines = 0;
+        // Window-title progress reports taken out of the text: where they stood, "n/N".
+        struct Title {
+            std::size_t position;
+            long count, total;
+        };
+        std::vector<Title> titles;
+        std::size_t nextTitle = 0;
+        // The start of a title report cut by the end of a read.
+        std::string carry;
+
+        // Appends what was read, taking out the window-title reports of "-progress:%r":
+        // "ESC ] 0 ; n/N BEL", printed without a line break as each file starts.
+        void append(std::string_view data) {
+            std::string joined;
+            if (!carry.empty()) {
+                joined = std::move(carry) + std::string(data);
+                carry.clear();
+                data = joined;
+            }
+            constexpr std::string_view start = titleStart;
+            std::size_t i = 0;
+            while (i < data.size()) {
+                const auto q = data.find('\x1b', i);
+                if (q == std::string_view::npos) {
+                    text.append(data.substr(i));
+                    return;
+                }
+                text.append(data.substr(i, q - i));
+                const auto rest = data.substr(q);
+                if (rest.size() < start.size() && start.starts_with(rest)) {
+                    carry = std::string(rest);
+                    return;
+                }
+                if (!rest.starts_with(start)) {
+                    text.push_back('\x1b');
+                    i = q + 1;
+                    continue;
+                }
+                const auto end = rest.find('\x07', start.size());
+                if (end == std::string_view::npos) {
+                    // A title is short; anything longer isn't one.
+                    if (rest.size() < 256) {
+                        carry = std::string(rest);
+                        return;
+                    }
+                    text.push_back('\x1b');
+                    i = q + 1;
+                    continue;
+                }
+                if (auto counts = titleCounts(rest.substr(start.size(), end - start.size())))
+                    titles.push_back({text.size(), counts->first, counts->second});
+                i = q + end + 1;
+            }
+        }
+
+        // At the end of the stream: a cut title start is text after all.
+        void flush() {
+            text.append(carry);
+            carry.clear();
+        }
     };
 
     std::vector<Command> commands;
@@ -233,10 +329,18 @@ struct RunState {
     std::string token;
     Stream out, err;
 
-    std::string marker(std::size_t k) const { return "{ready-" + token + "-" + std::to_string(k) + "}"; }
+    // "{ready-TOKEN-", made once: every output line is tested against it.
+    std::string markerPrefix;
+
+    void setToken(std::string text) {
+        token = std::move(text);
+        markerPrefix = "{ready-" + token + "-";
+    }
+
+    std::string marker(std::size_t k) const { return markerPrefix + std::to_string(k) + "}"; }
 
     std::optional<std::size_t> markerIndex(std::string_view line) const {
-        const std::string prefix = "{ready-" + token + "-";
+        const std::string_view prefix = markerPrefix;
         if (line.size() <= prefix.size() + 1 || line.substr(0, prefix.size()) != prefix || line.back() != '}')
             return std::nullopt;
         return std::strtoul(std::string(line.substr(prefix.size())).c_str(), nullptr, 10);
@@ -256,6 +360,18 @@ struct RunState {
         bool moved = false;
         for (;;) {
             const auto nl = s.text.find('\n', s.scanned);
+            // Title reports up to the end of the next line belong to the command under way: a
+            // marker line moves on to the next command only after its line break.
+            while (s.nextTitle < s.titles.size() &&
+                   (nl == std::string::npos || s.titles[s.nextTitle].position <= nl)) {
+                const auto& title = s.titles[s.nextTitle++];
+                if (s.command < progress.size()) {
+                    auto& p = progress[s.command];
+                    p.total = std::max<double>(static_cast<double>(title.total), 1);
+                    p.done = static_cast<double>(title.count - 1);
+                    moved = true;
+                }
+            }
             if (nl == std::string::npos) break;
             const std::string_view line(s.text.data() + s.scanned, nl - s.scanned);
             s.scanned = nl + 1;
@@ -339,9 +455,152 @@ std::string joinOutputs(const std::vector<std::string>& chunks) {
     return out;
 }
 
-// Reads the errors and warnings that ExifTool puts in JSON output (read failures go there rather than
+// Finds the errors and warnings that ExifTool puts in JSON output (read failures go there rather than
 // to standard error): a top-level "Error"/"Warning", "ExifTool:Error" with "-G", or an entry of the
-// ExifTool group with "-g".
+// ExifTool group with "-g". Streams through the output without building a document: most files
+// carry a warning, so the whole output is read, and a tree of it would cost as much as the storage
+// decoding itself. Reports come per record in the order of their keys, a repeated key keeping its
+// last value; output that isn't one valid JSON array reports nothing.
+class JSONMessageCollector {
+public:
+    using json = nlohmann::json;
+
+    struct Report {
+        ETFileMessage::Kind kind;
+        std::string text;
+        std::optional<std::filesystem::path> path;
+    };
+
+    std::vector<Report> takeReports() { return std::move(reports_); }
+
+    bool null() { return scalar(json(nullptr)); }
+    bool boolean(bool value) { return scalar(json(value)); }
+    bool number_integer(json::number_integer_t value) { return scalar(json(value)); }
+    bool number_unsigned(json::number_unsigned_t value) { return scalar(json(value)); }
+    bool number_float(json::number_float_t value, const json::string_t&) { return scalar(json(value)); }
+    bool binary(json::binary_t&) { return scalar(json()); }
+    bool string(json::string_t& value) {
+        if (capture_.empty() && depth_ == 2 && key_ == "SourceFile") sourceFile_ = value;
+        return scalar(json(std::move(value)));
+    }
+
+    bool start_object(std::size_t) { return open(json::object()); }
+    bool start_array(std::size_t) { return open(json::array()); }
+    bool end_object() { return close(); }
+    bool end_array() { return close(); }
+
+    bool key(json::string_t& key) {
+        if (!capture_.empty()) {
+            captureKey_ = key;
+            return true;
+        }
+        if (depth_ == 2)
+            key_ = key;
+        else if (depth_ == 3)
+            innerKey_ = key;
+        return true;
+    }
+
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) { return false; }
+
+private:
+    // Whether the value about to come is a report, and of which kind.
+    std::optional<ETFileMessage::Kind> reportKind() const {
+        if (skipRecord_) return std::nullopt;
+        if (depth_ == 2) {
+            if (key_ == "Error" || key_ == "ExifTool:Error") return ETFileMessage::Kind::error;
+            if (key_ == "Warning" || key_ == "ExifTool:Warning") return ETFileMessage::Kind::warning;
+        } else if (depth_ == 3 && inExifToolGroup_) {
+            if (innerKey_ == "Error") return ETFileMessage::Kind::error;
+            if (innerKey_ == "Warning") return ETFileMessage::Kind::warning;
+        }
+        return std::nullopt;
+    }
+
+    void store(json value) {
+        const auto kind = *reportKind();
+        std::string text = value.is_string() ? value.get<std::string>() : value.dump();
+        pending_.insert_or_assign(std::make_pair(key_, depth_ == 3 ? innerKey_ : std::string()),
+                                  Report{kind, std::move(text), std::nullopt});
+    }
+
+    bool scalar(json value) {
+        if (!capture_.empty()) {
+            insertCaptured(std::move(value));
+            return true;
+        }
+        if (depth_ == 0) return true;
+        if (reportKind()) store(std::move(value));
+        return true;
+    }
+
+    bool open(json container) {
+        if (!capture_.empty()) {
+            capture_.push_back(std::move(container));
+            return true;
+        }
+        // A structured report value is kept whole, as its text is its JSON.
+        if (reportKind()) {
+            capture_.push_back(std::move(container));
+            return true;
+        }
+        ++depth_;
+        if (depth_ == 2) {
+            if (!container.is_object()) {
+                skipRecord_ = true;
+            } else {
+                skipRecord_ = false;
+                pending_.clear();
+                sourceFile_.reset();
+                key_.clear();
+            }
+        } else if (depth_ == 3) {
+            inExifToolGroup_ = container.is_object() && key_.rfind("ExifTool", 0) == 0;
+            innerKey_.clear();
+        }
+        return true;
+    }
+
+    bool close() {
+        if (!capture_.empty()) {
+            json done = std::move(capture_.back());
+            capture_.pop_back();
+            if (!capture_.empty())
+                insertCaptured(std::move(done));
+            else
+                store(std::move(done));
+            return true;
+        }
+        if (depth_ == 2 && !skipRecord_) {
+            for (auto& [keys, report] : pending_) {
+                report.path = sourceFile_;
+                reports_.push_back(std::move(report));
+            }
+            pending_.clear();
+        }
+        if (depth_ == 3) inExifToolGroup_ = false;
+        --depth_;
+        return true;
+    }
+
+    void insertCaptured(json value) {
+        auto& container = capture_.back();
+        if (container.is_object())
+            container[captureKey_] = std::move(value);
+        else
+            container.push_back(std::move(value));
+    }
+
+    int depth_ = 0;
+    bool skipRecord_ = false;
+    bool inExifToolGroup_ = false;
+    std::string key_, innerKey_, captureKey_;
+    std::vector<json> capture_;
+    std::optional<std::filesystem::path> sourceFile_;
+    std::map<std::pair<std::string, std::string>, Report> pending_;
+    std::vector<Report> reports_;
+};
+
 void collectJSONMessages(const std::string& chunk, const Command& command,
                          std::vector<ETFileMessage>& messages, std::vector<ETFileMessage>& excused) {
     if (chunk.find("\"Error\"") == std::string::npos && chunk.find("\"Warning\"") == std::string::npos &&
@@ -349,42 +608,21 @@ void collectJSONMessages(const std::string& chunk, const Command& command,
         return;
     const auto t = trimmed(chunk);
     if (t.empty() || t.front() != '[') return;
-    const auto json = nlohmann::json::parse(t.begin(), t.end(), nullptr, false);
-    if (!json.is_array()) return;
-    for (const auto& object : json) {
-        if (!object.is_object()) continue;
-        std::optional<std::filesystem::path> path;
-        if (auto it = object.find("SourceFile"); it != object.end() && it->is_string())
-            path = it->get<std::string>();
-        auto report = [&](const nlohmann::json& value, ETFileMessage::Kind kind) {
-            ETFileMessage m;
-            m.kind = kind;
-            m.text = value.is_string() ? value.get<std::string>() : value.dump();
-            if (m.text.rfind("[minor] ", 0) == 0 || m.text.rfind("[Minor] ", 0) == 0) {
-                m.minor = true;
-                m.text.erase(0, 8);
-            }
-            m.path = path;
-            if (kind == ETFileMessage::Kind::error && command.ignoreMinorErrors)
-                excused.push_back(std::move(m));
-            else
-                messages.push_back(std::move(m));
-        };
-        for (auto it = object.begin(); it != object.end(); ++it) {
-            const auto& key = it.key();
-            if (key == "Error" || key == "ExifTool:Error") {
-                report(it.value(), ETFileMessage::Kind::error);
-            } else if (key == "Warning" || key == "ExifTool:Warning") {
-                report(it.value(), ETFileMessage::Kind::warning);
-            } else if (it.value().is_object() && key.rfind("ExifTool", 0) == 0) {
-                for (auto g = it.value().begin(); g != it.value().end(); ++g) {
-                    if (g.key() == "Error")
-                        report(g.value(), ETFileMessage::Kind::error);
-                    else if (g.key() == "Warning")
-                        report(g.value(), ETFileMessage::Kind::warning);
-                }
-            }
+    JSONMessageCollector collector;
+    if (!nlohmann::json::sax_parse(t, &collector)) return;
+    for (auto& report : collector.takeReports()) {
+        ETFileMessage m;
+        m.kind = report.kind;
+        m.text = std::move(report.text);
+        if (m.text.rfind("[minor] ", 0) == 0 || m.text.rfind("[Minor] ", 0) == 0) {
+            m.minor = true;
+            m.text.erase(0, 8);
         }
+        m.path = std::move(report.path);
+        if (m.kind == ETFileMessage::Kind::error && command.ignoreMinorErrors)
+            excused.push_back(std::move(m));
+        else
+            messages.push_back(std::move(m));
     }
 }
 
@@ -516,6 +754,21 @@ bool flushArgfile(ArgumentPlan& plan, std::string& text) {
     return true;
 }
 
+// "-progress" prints a line per file, but also makes ExifTool flush its standard output at every
+// printed line: a write, and a wake-up of this process, per line of JSON, which costs more than
+// reading the file. A command that prints JSON ("-j") therefore asks for the window-title form
+// instead, which reports each file read as "n/N" on standard error and leaves the output buffered.
+// ExifTool gives that form only while reading, so any other command keeps "-progress".
+std::string progressOption(const std::vector<std::string>& arguments) {
+    const bool printsJSON = std::any_of(arguments.begin(), arguments.end(), [](const std::string& a) {
+        std::string lower = a;
+        std::transform(lower.begin(), lower.end(), lower.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        return lower == "-j" || lower == "-json" || lower == "-j+" || lower == "-json+";
+    });
+    return printsJSON ? "-progress:%r" : "-progress";
+}
+
 bool buildArguments(const RunState& run, ArgumentPlan& plan) {
     std::string text;
     bool maskNext = false;
@@ -541,7 +794,7 @@ bool buildArguments(const RunState& run, ArgumentPlan& plan) {
     };
     for (std::size_t k = 0; k < run.commands.size(); ++k) {
         const auto& command = run.commands[k];
-        bool ok = add("-progress");
+        bool ok = add(progressOption(command.arguments));
         for (const auto& a : command.arguments)
             ok = ok && add(a);
         for (const auto& t : command.targets)
@@ -608,7 +861,7 @@ ETOutput ETProcess::execute(const ETInput& input) {
 
     RunState run;
     run.commands = planCommands(input);
-    run.token = randomToken();
+    run.setToken(randomToken());
     std::size_t fileCount = 0, folderCount = 0;
     for (const auto& c : run.commands) {
         run.progress.push_back({0, static_cast<double>(std::max<std::size_t>(c.targets.size(), 1)), false});
@@ -717,12 +970,16 @@ ETOutput ETProcess::execute(const ETInput& input) {
     std::optional<ETOutputError> killedFor;
 
     // Reads what is there; false once the stream has ended.
-    auto drain = [](RunState::Stream& s) {
+    auto drain = [&run](RunState::Stream& s) {
         char buffer[65536];
         for (;;) {
             const auto n = ::read(s.fd, buffer, sizeof buffer);
             if (n > 0) {
-                s.text.append(buffer, static_cast<std::size_t>(n));
+                // Only standard error carries title reports; standard output may be binary data.
+                if (&s == &run.err)
+                    s.append(std::string_view(buffer, static_cast<std::size_t>(n)));
+                else
+                    s.text.append(buffer, static_cast<std::size_t>(n));
                 continue;
             }
             if (n < 0 && errno == EINTR) continue;
@@ -792,6 +1049,7 @@ ETOutput ETProcess::execute(const ETInput& input) {
     else
         state.processError_ = ETOutputError::abnormalTermination;
 
+    run.err.flush();
     const auto outChunks = splitAtMarkers(run.out.text, run, true);
     const auto errChunks = splitAtMarkers(run.err.text, run, false);
     state.data_ = joinOutputs(outChunks);

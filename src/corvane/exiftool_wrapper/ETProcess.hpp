@@ -18,7 +18,8 @@ namespace corvane {
 // can't hold as a plain line goes as an escaped C-string line, or straight in the process's argument
 // vector. Targets are passed so that ExifTool can't take them for options. Standard output and error
 // are drained while ExifTool runs, so a large output never stalls it; progress follows ExifTool's
-// "-progress" reports. A run that doesn't end within its time limit is killed.
+// "-progress" reports (their window-title form for commands that print JSON, which keeps ExifTool's
+// output buffered). A run that doesn't end within its time limit is killed.
 //
 // One instance runs one input at a time (a second `execute` waits for the first); `output()`,
 // `progress()` and `cancel()` may be called from any thread.
