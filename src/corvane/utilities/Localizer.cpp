@@ -174,11 +174,11 @@ std::string Localizer::format(std::string_view fmt, const std::vector<LocalizerA
             j = k + 1;
         }
         // Flags, width, precision.
-        std::string spec = "%";
+        std::string directive = "%";
         while (j < fmt.size() && std::string_view("-+ #0").find(fmt[j]) != std::string_view::npos)
-            spec += fmt[j++];
+            directive += fmt[j++];
         while (j < fmt.size() && (std::isdigit(static_cast<unsigned char>(fmt[j])) || fmt[j] == '.'))
-            spec += fmt[j++];
+            directive += fmt[j++];
         // Length modifiers are irrelevant: arguments carry their own type.
         while (j < fmt.size() && std::string_view("hlqLzjt").find(fmt[j]) != std::string_view::npos)
             ++j;
@@ -201,9 +201,9 @@ std::string Localizer::format(std::string_view fmt, const std::vector<LocalizerA
         case '@':
         case 's': {
             std::string text = arg.text();
-            if (spec.size() > 1) {
-                spec += 's';
-                std::snprintf(buffer, sizeof buffer, spec.c_str(), text.c_str());
+            if (directive.size() > 1) {
+                directive += 's';
+                std::snprintf(buffer, sizeof buffer, directive.c_str(), text.c_str());
                 text = buffer;
             }
             out += text;
@@ -215,18 +215,18 @@ std::string Localizer::format(std::string_view fmt, const std::vector<LocalizerA
         case 'x':
         case 'X':
         case 'c':
-            spec += conversion == 'u'   ? std::string("llu")
-                    : conversion == 'c' ? std::string("c")
-                                        : std::string("ll") + (conversion == 'i' ? 'd' : conversion);
+            directive += conversion == 'u'   ? std::string("llu")
+                         : conversion == 'c' ? std::string("c")
+                                             : std::string("ll") + (conversion == 'i' ? 'd' : conversion);
             if (conversion == 'c')
-                std::snprintf(buffer, sizeof buffer, spec.c_str(), static_cast<int>(arg.integer()));
+                std::snprintf(buffer, sizeof buffer, directive.c_str(), static_cast<int>(arg.integer()));
             else
-                std::snprintf(buffer, sizeof buffer, spec.c_str(), arg.integer());
+                std::snprintf(buffer, sizeof buffer, directive.c_str(), arg.integer());
             out += buffer;
             break;
         default:
-            spec += conversion;
-            std::snprintf(buffer, sizeof buffer, spec.c_str(), arg.number());
+            directive += conversion;
+            std::snprintf(buffer, sizeof buffer, directive.c_str(), arg.number());
             out += buffer;
             break;
         }
