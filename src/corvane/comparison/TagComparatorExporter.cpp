@@ -2,13 +2,8 @@
 
 #include "corvane/comparison/RichTextDocument.hpp"
 #include "corvane/csv_support/Utf8.hpp"
+#include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
-
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
 
 namespace corvane {
 
@@ -23,45 +18,6 @@ std::size_t utf16Length(std::string_view text) {
 
 std::string tagsTitle() {
     return KitToolbox::localize("TagComparisonTagsTitle");
-}
-
-[[noreturn]] void throwWriteError(const std::filesystem::path& url, int err) {
-    throw std::filesystem::filesystem_error("Cannot write the comparison file", url,
-                                            std::error_code(err, std::generic_category()));
-}
-
-// Writes through a temporary file beside the destination, renamed over it once complete.
-void writeAtomically(const std::filesystem::path& url, std::string_view bytes) {
-    std::string pattern = url.string() + ".XXXXXX";
-    int fd = ::mkstemp(pattern.data());
-    if (fd < 0) throwWriteError(url, errno);
-    auto fail = [&](int err) {
-        ::close(fd);
-        ::unlink(pattern.c_str());
-        throwWriteError(url, err);
-    };
-    for (std::size_t done = 0; done < bytes.size();) {
-        ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            fail(errno);
-        }
-        done += static_cast<std::size_t>(n);
-    }
-    // mkstemp makes the file private; give it the usual rights of a document (umask isn't read:
-    // changing it to read it would race with other threads).
-    ::fchmod(fd, 0644);
-    if (::fsync(fd) != 0) fail(errno);
-    if (::close(fd) != 0) {
-        int err = errno;
-        ::unlink(pattern.c_str());
-        throwWriteError(url, err);
-    }
-    if (::rename(pattern.c_str(), url.c_str()) != 0) {
-        int err = errno;
-        ::unlink(pattern.c_str());
-        throwWriteError(url, err);
-    }
 }
 
 } // namespace
@@ -197,19 +153,19 @@ std::string TagComparatorExporter::exportedString(Format format) const {
 }
 
 void TagComparatorExporter::exportAsTXT(const std::filesystem::path& url) const {
-    writeAtomically(url, txtString());
+    writeFileAtomically(url, txtString());
 }
 
 void TagComparatorExporter::exportAsRTF(const std::filesystem::path& url) const {
-    writeAtomically(url, rtfString());
+    writeFileAtomically(url, rtfString());
 }
 
 void TagComparatorExporter::exportAsCSV(const std::filesystem::path& url) const {
-    writeAtomically(url, csvString());
+    writeFileAtomically(url, csvString());
 }
 
 void TagComparatorExporter::exportTo(Format format, const std::filesystem::path& url) const {
-    writeAtomically(url, exportedString(format));
+    writeFileAtomically(url, exportedString(format));
 }
 
 } // namespace corvane

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <pwd.h>
 #include <random>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -148,6 +151,47 @@ std::vector<fs::path> listFolderFiles(const fs::path& url, bool recursively) {
     if (error || !fs::is_directory(folder, error)) return result;
     listFolder(folder, recursively, result);
     return result;
+}
+
+namespace {
+
+[[noreturn]] void throwWriteError(const fs::path& url, int err) {
+    throw fs::filesystem_error("Cannot write the file", url, std::error_code(err, std::generic_category()));
+}
+
+} // namespace
+
+void writeFileAtomically(const fs::path& url, std::string_view bytes, mode_t mode) {
+    std::string pattern = url.string() + ".XXXXXX";
+    int fd = ::mkstemp(pattern.data());
+    if (fd < 0) throwWriteError(url, errno);
+    auto fail = [&](int err) {
+        ::close(fd);
+        ::unlink(pattern.c_str());
+        throwWriteError(url, err);
+    };
+    for (std::size_t done = 0; done < bytes.size();) {
+        ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            fail(errno);
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    // mkstemp makes the file private; the caller says what rights it should have (umask isn't
+    // read: changing it to read it would race with other threads).
+    if (::fchmod(fd, mode) != 0) fail(errno);
+    if (::fsync(fd) != 0) fail(errno);
+    if (::close(fd) != 0) {
+        int err = errno;
+        ::unlink(pattern.c_str());
+        throwWriteError(url, err);
+    }
+    if (::rename(pattern.c_str(), url.c_str()) != 0) {
+        int err = errno;
+        ::unlink(pattern.c_str());
+        throwWriteError(url, err);
+    }
 }
 
 } // namespace corvane

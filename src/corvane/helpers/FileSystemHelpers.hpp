@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <vector>
 
 namespace corvane {
@@ -48,5 +49,11 @@ std::filesystem::path temporaryURL(std::string_view pathExt);
 //   stands among its siblings;
 // - a folder that can't be read gives an empty list (an unreadable subfolder is left out).
 std::vector<std::filesystem::path> listFolderFiles(const std::filesystem::path& url, bool recursively);
+
+// Writes `bytes` to a temporary file beside `url`, flushes it to disk and renames it over `url`,
+// so that readers see either the old file or the whole new one. The file gets `mode` as its
+// rights (0644, a usual document; 0600 for one that only its owner may read). Throws
+// std::filesystem::filesystem_error; on failure `url` is as it was and no temporary file is left.
+void writeFileAtomically(const std::filesystem::path& url, std::string_view bytes, mode_t mode = 0644);
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 #include "corvane/tag_editor/EXIFAccessor.hpp"
 #include "corvane/tag_editor/IPTCAccessor.hpp"
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
+#include "corvane/tag_editor/TagEditorPresets.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
@@ -58,6 +59,10 @@ void TagEditorArrayEditions::restoreValues(const std::vector<TagStream>& tagStre
 void TagEditorArrayEditions::applyDateEdition(const DateEdition& edition,
                                               const std::vector<TagName>& tagNames) const {
     editConcurrently([&](TagEditor& editor) { TagEditorEditions(editor).editDate(edition, tagNames); });
+}
+
+void TagEditorArrayEditions::applyPresetEntries(const std::vector<PresetItemEntry>& entries) const {
+    editConcurrently([&](TagEditor& editor) { TagEditorPresets(editor).apply(entries); });
 }
 
 void TagEditorArrayEditions::applyDateEditionToDateTags(const DateEdition& edition,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvane/helpers/ConcurrentPerform.hpp"
+#include "corvane/preset_support/PresetItemEntry.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_editor/TagEditorEditions.hpp"
 #include "corvane/tag_editor/TagPasteboard.hpp"
@@ -63,6 +64,9 @@ public:
     // (whose dates belong to the file, not to its metadata), or only in `tagStreams` when given.
     void applyDateEditionToDateTags(const DateEdition& edition,
                                     const std::vector<TagStream>& tagStreams = {}) const;
+
+    // A preset's entries on every editor, each editor's changes in order.
+    void applyPresetEntries(const std::vector<PresetItemEntry>& entries) const;
 
     // --- Questions: true if any editor says so
     bool haveValues(const std::vector<TagName>& tagNames) const;

@@ -9,6 +9,8 @@
 
 namespace corvane {
 
+class PresetItemEntry;
+
 // One tag's value in storage form: a catalogue name and its canonical string.
 class TagPair {
 public:
@@ -20,6 +22,11 @@ public:
     static std::optional<TagPair> fromName(const TagName& name, const DynamicValue& rawValue);
     // The same, with the name given as text ("EXIF:Artist").
     static std::optional<TagPair> fromRawName(std::string_view rawName, const DynamicValue& rawValue);
+
+    // The preset entry that puts this value back: a text for `useCustomValue` with `replace`, or
+    // for a date or time tag the date edition "SELECT(...)" of the date the value holds (its
+    // fields, or none when the value isn't a date). Nothing for a name outside the catalogue.
+    std::optional<PresetItemEntry> convertToPresetEntry() const;
 
     const TagName& name() const { return name_; }
     const std::string& value() const { return value_; }

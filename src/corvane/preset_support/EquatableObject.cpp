@@ -1,0 +1,7 @@
+#include "corvane/preset_support/EquatableObject.hpp"
+
+namespace corvane {
+
+EquatableObject::~EquatableObject() = default;
+
+} // namespace corvane

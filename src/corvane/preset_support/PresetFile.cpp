@@ -1,0 +1,85 @@
+#include "corvane/preset_support/PresetFile.hpp"
+
+#include "corvane/helpers/FileSystemHelpers.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <cerrno>
+#include <fstream>
+#include <sstream>
+#include <system_error>
+
+namespace corvane {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+std::vector<PresetGroupRef> groupsFromArray(const json& array) {
+    if (!array.is_array()) throw json::type_error::create(302, "the groups are not an array", &array);
+    std::vector<PresetGroupRef> groups;
+    groups.reserve(array.size());
+    for (const auto& group : array)
+        groups.push_back(PresetGroup::fromJSON(group));
+    return groups;
+}
+
+} // namespace
+
+PresetFile PresetFile::fromJSON(const json& j) {
+    std::optional<std::string> description;
+    if (j.is_object()) {
+        auto it = j.find("description");
+        if (it != j.end() && it->is_string()) description = it->get<std::string>();
+    }
+    // The current form, then a bare array of groups, then a bare array of presets: libraries
+    // written by earlier versions held those.
+    try {
+        return PresetFile(description, groupsFromArray(j.at("groups")));
+    } catch (const std::exception&) {
+    }
+    try {
+        return PresetFile(description, groupsFromArray(j));
+    } catch (const std::exception&) {
+    }
+    if (!j.is_array()) throw json::type_error::create(302, "not a preset library", &j);
+    std::vector<PresetItemRef> presets;
+    presets.reserve(j.size());
+    for (const auto& preset : j)
+        presets.push_back(PresetItem::fromJSON(preset));
+    return PresetFile(description, {PresetGroup::create({}, {}, std::move(presets))});
+}
+
+json PresetFile::toJSON() const {
+    json j = json::object();
+    j["description"] = description_.value_or(std::string());
+    auto& list = j["groups"] = json::array();
+    for (const auto& group : groups_)
+        list.push_back(group->toJSON());
+    return j;
+}
+
+PresetFile PresetFile::fromJSONData(std::string_view data) {
+    return fromJSON(json::parse(data));
+}
+
+std::string PresetFile::jsonData() const {
+    return toJSON().dump(2);
+}
+
+PresetFile PresetFile::fromJSONURL(const std::filesystem::path& url) {
+    std::ifstream in(url, std::ios::binary);
+    if (!in)
+        throw std::filesystem::filesystem_error(
+            "Cannot read the preset file", url,
+            std::error_code(errno ? errno : ENOENT, std::generic_category()));
+    std::ostringstream data;
+    data << in.rdbuf();
+    return fromJSONData(data.str());
+}
+
+void PresetFile::exportTo(const std::filesystem::path& url) const {
+    writeFileAtomically(url, jsonData(), 0600);
+}
+
+} // namespace corvane

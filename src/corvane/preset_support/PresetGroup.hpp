@@ -1,0 +1,85 @@
+#pragma once
+
+#include "corvane/helpers/IndexSet.hpp"
+#include "corvane/helpers/Notification.hpp"
+#include "corvane/preset_support/PresetContainer.hpp"
+#include "corvane/preset_support/PresetItem.hpp"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace corvane {
+
+// A named group of presets in the library. Equal only to itself (see EquatableObject); lives in a
+// std::shared_ptr made by `create`. Observers learn of every change through the notifications
+// below.
+class PresetGroup : public PresetContainer<PresetGroup, PresetItemRef> {
+public:
+    // How the presets changed (not to be confused with the top-level PresetEdition, which is what
+    // a preset does to a tag).
+    struct InsertPresets {
+        IndexSet indexes;
+        friend bool operator==(const InsertPresets&, const InsertPresets&) = default;
+    };
+    struct RemovePresets {
+        IndexSet indexes;
+        friend bool operator==(const RemovePresets&, const RemovePresets&) = default;
+    };
+    struct ReloadPresets {
+        friend bool operator==(const ReloadPresets&, const ReloadPresets&) = default;
+    };
+    using PresetEdition = std::variant<InsertPresets, RemovePresets, ReloadPresets>;
+
+    static constexpr std::string_view didChangeInfoNotification = "PresetGroupDidChangeInfoNotification";
+    static constexpr std::string_view didChangePresetsNotification =
+        "PresetGroupDidChangePresetsNotification";
+    static constexpr std::string_view presetEditionKey = "PresetEdition";
+    // The edition carried by a didChangePresets notification; nothing for any other one.
+    static std::optional<PresetEdition> presetEdition(const Notification& note) { return listEdition(note); }
+
+    static std::shared_ptr<PresetGroup> create(std::string name, std::string detail,
+                                               std::vector<PresetItemRef> presets);
+    // An empty name and detail, no presets.
+    static std::shared_ptr<PresetGroup> create();
+    // Reads {"name", "detail", "presets"}; all three keys are required. Throws as
+    // PresetItem::fromJSON does.
+    static std::shared_ptr<PresetGroup> fromJSON(const nlohmann::ordered_json& j);
+    nlohmann::ordered_json toJSON() const;
+
+    const std::vector<PresetItemRef>& presets() const { return elements(); }
+    void setPresets(std::vector<PresetItemRef> presets) { setElements(std::move(presets)); }
+    // Changes the presets in place, then stores them as `setPresets` does.
+    template <class F> void modifyPresets(F&& change) {
+        auto presets = elements();
+        change(presets);
+        setPresets(std::move(presets));
+    }
+    void insertPresets(std::vector<PresetItemRef> presets, std::size_t index) {
+        insertElements(std::move(presets), index);
+    }
+    void removePresets(const IndexSet& indexes) { removeElements(indexes); }
+
+private:
+    friend class PresetContainer<PresetGroup, PresetItemRef>;
+    using ListEdition = PresetEdition;
+    using Insert = InsertPresets;
+    using Remove = RemovePresets;
+    using Reload = ReloadPresets;
+    static constexpr std::string_view didChangeListNotification = didChangePresetsNotification;
+    static constexpr std::string_view listEditionKey = presetEditionKey;
+
+    PresetGroup(std::string name, std::string detail, std::vector<PresetItemRef> presets)
+        : PresetContainer(std::move(name), std::move(detail), std::move(presets)) {}
+
+    void informsDidChangePresets(PresetEdition edition) { informsDidChange(std::move(edition)); }
+};
+
+using PresetGroupRef = std::shared_ptr<PresetGroup>;
+
+} // namespace corvane

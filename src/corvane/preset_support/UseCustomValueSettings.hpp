@@ -1,0 +1,31 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+// A given text that a preset puts into a tag: in place of the current value, or before or
+// after it.
+struct UseCustomValueSettings {
+    enum class Insertion { replace, prepend, append };
+    static constexpr std::array<Insertion, 3> allInsertions{Insertion::replace, Insertion::prepend,
+                                                            Insertion::append};
+    // "replace", "prepend", "append".
+    static std::string_view text(Insertion insertion);
+
+    std::string value;
+    Insertion insertion = Insertion::replace;
+
+    friend bool operator==(const UseCustomValueSettings&, const UseCustomValueSettings&) = default;
+};
+
+// {"value": "...", "insertion": "replace"}; both keys are required, and an unknown insertion is an
+// error (std::invalid_argument).
+void to_json(nlohmann::ordered_json& j, const UseCustomValueSettings& settings);
+void from_json(const nlohmann::ordered_json& j, UseCustomValueSettings& settings);
+
+} // namespace corvane

@@ -1,0 +1,247 @@
+// Presets on editors: each kind of edition on tags of each kind, entries applied in one batch,
+// pairs turned into entries that put their value back, and a preset applied to a real file and
+// read back through ExifTool.
+
+#include "corvane/preset_support/PresetFile.hpp"
+#include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_editor/TagEditorArrayEditions.hpp"
+#include "corvane/tag_editor/TagEditorPresets.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/tag_value/TagPair.hpp"
+#include "support/EditorFixtures.hpp"
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+#include "tag_edition/EditionRecorder.hpp"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::EditionRecorder;
+using test::editorWith;
+using Insertion = UseCustomValueSettings::Insertion;
+using Action = UseCustomActionSettings::Action;
+
+const TagItem& artist() {
+    return TagItem::itemEXIFArtist();
+}
+const TagItem& keywords() {
+    return TagItem::itemIPTCKeywords();
+}
+const TagItem& cropOrigin() { // two numbers
+    return *TagItem::find("EXIF", "DefaultCropOrigin");
+}
+const TagItem& marked() { // a Boolean
+    return *TagItem::find("XMP", "Marked");
+}
+const TagItem& original() {
+    return TagItem::itemEXIFDateTimeOriginal();
+}
+
+std::optional<std::string> current(const std::shared_ptr<TagEditor>& editor, const TagItem& item) {
+    return editor->currentValue(item.name());
+}
+
+void customValue(const std::shared_ptr<TagEditor>& editor, const TagItem& item, std::string value,
+                 Insertion insertion) {
+    TagEditorPresets(*editor).useCustomValue(item, {std::move(value), insertion});
+}
+
+TEST(PresetCustomValueTest, InsertionJoinsTextAndNumbersWithTheTagsSeparator) {
+    auto editor = editorWith({{&artist(), "Jane"}, {&keywords(), "sea,sun"}, {&cropOrigin(), "8 8"}});
+    customValue(editor, artist(), "Dr.", Insertion::prepend);
+    EXPECT_EQ(current(editor, artist()), "Dr. Jane") << "one value: one blank";
+    customValue(editor, keywords(), "sand", Insertion::append);
+    EXPECT_EQ(current(editor, keywords()), "sea,sun, sand") << "a list: comma and blank";
+    customValue(editor, cropOrigin(), "4", Insertion::append);
+    EXPECT_EQ(current(editor, cropOrigin()), "8 8 4") << "a count of two: one blank";
+    customValue(editor, artist(), "Smith", Insertion::replace);
+    EXPECT_EQ(current(editor, artist()), "Smith");
+
+    // An empty text keeps the current one; an empty current value takes the text alone.
+    customValue(editor, artist(), "", Insertion::prepend);
+    EXPECT_EQ(current(editor, artist()), "Smith");
+    customValue(editor, TagItem::itemEXIFImageDescription(), "Beach", Insertion::append);
+    EXPECT_EQ(current(editor, TagItem::itemEXIFImageDescription()), "Beach");
+
+    // Tags of other kinds take the text in place of the value.
+    auto flags = editorWith({{&marked(), "True"}});
+    customValue(flags, marked(), "False", Insertion::append);
+    EXPECT_EQ(current(flags, marked()), "false") << "in the converter's canonical form";
+}
+
+TEST(PresetCustomValueTest, DateTagsReadTheTextAsADateEdition) {
+    auto editor = editorWith({{&original(), "2024:01:31 23:00:00"}});
+    customValue(editor, original(), "SHIFT(hh: 2)", Insertion::append);
+    EXPECT_EQ(current(editor, original()), "2024:02:01 01:00:00") << "the insertion is ignored";
+    customValue(editor, original(), "next tuesday", Insertion::replace);
+    EXPECT_EQ(current(editor, original()), "2024:02:01 01:00:00");
+    customValue(editor, original(), "REMOVE()", Insertion::replace);
+    EXPECT_EQ(current(editor, original()), "");
+}
+
+TEST(PresetCopyValueTest, CopiesRawOrShownValuesAndDatesByKind) {
+    auto editor = editorWith(
+        {{&artist(), "Jane"}, {&TagItem::itemEXIFFNumber(), "2.8"}, {&original(), "2021:07:04 08:30:15"}});
+    TagEditorPresets presets(*editor);
+    const TagItem& description = TagItem::itemEXIFImageDescription();
+    presets.copyValue(description, {artist().name(), CopyTagValueSettings::Formatter::raw,
+                                    CopyTagValueSettings::Insertion::replace});
+    EXPECT_EQ(current(editor, description), "Jane");
+    presets.copyValue(description, {TagItem::itemEXIFFNumber().name(), CopyTagValueSettings::Formatter::raw,
+                                    CopyTagValueSettings::Insertion::prepend});
+    EXPECT_EQ(current(editor, description), "2.8 Jane");
+
+    // A date target takes the date of the source whatever the formatter and insertion say.
+    presets.copyValue(TagItem::itemIPTCDateCreated(),
+                      {original().name(), CopyTagValueSettings::Formatter::pretty,
+                       CopyTagValueSettings::Insertion::append});
+    EXPECT_EQ(current(editor, TagItem::itemIPTCDateCreated()), "2021:07:04");
+
+    // A source without a value gives the empty text, which clears a replaced target.
+    presets.copyValue(artist(), {TagItem::itemEXIFCopyright().name(), CopyTagValueSettings::Formatter::raw,
+                                 CopyTagValueSettings::Insertion::replace});
+    EXPECT_EQ(current(editor, artist()), "");
+}
+
+TEST(PresetActionTest, ActionsMapToTheEditorsOperations) {
+    auto editor = editorWith({{&artist(), "  jane doe \n"}, {&keywords(), "b,c,a"}});
+    TagEditorPresets presets(*editor);
+    presets.useCustomAction(artist(), {Action::trimWhitespacesText});
+    EXPECT_EQ(current(editor, artist()), "jane doe");
+    presets.useCustomAction(artist(), {Action::capitalizeText});
+    EXPECT_EQ(current(editor, artist()), "Jane Doe");
+    presets.useCustomAction(artist(), {Action::uppercaseText});
+    EXPECT_EQ(current(editor, artist()), "JANE DOE");
+    presets.useCustomAction(keywords(), {Action::sortInDescendingOrder});
+    EXPECT_EQ(current(editor, keywords()), "c,b,a");
+    presets.useCustomAction(keywords(), {Action::removeCurrentValue});
+    EXPECT_EQ(current(editor, keywords()), "");
+    presets.useCustomAction(keywords(), {Action::restoreOriginalValue});
+    EXPECT_EQ(current(editor, keywords()), "b,c,a");
+    EXPECT_FALSE(editor->isValueEdited(keywords().name()));
+}
+
+TEST(PresetSearchTest, ReplacesInTheCurrentValueUnlessTheSearchIsBlank) {
+    auto editor = editorWith({{&artist(), "Jane  Doe"}});
+    TagEditorPresets presets(*editor);
+    SearchAndReplaceSettings blank("  ", "_");
+    blank.useRegex = true; // a valid pattern, still blank
+    presets.searchAndReplace(artist(), blank);
+    EXPECT_EQ(current(editor, artist()), "Jane  Doe");
+    EXPECT_FALSE(editor->isValueEdited(artist().name()));
+
+    SearchAndReplaceSettings names("(\\w+)\\s+(\\w+)", "$2, $1");
+    names.useRegex = true;
+    presets.searchAndReplace(artist(), names);
+    EXPECT_EQ(current(editor, artist()), "Doe, Jane");
+    SearchAndReplaceSettings caseless("JANE", "John");
+    caseless.ignoreCase = true;
+    presets.searchAndReplace(artist(), caseless);
+    EXPECT_EQ(current(editor, artist()), "Doe, John");
+
+    // No value: the replacement runs on the empty text and stores what it gives.
+    SearchAndReplaceSettings empty("^$", "(none)");
+    empty.useRegex = true;
+    presets.searchAndReplace(TagItem::itemEXIFCopyright(), empty);
+    EXPECT_EQ(current(editor, TagItem::itemEXIFCopyright()), "(none)");
+}
+
+TEST(PresetApplyTest, EntriesFormOneBatchAndUnknownTagsAreSkipped) {
+    EditionRecorder recorder;
+    auto editor = editorWith({{&artist(), "Jane"}, {&keywords(), "b,a"}});
+    const std::vector<PresetItemEntry> entries = {
+        {artist().name(), PresetEdition::useCustomValue("Doe", Insertion::append)},
+        {*TagName::fromRawValue("XMP:NoSuchTagAnywhere"), PresetEdition::useCustomValue("x")},
+        {keywords().name(), PresetEdition::useCustomAction(Action::sortInAscendingOrder)},
+        {TagItem::itemEXIFImageDescription().name(), PresetEdition::keepCurrentValue()},
+    };
+    TagEditorPresets(*editor).apply(entries);
+    EXPECT_EQ(current(editor, artist()), "Jane Doe");
+    EXPECT_EQ(current(editor, keywords()), "a,b");
+    EXPECT_FALSE(current(editor, TagItem::itemEXIFImageDescription()));
+    const auto events = recorder.drain();
+    ASSERT_EQ(EditionRecorder::kinds(events), "begin flush end");
+    const auto* changed = events[1].history.tagNamesOf(editor);
+    ASSERT_TRUE(changed);
+    EXPECT_EQ(changed->size(), 2u) << "two tags changed in the one batch";
+
+    TagEditorPresets(*editor).apply(std::vector<PresetItemEntry>{});
+    EXPECT_EQ(EditionRecorder::kinds(recorder.drain()), "begin flush end")
+        << "an empty list still opens and ends";
+
+    auto second = editorWith({{&artist(), "Ann"}}, "/photos/other.jpg");
+    TagEditorArrayEditions({editor, second}).applyPresetEntries({entries[0]});
+    EXPECT_EQ(current(editor, artist()), "Jane Doe Doe");
+    EXPECT_EQ(current(second, artist()), "Ann Doe");
+}
+
+TEST(PresetPairTest, PairsBecomeEntriesThatPutTheirValueBack) {
+    EXPECT_FALSE(TagPair(*TagName::fromRawValue("XMP:NoSuchTagAnywhere"), "x").convertToPresetEntry());
+
+    auto text = TagPair(artist().name(), "Jane, Doe").convertToPresetEntry();
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->edition(), PresetEdition::useCustomValue("Jane, Doe"));
+
+    auto date = TagPair(original().name(), "2021:07:04 08:30:15").convertToPresetEntry();
+    ASSERT_TRUE(date);
+    EXPECT_EQ(date->edition(),
+              PresetEdition::useCustomValue("SELECT(YY: 2021, MM: 7, DD: 4, hh: 8, mm: 30, ss: 15)"));
+    auto time = TagPair(TagItem::itemEXIFGPSTimeStamp().name(), "17:05:09").convertToPresetEntry();
+    ASSERT_TRUE(time);
+
+    auto editor = editorWith({{&original(), "1999:01:01 00:00:00"}});
+    TagEditorPresets(*editor).apply(std::vector<PresetItemEntry>{*text, *date, *time});
+    EXPECT_EQ(current(editor, artist()), "Jane, Doe");
+    EXPECT_EQ(current(editor, original()), "2021:07:04 08:30:15");
+    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSTimeStamp()), "17:05:09");
+
+    // A value that isn't a date selects nothing, which sets no date.
+    auto bad = TagPair(original().name(), "someday").convertToPresetEntry();
+    ASSERT_TRUE(bad);
+    EXPECT_EQ(bad->edition(), PresetEdition::useCustomValue("SELECT()"));
+}
+
+std::shared_ptr<TagEditor> readEditor(const fs::path& path) {
+    ETTagStorageReader::Settings settings({TagStorageSource(path)});
+    settings.setupDefaultBannedValues();
+    auto storages = ETTagStorageReader(settings).readStorages();
+    EXPECT_TRUE(storages.contains(path));
+    return ETTagEditor::create(storages.contains(path) ? storages.at(path)
+                                                       : TagStorage(TagStorageSource(path)));
+}
+
+TEST(PresetFileApplyTest, APresetFromAFileChangesARealPhoto) {
+    test::TemporaryFolder folder("corvane-presets");
+    const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
+    test::tagWithExifTool(jpeg, {"-EXIF:Artist=jane doe", "-IPTC:Keywords=sun", "-IPTC:Keywords=beach",
+                                 "-EXIF:DateTimeOriginal=2024:03:31 22:30:00", "-XMP:Title=Day one"});
+    // A library as an older version wrote it: a bare array of presets, with older edition forms.
+    const auto library = PresetFile::fromJSONData(R"json([{"name": "Trip", "detail": "", "entries": [
+        {"tag_name": "EXIF:Artist", "edition": {"type": "use_custom_action", "settings": {"action": "capitalize_text"}}},
+        {"tag_name": "IPTC:Keywords", "edition": {"type": "merge", "value": "sand"}},
+        {"tag_name": "IPTC:Keywords", "edition": {"type": "use_custom_action", "settings": {"action": "sort_in_ascending_order"}}},
+        {"tag_name": "EXIF:DateTimeOriginal", "edition": {"type": "value", "value": "SHIFT(hh: 2)"}},
+        {"tag_name": "XMP:Title", "edition": {"type": "remove"}},
+        {"tag_name": "EXIF:Copyright", "edition": {"type": "clone", "value": "EXIF:Artist"}}
+    ]}])json");
+    ASSERT_EQ(library.groups().size(), 1u);
+    const auto& preset = library.groups()[0]->presets().at(0);
+
+    auto editor = readEditor(jpeg);
+    TagEditorPresets(*editor).apply(preset->entries());
+    ETTagStorageWriter(ETTagStorageWriter::Settings({editor->storage()})).write();
+
+    EXPECT_EQ(test::exifToolValue(jpeg, "EXIF:Artist"), "Jane Doe");
+    EXPECT_EQ(test::exifToolValue(jpeg, "EXIF:Copyright"), "Jane Doe");
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Keywords"), "beach, sand, sun");
+    EXPECT_EQ(test::exifToolValue(jpeg, "EXIF:DateTimeOriginal"), "2024:04:01 00:30:00");
+    EXPECT_EQ(test::exifToolValue(jpeg, "XMP:Title"), "");
+}
+
+} // namespace
+} // namespace corvane
