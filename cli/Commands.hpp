@@ -1,6 +1,12 @@
 #pragma once
 
+#include "corvane/preset_support/PresetItemEntry.hpp"
+
 #include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace corvane::cli {
 
@@ -11,5 +17,13 @@ void addCatalogueCommands(CLI::App& app, int& exitCode);
 void addFileCommands(CLI::App& app, int& exitCode);
 // `compare` and `sidecar`: comparison of files and sidecar export and import.
 void addExchangeCommands(CLI::App& app, int& exitCode);
+
+// `preset list` and `preset make`: preset libraries on disk.
+void addPresetCommands(CLI::App& app, int& exitCode);
+
+// The entries of the preset named `name` in the library `file`, or of its only preset when `name`
+// is empty; nothing, with the reason in `error`, when there is no such single preset.
+std::optional<std::vector<PresetItemEntry>> presetEntries(const std::string& file, const std::string& name,
+                                                          std::string& error);
 
 } // namespace corvane::cli

@@ -1,12 +1,12 @@
 // `corvane compare` and `corvane sidecar`: moving and checking metadata across files.
 #include "Commands.hpp"
+#include "StorageReading.hpp"
 
 #include "corvane/comparison/TagComparatorExporter.hpp"
 #include "corvane/comparison/TagComparatorSource.hpp"
 #include "corvane/comparison/TagComparatorTable.hpp"
 #include "corvane/sidecar_support/SidecarReader.hpp"
 #include "corvane/sidecar_support/SidecarWriter.hpp"
-#include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 
 #include <algorithm>
@@ -19,39 +19,6 @@ namespace corvane::cli {
 namespace fs = std::filesystem;
 
 namespace {
-
-// Reads the files through ExifTool in one run and gives their storages in
-// the order of `paths`. Files ExifTool could not read are reported and left out.
-std::vector<TagStorage> readStorages(const std::vector<std::string>& paths, int& exitCode) {
-    std::vector<TagStorageSource> sources;
-    for (const auto& p : paths) {
-        // ExifTool fails a whole run on a missing file: leave such files out first.
-        std::error_code ec;
-        if (!fs::exists(p, ec)) {
-            std::cerr << "corvane: " << p << ": no such file\n";
-            exitCode = 1;
-            continue;
-        }
-        sources.emplace_back(fs::absolute(p));
-    }
-    if (sources.empty()) return {};
-    ETTagStorageReader::Settings settings(sources);
-    settings.setupDefaultBannedValues();
-    settings.setIgnoreMinorErrors(true);
-    ETTagStorageReader reader(settings);
-    TagStorageMap map = reader.readStorages();
-    std::vector<TagStorage> storages;
-    for (const auto& source : sources) {
-        auto it = map.find(source.url());
-        if (it == map.end()) {
-            std::cerr << "corvane: " << source.url().string() << ": could not be read\n";
-            exitCode = 1;
-            continue;
-        }
-        storages.push_back(it->second);
-    }
-    return storages;
-}
 
 int compare(const std::vector<std::string>& paths, const std::string& formatName, const std::string& output,
             bool onlyDifferent, const std::string& search) {

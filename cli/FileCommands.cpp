@@ -10,6 +10,7 @@
 #include "corvane/tag_edition/TaskManager.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_editor/TagEditorEditions.hpp"
+#include "corvane/tag_editor/TagEditorPresets.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
@@ -295,6 +296,8 @@ struct SetOptions {
     std::optional<std::string> location;
     std::optional<std::string> rotate;
     std::optional<std::string> flip;
+    std::optional<std::string> preset;
+    std::string presetName;
 };
 
 // The date tags a date edition applies to: those of the metadata families (file system dates
@@ -350,8 +353,16 @@ int runSet(const SetOptions& options) {
             reporter.error("\"" + *options.location + "\" is not a coordinate");
         }
     }
+    std::optional<std::vector<PresetItemEntry>> preset;
+    if (options.preset) {
+        std::string error;
+        preset = presetEntries(*options.preset, options.presetName, error);
+        if (!preset) reporter.error(error);
+    } else if (!options.presetName.empty()) {
+        reporter.error("--preset-name needs --preset");
+    }
     if (reporter.errorCount()) return 2;
-    if (assignments.empty() && !dateEdition && !coordinate && !options.rotate && !options.flip) {
+    if (assignments.empty() && !dateEdition && !coordinate && !options.rotate && !options.flip && !preset) {
         reporter.error("nothing to set: give TAG=VALUE or an edit option");
         return 2;
     }
@@ -377,6 +388,7 @@ int runSet(const SetOptions& options) {
                 editor->setValue(assignment.value.empty() ? TagValueClear : std::optional(assignment.value),
                                  assignment.name);
             }
+            if (preset) TagEditorPresets(*editor).apply(*preset);
             TagEditorEditions editions(*editor);
             if (dateEdition) editions.editDate(*dateEdition, editableDateTags(*editor));
             if (coordinate) editions.setGPSCoordinate(*coordinate);
@@ -443,6 +455,11 @@ void addFileCommands(CLI::App& app, int& exitCode) {
         ->check(CLI::IsMember({"left", "right"}));
     set->add_option("--flip", setOptions->flip, "Mirror the orientation")
         ->check(CLI::IsMember({"horizontal", "vertical"}));
+    set->add_option("--preset", setOptions->preset,
+                    "Apply a preset of this library (.json) after the TAG=VALUE edits")
+        ->check(CLI::ExistingFile);
+    set->add_option("--preset-name", setOptions->presetName,
+                    "The preset to apply, when the library holds more than one");
     // Leading arguments of the form TAG=VALUE are the edits, the others the files; "--" may stand
     // between them (it only ends the options, so a file named like an edit needs a "./" prefix).
     set->validate_positionals();

@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
     corvane::cli::addCatalogueCommands(app, exitCode);
     corvane::cli::addFileCommands(app, exitCode);
     corvane::cli::addExchangeCommands(app, exitCode);
+    corvane::cli::addPresetCommands(app, exitCode);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
