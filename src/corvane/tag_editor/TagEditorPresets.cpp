@@ -38,11 +38,7 @@ void TagEditorPresets::useCustomValue(const TagItem& item, const UseCustomValueS
         if (auto edition = DateEdition::fromDescription(settings.value)) editDate(*edition, item);
         return;
     }
-    using In = UseCustomValueSettings::Insertion;
-    storeText(item, settings.value,
-              settings.insertion == In::prepend  ? Insertion::prepend
-              : settings.insertion == In::append ? Insertion::append
-                                                 : Insertion::replace);
+    storeText(item, settings.value, insertionOf(settings.insertion));
 }
 
 void TagEditorPresets::copyValue(const TagItem& item, const CopyTagValueSettings& settings) const {
@@ -53,11 +49,7 @@ void TagEditorPresets::copyValue(const TagItem& item, const CopyTagValueSettings
     const auto source = settings.formatter == CopyTagValueSettings::Formatter::pretty
                             ? prettyValue(settings.tagName, item.name())
                             : rawValue(settings.tagName, item.name());
-    using In = CopyTagValueSettings::Insertion;
-    storeText(item, source.value_or(std::string()),
-              settings.insertion == In::prepend  ? Insertion::prepend
-              : settings.insertion == In::append ? Insertion::append
-                                                 : Insertion::replace);
+    storeText(item, source.value_or(std::string()), insertionOf(settings.insertion));
 }
 
 void TagEditorPresets::useCustomAction(const TagItem& item, const UseCustomActionSettings& settings) const {

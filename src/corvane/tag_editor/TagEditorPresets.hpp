@@ -43,6 +43,12 @@ public:
 
 private:
     enum class Insertion { replace, prepend, append };
+    // The same three cases of either settings type.
+    template <class E> static Insertion insertionOf(E insertion) {
+        return insertion == E::prepend  ? Insertion::prepend
+               : insertion == E::append ? Insertion::append
+                                        : Insertion::replace;
+    }
     void storeText(const TagItem& item, const std::string& text, Insertion insertion) const;
 };
 
