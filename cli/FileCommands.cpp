@@ -182,7 +182,9 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         settings.ignoreMinorErrors = false;
         settings.unfoldFolders = true;
         settings.unfoldRecursively = recursive;
-        auto task = ImportTagEditorsTask::create(std::move(settings));
+        // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
+        // read uninitialised (optimised sanitizer builds).
+        auto task = ImportTagEditorsTask::create(settings);
         runTask(task, "Reading", reporter);
         auto failed = reportTaskErrors(*task, reporter);
         if (task->errors().empty()) {
