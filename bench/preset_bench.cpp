@@ -4,9 +4,9 @@
 // that work over bare setValue calls.
 
 #include "corvane/helpers/MainQueue.hpp"
+#include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/TagEditorArrayEditions.hpp"
-#include "corvane/tag_editor/TagEditorPresets.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "support/EditorFixtures.hpp"
 

@@ -1,10 +1,10 @@
 #include "corvane/tag_editor/TagEditorArrayEditions.hpp"
 
+#include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/EXIFAccessor.hpp"
 #include "corvane/tag_editor/IPTCAccessor.hpp"
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
-#include "corvane/tag_editor/TagEditorPresets.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 

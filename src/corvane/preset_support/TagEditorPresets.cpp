@@ -1,4 +1,4 @@
-#include "corvane/tag_editor/TagEditorPresets.hpp"
+#include "corvane/preset_support/TagEditorPresets.hpp"
 
 #include "corvane/helpers/TextReplacement.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"

@@ -3,9 +3,9 @@
 // read back through ExifTool.
 
 #include "corvane/preset_support/PresetFile.hpp"
+#include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_editor/TagEditorArrayEditions.hpp"
-#include "corvane/tag_editor/TagEditorPresets.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagItem.hpp"
