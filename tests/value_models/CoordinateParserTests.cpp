@@ -83,6 +83,10 @@ TEST(CoordinateParserISO, ReadsDegreesMinutesAndSeconds) {
     EXPECT_FALSE(P::coordinateFromISO6709String("+4012.3-07530.6+12.5CRSWGS_84/"));
     expectCoordinate("-401230.5+0753015.0/", -(40 + 12.0 / 60 + 30.5 / 3600), 75 + 30.0 / 60 + 15.0 / 3600);
     expectCoordinate("  +40-075  ", 40, -75);
+    // Unicode spaces lead in like ASCII ones; read otherwise, the free decimal
+    // pair would take "+4012.3-07530.6/" for 401.0, 2.3.
+    expectCoordinate("\u00a0+4012.3-07530.6/", 40.0 + 12.3 / 60, -(75.0 + 30.6 / 60));
+    expectCoordinate("\u2003 +40.20-075.50/", 40.2, -75.5);
     EXPECT_EQ(P::latitudeFromISO6709String("+40.5"), 40.5);
     EXPECT_EQ(P::latitudeFromISO6709String("-4030.0"), -40.5);
     // Minutes or seconds without a fraction are refused although they match.

@@ -45,9 +45,22 @@ TEST(Orientation, TurningFourTimesComesBackAndMirrorsUndoThemselves) {
     expectGroupLaws<RenamedExifOrientation>();
 }
 
-TEST(Orientation, BothNamingsTransformAlike) {
-    for (ExifOrientation o : ExifOrientation::allCases()) {
-        EXPECT_EQ(o.rightRotated().renamed(), o.renamed().rightRotated());
-        EXPECT_EQ(o.verticalMirrored().renamed(), o.renamed().verticalMirrored());
+// The published table of the four transforms, row by raw value: horizontal
+// mirror, vertical mirror, left turn, right turn.
+template <class O> void expectTransformTable() {
+    constexpr int table[8][4] = {{2, 4, 8, 6}, {1, 3, 5, 7}, {4, 2, 6, 8}, {3, 1, 7, 5},
+                                 {6, 8, 4, 2}, {5, 7, 1, 3}, {8, 6, 2, 4}, {7, 5, 3, 1}};
+    for (int raw = 1; raw <= 8; ++raw) {
+        const O o = *O::fromRawValue(raw);
+        const int* row = table[raw - 1];
+        EXPECT_EQ(o.horizontalMirrored().rawValue(), row[0]) << raw;
+        EXPECT_EQ(o.verticalMirrored().rawValue(), row[1]) << raw;
+        EXPECT_EQ(o.leftRotated().rawValue(), row[2]) << raw;
+        EXPECT_EQ(o.rightRotated().rawValue(), row[3]) << raw;
     }
+}
+
+TEST(Orientation, BothNamingsFollowTheTransformTable) {
+    expectTransformTable<ExifOrientation>();
+    expectTransformTable<RenamedExifOrientation>();
 }

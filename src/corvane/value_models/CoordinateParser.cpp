@@ -103,7 +103,9 @@ Input prepared(std::string_view text) {
     for (char& ch : s) {
         if (ch == ',') ch = '.';
         const auto u = static_cast<unsigned char>(ch);
-        if (leading && !std::isspace(u)) {
+        // A byte beyond ASCII may belong to a space the patterns' \s takes
+        // (no-break space, em space), so it doesn't end the leading blanks.
+        if (leading && u < 0x80 && !std::isspace(u)) {
             c.iso = ch == '+' || ch == '-';
             leading = false;
         }

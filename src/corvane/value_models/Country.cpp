@@ -1,6 +1,7 @@
 #include "corvane/value_models/Country.hpp"
 
 #include "corvane/utilities/Localizer.hpp"
+#include "corvane/utilities/StringTables.hpp"
 
 #include <algorithm>
 #include <unordered_map>
@@ -10,14 +11,13 @@ namespace corvane {
 namespace {
 
 struct CountryRow {
-    const char* english;
     const char* alpha2;
     const char* alpha3;
     const char* numeric;
 };
 
 constexpr CountryRow kRows[] = {
-#define CORVANE_COUNTRY(name, english, a2, a3, num) {english, a2, a3, num},
+#define CORVANE_COUNTRY(name, english, a2, a3, num) {a2, a3, num},
 #include "corvane/value_models/CountryTable.inc"
 #undef CORVANE_COUNTRY
 };
@@ -52,18 +52,6 @@ const std::unordered_map<std::string, size_t>& indexedCases() {
         return map;
     }();
     return index;
-}
-
-const std::unordered_map<std::string, const char*>& englishNamesByAlpha3() {
-    static const std::unordered_map<std::string, const char*> names = [] {
-        std::unordered_map<std::string, const char*> map;
-        map.reserve(rowCount + 1);
-        for (const auto& row : kRows)
-            map.emplace(row.alpha3, row.english);
-        map.emplace("DZA", "Algeria");
-        return map;
-    }();
-    return names;
 }
 
 } // namespace
@@ -103,21 +91,17 @@ bool Country::hasCode(std::string_view code) const {
 }
 
 std::string Country::englishName() const {
-    const auto& names = englishNamesByAlpha3();
-    auto it = names.find(alpha3_);
-    return it == names.end() ? std::string() : std::string(it->second);
+    const auto* entry =
+        StringTables::find(StringTables::english(), StringTables::countryTable, "Country3166a3:" + alpha3_);
+    return entry ? entry->text : std::string();
 }
 
 std::string Country::localizedName() const {
-    // The "Country3166a3" strings table; a key it lacks comes back as the key
-    // itself, in which case the English name of the row stands in.
-    std::string key = "Country3166a3:" + alpha3_;
-    std::string name = Localizer::shared().text("Country3166a3", key);
-    if (name.empty() || name == key) {
-        std::string english = englishName();
-        return english.empty() ? alpha3_ : english;
-    }
-    return name;
+    // The strings table falls back to English, which names every country of
+    // the table; a code outside it comes back as the key itself.
+    const std::string key = "Country3166a3:" + alpha3_;
+    std::string name = Localizer::shared().text(StringTables::countryTable, key);
+    return name.empty() || name == key ? alpha3_ : name;
 }
 
 std::string Country::localizedDescription() const {

@@ -37,11 +37,11 @@ public:
     bool hasCode(std::string_view code) const;
 
     // The name in the user's language, from the "Country3166a3" strings table
-    // (key "Country3166a3:" + alpha3), with the table's English name as fallback.
+    // (key "Country3166a3:" + alpha3); the alpha3 code for a country not in it.
     std::string localizedName() const;
     // localizedName, " (", alpha2, ", ", alpha3, ", ", numeric. No closing bracket.
     std::string localizedDescription() const;
-    // The English name of the table row with this alpha3 (empty for a country not in it).
+    // The English text of the same strings table (empty for a country not in it).
     std::string englishName() const;
 
     friend bool operator==(const Country&, const Country&) = default;

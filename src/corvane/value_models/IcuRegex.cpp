@@ -77,12 +77,6 @@ std::optional<std::vector<std::string>> IcuRegex::firstMatchGroups(std::string_v
         icu::UnicodeString::fromUTF8(icu::StringPiece(utf8.data(), static_cast<int32_t>(utf8.size()))));
 }
 
-bool IcuRegex::find(const icu::UnicodeString& text) const {
-    icu::RegexMatcher& m = matcher(text);
-    UErrorCode status = U_ZERO_ERROR;
-    return m.find(status) && U_SUCCESS(status);
-}
-
 std::string IcuRegex::replaceAll(std::string_view utf8, std::string_view replacement) const {
     const icu::UnicodeString text =
         icu::UnicodeString::fromUTF8(icu::StringPiece(utf8.data(), static_cast<int32_t>(utf8.size())));

@@ -31,9 +31,6 @@ public:
     std::optional<std::vector<std::string>> firstMatchGroups(const icu::UnicodeString& text) const;
     std::optional<std::vector<std::string>> firstMatchGroups(std::string_view utf8) const;
 
-    // True if the pattern is found anywhere in `text`.
-    bool find(const icu::UnicodeString& text) const;
-
     // `text` with every match replaced by `replacement` (taken literally).
     std::string replaceAll(std::string_view utf8, std::string_view replacement) const;
 
