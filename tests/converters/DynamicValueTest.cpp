@@ -66,6 +66,9 @@ TEST(DynamicValue, JsonRoundTrip) {
     EXPECT_EQ(toJson(StringArray{"a"}), nlohmann::json::array({"a"}));
     EXPECT_EQ(toJson(int64_t{-4}), nlohmann::json(-4));
     EXPECT_EQ(toJson(Country::japan()), nlohmann::json("JP"));
+    // Dates and their parts are written as their printed text, also inside arrays.
+    EXPECT_EQ(toJson(DynamicArray{Date(0), PartialDate(2021, 3, 4), PartialTime(5, 6, 7)}),
+              nlohmann::json::array({"1970-01-01 00:00:00 +0000", "2021:03:04", "05:06:07"}));
     EXPECT_EQ(dynamicValueFromJson(nlohmann::json::parse(R"({"a":1})")),
               DynamicValue(OtherValue{R"({"a":1})"}));
     EXPECT_EQ(dynamicValueFromJson(nlohmann::json(18446744073709551615ull)),

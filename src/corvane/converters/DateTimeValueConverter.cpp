@@ -269,25 +269,25 @@ std::optional<Date> DateTimeValueConverter::typedValueFromStringValue(const Opti
 
     static const std::string working = "yyyyMMdd HHmmss";
     static const std::string workingWithZone = working + "Z";
-    icu::UnicodeString defaultDate = todayText();
 
+    // Only the shapes without a date need today's (a calendar pass per call).
     icu::UnicodeString rebuilt;
     const std::string* pattern = &working;
     switch (text.countChar32()) {
     case 2: // HH
-        rebuilt = defaultDate + u" " + text + u"0000";
+        rebuilt = todayText() + u" " + text + u"0000";
         break;
     case 4: // yyyy
         rebuilt = text + u"0101 000000";
         break;
     case 6: // HHmmss
-        rebuilt = defaultDate + u" " + text;
+        rebuilt = todayText() + u" " + text;
         break;
     case 8: // yyyyMMdd
         rebuilt = text + u" 000000";
         break;
     case 11: // HHmmss and a zone
-        rebuilt = defaultDate + u" " + text;
+        rebuilt = todayText() + u" " + text;
         pattern = &workingWithZone;
         break;
     case 14: { // yyyyMMddHHmmss

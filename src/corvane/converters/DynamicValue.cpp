@@ -177,13 +177,13 @@ nlohmann::json toJson(const DynamicValue& value) {
                 out.push_back(toJson(element));
             return out;
         }
-        json operator()(const Date&) const { return nullptr; }
-        json operator()(const PartialDate&) const { return nullptr; }
-        json operator()(const PartialTime&) const { return nullptr; }
+        // Dates and their parts are written as their printed text.
+        json operator()(const Date& d) const { return d.description(); }
+        json operator()(const PartialDate& d) const { return DynamicValue(d).description(); }
+        json operator()(const PartialTime& t) const { return DynamicValue(t).description(); }
         json operator()(const Country& c) const { return c.alpha2(); }
         json operator()(const OtherValue& o) const { return o.text; }
     };
-    if (value.is<Date>() || value.is<PartialDate>() || value.is<PartialTime>()) return value.description();
     return std::visit(Writer{}, value.storage);
 }
 

@@ -48,19 +48,7 @@ std::string_view MediaKind::localizationKey() const {
 }
 
 std::string MediaKind::localizedName() const {
-    switch (case_) {
-    case audio:
-        return TL(LocalizerString::mediaKindAudio());
-    case image:
-        return TL(LocalizerString::mediaKindImage());
-    case movie:
-        return TL(LocalizerString::mediaKindMovie());
-    case sidecar:
-        return KitToolbox::localize("MediaKindSidecar");
-    case other:
-        return TL(LocalizerString::mediaKindOther());
-    }
-    return TL(LocalizerString::mediaKindOther());
+    return KitToolbox::localize(localizationKey());
 }
 
 } // namespace corvane

@@ -1,22 +1,11 @@
 #include "corvane/tag_value/MediaType.hpp"
 
+#include "corvane/helpers/FileSystemHelpers.hpp"
+
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
 namespace corvane {
-
-namespace {
-
-// The extension as a URL gives it: the part of the last component after its
-// last dot, without the dot. A trailing separator is not a component of its own.
-std::string pathExtension(const std::filesystem::path& url) {
-    std::filesystem::path last = url.filename();
-    if (last.empty() && url.has_parent_path() && url.has_relative_path()) last = url.parent_path().filename();
-    std::string ext = last.extension().string();
-    return ext.empty() ? ext : ext.substr(1);
-}
-
-} // namespace
 
 MediaType::MediaType(std::string_view format, MediaKind kind, AccessMap access)
     : data_(std::make_shared<const Data>(Data{formatKey(format), kind, std::move(access)})) {}

@@ -3,7 +3,7 @@
 #include "corvane/converters/ValueConverter.hpp"
 #include "corvane/preset_support/PresetItemEntry.hpp"
 #include "corvane/tag_value/TagItem.hpp"
-#include "corvane/value_models/DateValues.hpp"
+#include "corvane/value_models/DateEdition.hpp"
 
 namespace corvane {
 
@@ -29,7 +29,7 @@ std::optional<PresetItemEntry> TagPair::convertToPresetEntry() const {
         const DynamicValue native = item->nativeValueFromStringValue(value_);
         std::optional<Date> date;
         if (const Date* d = native.dateValue()) date = *d;
-        text = "SELECT(" + DateValues(date).description() + ")";
+        text = DateEdition::select(DateValues(date)).description();
     }
     return PresetItemEntry(item->name(), PresetEdition::useCustomValue(std::move(text)));
 }
