@@ -144,8 +144,4 @@ TEST(NotificationCenterTest, ConcurrentPostsAndSubscriptionsAreSafe) {
     EXPECT_EQ(center.observerCount(), 1u);
 }
 
-TEST(NotificationCenterTest, DefaultCenterIsOneInstance) {
-    EXPECT_EQ(&NotificationCenter::defaultCenter(), &NotificationCenter::defaultCenter());
-}
-
 } // namespace

@@ -46,6 +46,13 @@ TEST(LocalizationTest, FormatsLikePrintf) {
     EXPECT_EQ(Localizer::format("%.2f|%5d|%-3s|", A{3.14159, 42, "a"}), "3.14|   42|a  |");
     EXPECT_EQ(Localizer::format("missing %@", A{}), "missing %@");
     EXPECT_EQ(KitToolbox::localize("Key %@ %@", "NoTable", "a", 2), "Key a 2");
+
+    // Conversions are as long as their value, however long that is.
+    const std::string path(300, 'p');
+    EXPECT_EQ(Localizer::format("[%-4@]", A{path}), "[" + path + "]");
+    EXPECT_EQ(Localizer::format("%.1f", A{1e200}).size(), 202u);
+    // An absurd position is a missing argument, not a failure.
+    EXPECT_EQ(Localizer::format("%99999999999999999999999$@", A{"x"}), "%99999999999999999999999$@");
 }
 
 TEST(LocalizationDeathTest, ProgrammingFaultsStopTheProcess) {

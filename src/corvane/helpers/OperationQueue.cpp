@@ -32,7 +32,6 @@ struct OperationQueue::State {
 
     std::deque<OperationRef> pending;
     std::vector<OperationRef> running;
-    int idleWorkers = 0;
 
     struct Worker {
         std::thread thread;
@@ -92,10 +91,8 @@ void OperationQueue::State::work(Worker* record) {
     for (;;) {
         if (!canStart()) {
             if (closing && pending.empty()) break;
-            ++idleWorkers;
             const bool woke = workAvailable.wait_for(
                 lock, idleLinger, [this] { return canStart() || (closing && pending.empty()); });
-            --idleWorkers;
             if (!woke) break;
             continue;
         }

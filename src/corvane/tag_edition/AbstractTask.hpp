@@ -19,8 +19,6 @@
 
 namespace corvane {
 
-class TaskManager;
-
 // Base of every long operation: opening, saving, importing, exporting, syncing. It fixes the life
 // cycle, the error list, progress, the notifications and the texts that describe a task. A
 // subclass supplies `title()` and the work in `internProcess()`.
@@ -153,8 +151,6 @@ protected:
     Status endWithCompletedStatus();
 
 private:
-    friend class TaskManager;
-
     // The task as a shared pointer, for the notices; stops the process if it isn't owned by one.
     std::shared_ptr<AbstractTask> sharedSelf();
 

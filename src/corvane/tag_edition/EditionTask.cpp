@@ -11,12 +11,10 @@ namespace corvane {
 
 namespace {
 
-// Runs `edition` on every editor in parallel, inside one session of the edition manager.
+// Runs `edition` on every editor in parallel; `internProcess()` holds the session around it.
 EditionTask::Edition editConcurrently(std::vector<std::shared_ptr<TagEditor>> editors,
                                       EditionTask::EditorEdition edition) {
     return [editors = std::move(editors), edition = std::move(edition)] {
-        if (editors.empty()) return;
-        EditionManager::Session session(EditionManager::shared());
         concurrentPerform(editors.size(), [&](std::size_t i) { edition(editors[i]); });
     };
 }

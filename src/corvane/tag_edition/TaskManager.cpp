@@ -107,10 +107,9 @@ void TaskManager::add(const std::shared_ptr<AbstractTask>& task) {
 }
 
 void TaskManager::cancelAllTasks() {
-    for (const auto& task : tasks()) {
-        task->subprocessQueue().cancelAllOperations();
-        task->atomic_.write([&] { return task->endWithCancelledStatus(); });
-    }
+    // The task's own cancel: it ends only a task that hasn't begun.
+    for (const auto& task : tasks())
+        task->cancel();
 }
 
 void TaskManager::waitAllTasks() {

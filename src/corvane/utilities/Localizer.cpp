@@ -17,6 +17,20 @@ namespace corvane {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// Appends one printf conversion of `value`, however long it comes out.
+template <class T> void appendFormatted(std::string& out, const std::string& directive, T value) {
+    const int length = std::snprintf(nullptr, 0, directive.c_str(), value);
+    if (length <= 0) return;
+    const std::size_t start = out.size();
+    out.resize(start + static_cast<std::size_t>(length) + 1);
+    std::snprintf(out.data() + start, static_cast<std::size_t>(length) + 1, directive.c_str(), value);
+    out.resize(start + static_cast<std::size_t>(length));
+}
+
+} // namespace
+
 Localizer& Localizer::shared() {
     static auto* localizer = new Localizer();
     return *localizer;
@@ -164,15 +178,15 @@ std::string Localizer::format(std::string_view fmt, const std::vector<LocalizerA
             i = j;
             continue;
         }
-        // Optional position "n$".
+        // Optional position "n$", capped so that an absurd one is only a missing argument.
         std::size_t position = 0;
         std::size_t k = j;
-        while (k < fmt.size() && std::isdigit(static_cast<unsigned char>(fmt[k])))
-            ++k;
-        if (k > j && k < fmt.size() && fmt[k] == '$') {
-            position = std::stoul(std::string(fmt.substr(j, k - j)));
+        for (; k < fmt.size() && std::isdigit(static_cast<unsigned char>(fmt[k])); ++k)
+            position = std::min<std::size_t>(position * 10 + static_cast<std::size_t>(fmt[k] - '0'), 1000);
+        if (k > j && k < fmt.size() && fmt[k] == '$')
             j = k + 1;
-        }
+        else
+            position = 0;
         // Flags, width, precision.
         std::string directive = "%";
         while (j < fmt.size() && std::string_view("-+ #0").find(fmt[j]) != std::string_view::npos)
@@ -196,38 +210,26 @@ std::string Localizer::format(std::string_view fmt, const std::vector<LocalizerA
             continue;
         }
         const LocalizerArgument& arg = args[index];
-        char buffer[128];
         switch (conversion) {
         case '@':
-        case 's': {
-            std::string text = arg.text();
-            if (directive.size() > 1) {
-                directive += 's';
-                std::snprintf(buffer, sizeof buffer, directive.c_str(), text.c_str());
-                text = buffer;
-            }
-            out += text;
+        case 's':
+            if (directive.size() > 1)
+                appendFormatted(out, directive + 's', arg.text().c_str());
+            else
+                out += arg.text();
             break;
-        }
+        case 'c':
+            appendFormatted(out, directive + 'c', static_cast<int>(arg.integer()));
+            break;
         case 'd':
         case 'i':
         case 'u':
         case 'x':
         case 'X':
-        case 'c':
-            directive += conversion == 'u'   ? std::string("llu")
-                         : conversion == 'c' ? std::string("c")
-                                             : std::string("ll") + (conversion == 'i' ? 'd' : conversion);
-            if (conversion == 'c')
-                std::snprintf(buffer, sizeof buffer, directive.c_str(), static_cast<int>(arg.integer()));
-            else
-                std::snprintf(buffer, sizeof buffer, directive.c_str(), arg.integer());
-            out += buffer;
+            appendFormatted(out, directive + "ll" + (conversion == 'i' ? 'd' : conversion), arg.integer());
             break;
         default:
-            directive += conversion;
-            std::snprintf(buffer, sizeof buffer, directive.c_str(), arg.number());
-            out += buffer;
+            appendFormatted(out, directive + conversion, arg.number());
             break;
         }
         i = j;

@@ -1,12 +1,11 @@
 #include "corvane/utilities/UserDefaults.hpp"
 
-#include <atomic>
+#include "corvane/helpers/FileSystemHelpers.hpp"
+
 #include <cstdlib>
 #include <fstream>
 #include <mutex>
-#include <sstream>
 #include <system_error>
-#include <unistd.h>
 
 namespace corvane {
 
@@ -64,27 +63,9 @@ void UserDefaults::loadLocked() const {
 }
 
 void UserDefaults::saveLocked() const {
-    const fs::path target = fileURL_;
     std::error_code ec;
-    if (target.has_parent_path()) fs::create_directories(target.parent_path(), ec);
-    static std::atomic<unsigned> counter{0};
-    fs::path temp = target;
-    temp += ".tmp-" + std::to_string(::getpid()) + "-" + std::to_string(counter++);
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) throw std::system_error(errno, std::generic_category(), "cannot write " + temp.string());
-        out << values_.dump(4) << '\n';
-        out.flush();
-        if (!out) {
-            fs::remove(temp, ec);
-            throw std::system_error(errno, std::generic_category(), "cannot write " + temp.string());
-        }
-    }
-    fs::rename(temp, target, ec);
-    if (ec) {
-        fs::remove(temp, ec);
-        throw std::system_error(ec, "cannot replace " + target.string());
-    }
+    if (fileURL_.has_parent_path()) fs::create_directories(fileURL_.parent_path(), ec);
+    writeFileAtomically(fileURL_, values_.dump(4) + '\n');
 }
 
 std::optional<nlohmann::json> UserDefaults::value(const std::string& key) const {
