@@ -58,6 +58,9 @@ TEST(AccessorGPSTest, WritersSplitSignIntoMagnitudeAndReference) {
     EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSImgDirection())), "270.25000000");
     EXPECT_EQ(editor->currentValue(name(TagItem::itemEXIFGPSImgDirectionRef())), "T");
     EXPECT_DOUBLE_EQ(exif.exifGPSAltitude()->value(), -12);
+    // No range is enforced: an altitude whose fixed form takes 80 characters is written whole.
+    exif.setExifGPSAltitude(TypedTagValue<Altitude>::value(Altitude(-1e70)));
+    EXPECT_DOUBLE_EQ(exif.exifGPSAltitude()->value(), -1e70);
     recorder.drain();
 
     // A whole location reaches the history as one batch.

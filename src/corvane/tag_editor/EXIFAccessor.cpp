@@ -1,5 +1,6 @@
 #include "corvane/tag_editor/EXIFAccessor.hpp"
 
+#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/OrientationAccessor.hpp"
@@ -106,7 +107,7 @@ void EXIFAccessor::setExifGPSAltitude(const TypedTagValue<Altitude>& value) cons
 void EXIFAccessor::setExifGPSImgDirection(const TypedTagValue<double>& value) const {
     EditionManager::Session session(editor().manager());
     if (const double* direction = value.getIf()) {
-        setString(decimalText(*direction), TagItem::itemEXIFGPSImgDirection());
+        setString(converter_text::formatEightDecimals(*direction), TagItem::itemEXIFGPSImgDirection());
         setString(std::string("T"), TagItem::itemEXIFGPSImgDirectionRef());
         return;
     }

@@ -1,12 +1,12 @@
 #include "corvane/tag_editor/FamilyAccessor.hpp"
 
+#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/value_models/Country.hpp"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace corvane {
 
@@ -46,11 +46,10 @@ void FamilyAccessor::setStrings(const std::optional<std::string>& value,
 }
 
 bool FamilyAccessor::hasOneOrMoreValues(const std::vector<TagName>& tagNames) const {
-    if (tagNames.empty()) return false;
-    // One snapshot pass rather than a pass per name.
-    TagStorage storage = editor_.storage();
+    // A short shared pass per name: cheaper than a snapshot of the whole storage for a handful
+    // of names, and it stops at the first value.
     return std::any_of(tagNames.begin(), tagNames.end(),
-                       [&](const TagName& name) { return storage.currentValue(name).has_value(); });
+                       [&](const TagName& name) { return editor_.currentValue(name).has_value(); });
 }
 
 bool FamilyAccessor::oneOrMoreTagsAreEdited(const std::vector<TagName>& tagNames) const {
@@ -71,7 +70,7 @@ std::optional<double> FamilyAccessor::readReferencedNumber(const TagItem& number
 void FamilyAccessor::writeReferencedNumber(double value, const TagItem& number, const TagItem& reference,
                                            std::string_view positive, std::string_view negative) const {
     EditionManager::Session session(editor_.manager());
-    editor_.setValue(decimalText(std::fabs(value)), number.name());
+    editor_.setValue(converter_text::formatEightDecimals(std::fabs(value)), number.name());
     editor_.setValue(std::string(value < 0 ? negative : positive), reference.name());
 }
 
@@ -108,15 +107,6 @@ void FamilyAccessor::writeText(const TypedTagValue<std::string>& value, const Ta
 void FamilyAccessor::writeCountryCode(const TypedTagValue<std::string>& value, const TagItem& item) const {
     if (const std::string* code = value.getIf(); code && !Country::from(*code)) return;
     writeText(value, item);
-}
-
-std::string FamilyAccessor::decimalText(double value) {
-    // snprintf follows LC_NUMERIC; build the text by hand where a comma could appear.
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.8f", value);
-    std::string text(buffer);
-    std::replace(text.begin(), text.end(), ',', '.');
-    return text;
 }
 
 } // namespace corvane

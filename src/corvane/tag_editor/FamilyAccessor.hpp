@@ -74,9 +74,6 @@ protected:
     // case); an unknown code leaves the tag as it is.
     void writeCountryCode(const TypedTagValue<std::string>& value, const TagItem& item) const;
 
-    // "%.8f" of the value, in the C locale whatever the process's locale.
-    static std::string decimalText(double value);
-
 private:
     TagEditor& editor_;
 };

@@ -33,8 +33,11 @@ struct City {
     double latitude = 0;
     double longitude = 0;
     unsigned population = 0;
+    // The names as compared, folded once at load time rather than on every look-up.
+    std::string foldedName;
     std::string foldedState;
     std::string foldedCountry;
+    std::string foldedCountryCode;
 };
 
 using Point = std::array<double, 3>;
@@ -85,7 +88,7 @@ private:
         std::iota(tree_.begin(), tree_.end(), 0u);
         build(0, tree_.size(), 0);
         for (std::uint32_t i = 0; i < cities_.size(); ++i)
-            byName_[GeoNamesGeocoder::foldedText(cities_[i].name)].push_back(i);
+            byName_[cities_[i].foldedName].push_back(i);
     }
 
     void load() {
@@ -106,8 +109,10 @@ private:
             city.longitude = geonames_city_get_longitude(c);
             city.population = geonames_city_get_population(c);
             geonames_city_free(c);
+            city.foldedName = GeoNamesGeocoder::foldedText(city.name);
             city.foldedState = GeoNamesGeocoder::foldedText(city.state);
             city.foldedCountry = GeoNamesGeocoder::foldedText(city.country);
+            city.foldedCountryCode = GeoNamesGeocoder::foldedText(city.countryCode);
             cities_.push_back(std::move(city));
         }
 #endif
@@ -283,12 +288,12 @@ std::optional<PlaceMark> GeoNamesGeocoder::geocodeAddress(std::string_view addre
         // ("Île-de-France" for "Île-de-France Region").
         bool stateNamed = containsWords(whole, city.foldedState);
         for (const auto& part : parts)
-            if (!stateNamed && part.size() >= 3 && part != GeoNamesGeocoder::foldedText(city.name) &&
+            if (!stateNamed && part.size() >= 3 && part != city.foldedName &&
                 city.foldedState.rfind(part, 0) == 0)
                 stateNamed = true;
         if (stateNamed) score += 2;
         if (containsWords(whole, city.foldedCountry) ||
-            (!city.countryCode.empty() && containsWords(whole, foldedText(city.countryCode)) &&
+            (!city.foldedCountryCode.empty() && containsWords(whole, city.foldedCountryCode) &&
              words.size() > 1))
             score += 2;
         std::pair<int, unsigned> key{score, city.population};

@@ -7,23 +7,6 @@
 
 namespace corvane {
 
-namespace {
-
-// Keeps the session open for the whole frame, also when the storage operation throws, so that
-// the count of nested sessions stays balanced.
-class SessionScope {
-public:
-    explicit SessionScope(EditionManager& manager) : manager_(manager) { manager_.beginSession(); }
-    ~SessionScope() { manager_.endSession(); }
-    SessionScope(const SessionScope&) = delete;
-    SessionScope& operator=(const SessionScope&) = delete;
-
-private:
-    EditionManager& manager_;
-};
-
-} // namespace
-
 TagEditor::TagEditor(TagStorage storage)
     : nonAtomicStorage_(std::move(storage)),
       hashValue_(std::hash<std::filesystem::path::string_type>()(nonAtomicStorage_.source().url().native())) {
@@ -132,15 +115,16 @@ void TagEditor::debugPrint() const {
 // --- Frames
 
 void TagEditor::performEdit(const TagName& tagName, const std::function<bool(TagStorage&)>& change) {
+    // The session stays balanced also when the storage operation throws.
     EditionManager& editions = manager();
-    SessionScope session(editions);
+    EditionManager::Session session(editions);
     const bool changed = atomic_.write([&] { return change(nonAtomicStorage_); });
     if (changed) editions.registerTag(shared_from_this(), tagName);
 }
 
 void TagEditor::performListEdit(const std::function<std::vector<TagName>(TagStorage&)>& change) {
     EditionManager& editions = manager();
-    SessionScope session(editions);
+    EditionManager::Session session(editions);
     const std::vector<TagName> names = atomic_.write([&] { return change(nonAtomicStorage_); });
     if (names.empty()) return;
     const std::shared_ptr<TagEditor> self = shared_from_this();

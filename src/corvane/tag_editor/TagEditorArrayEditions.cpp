@@ -8,8 +8,7 @@
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
-#include <atomic>
-#include <mutex>
+#include <algorithm>
 
 namespace corvane {
 

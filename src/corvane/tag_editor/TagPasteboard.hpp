@@ -39,7 +39,7 @@ public:
     // The pairs of the text form. A line must read name, colon, quoted value; anything else on
     // the line, a malformed name or an unterminated quote drops the line.
     static std::vector<TagPair> parseMultipleValues(std::string_view text);
-    // The quoted form of one value, and back.
+    // The quoted form of one value: in double quotes, with the escapes above.
     static std::string quoted(std::string_view value);
 
     // The process's pasteboard: an InProcessTagPasteboard until a host sets its own.

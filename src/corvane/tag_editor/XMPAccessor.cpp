@@ -1,5 +1,6 @@
 #include "corvane/tag_editor/XMPAccessor.hpp"
 
+#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 
@@ -69,7 +70,7 @@ std::optional<GPSLocation> XMPAccessor::xmpGPSLocation() const {
 void XMPAccessor::setXmpGPSLatitude(const TypedTagValue<Latitude>& value) const {
     if (const auto* latitude = value.getIf()) {
         // The sign travels in the value; see the class comment.
-        setString(decimalText(latitude->value()), TagItem::itemXMPGPSLatitude());
+        setString(converter_text::formatEightDecimals(latitude->value()), TagItem::itemXMPGPSLatitude());
         return;
     }
     setStrings(value.isClear() ? TagValueClear : TagValueRestore,
@@ -78,7 +79,7 @@ void XMPAccessor::setXmpGPSLatitude(const TypedTagValue<Latitude>& value) const 
 
 void XMPAccessor::setXmpGPSLongitude(const TypedTagValue<Longitude>& value) const {
     if (const auto* longitude = value.getIf()) {
-        setString(decimalText(longitude->value()), TagItem::itemXMPGPSLongitude());
+        setString(converter_text::formatEightDecimals(longitude->value()), TagItem::itemXMPGPSLongitude());
         return;
     }
     setStrings(value.isClear() ? TagValueClear : TagValueRestore,
