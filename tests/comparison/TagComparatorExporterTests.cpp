@@ -3,6 +3,7 @@
 #include "corvane/csv_support/Utf8.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 
+#include "ComparisonFixtures.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -18,18 +19,12 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-
-TagName name(std::string_view raw) {
-    return *TagName::fromRawValue(raw);
-}
+using test::name;
+using test::storageWith;
 
 TagComparatorTable twoFileTable() {
-    TagStorage first{TagStorageSource("/p/a.jpg")};
-    first.setOriginalValue("ACME", name("EXIF:Make"));
-    first.setOriginalValue("Zoë", name("EXIF:Artist"));
-    TagStorage second{TagStorageSource("/p/b.jpg")};
-    second.setOriginalValue("ACME", name("EXIF:Make"));
-    second.setOriginalValue("k1,k2", name("IPTC:Keywords"));
+    TagStorage first = storageWith("/p/a.jpg", {{"EXIF:Make", "ACME"}, {"EXIF:Artist", "Zoë"}});
+    TagStorage second = storageWith("/p/b.jpg", {{"EXIF:Make", "ACME"}, {"IPTC:Keywords", "k1,k2"}});
     second.unsafeSetValue("Neu", name("EXIF:Artist"));
     return TagComparatorTable::fromStorages({first, second});
 }
@@ -51,10 +46,9 @@ TEST(ComparisonExporter, TextLayoutPadsColumnsWithHeadingOnlyForSeveralFiles) {
                                  " : " + E::padded("", 80) + "; " + E::padded("k1,k2", 80) + "\n";
     EXPECT_EQ(E(twoFileTable()).txtString(), expected);
 
-    TagStorage only{TagStorageSource("/p/a.jpg")};
-    only.setOriginalValue("ACME", name("EXIF:Make"));
-    EXPECT_EQ(E(TagComparatorTable::fromStorages({only})).txtString(),
-              "EXIF\n" + E::padded("EXIF Make", 40) + " : " + E::padded("ACME", 80) + "\n");
+    EXPECT_EQ(
+        E(TagComparatorTable::fromStorages({storageWith("/p/a.jpg", {{"EXIF:Make", "ACME"}})})).txtString(),
+        "EXIF\n" + E::padded("EXIF Make", 40) + " : " + E::padded("ACME", 80) + "\n");
 }
 
 TEST(ComparisonExporter, PaddingCountsUTF16UnitsAndNeverCuts) {

@@ -3,24 +3,18 @@
 #include "corvane/comparison/TagComparatorTextSearch.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
 
+#include "ComparisonFixtures.hpp"
+
 #include <gtest/gtest.h>
 
 namespace corvane {
 namespace {
 
-TagName name(std::string_view raw) {
-    return *TagName::fromRawValue(raw);
-}
-
 TagComparatorTable sampleTable() {
-    TagStorage first{TagStorageSource("/p/first.jpg")};
-    first.setOriginalValue("ACME", name("EXIF:Make"));
-    first.setOriginalValue("Zoë Ünsal", name("EXIF:Artist"));
-    first.setOriginalValue("Straße", name("XMP:Title"));
-    TagStorage second{TagStorageSource("/p/second.jpg")};
-    second.setOriginalValue("Acme", name("EXIF:Make"));
-    second.setOriginalValue("Café", name("IPTC:Caption-Abstract"));
-    return TagComparatorTable::fromStorages({first, second});
+    return TagComparatorTable::fromStorages(
+        {test::storageWith("/p/first.jpg",
+                           {{"EXIF:Make", "ACME"}, {"EXIF:Artist", "Zoë Ünsal"}, {"XMP:Title", "Straße"}}),
+         test::storageWith("/p/second.jpg", {{"EXIF:Make", "Acme"}, {"IPTC:Caption-Abstract", "Café"}})});
 }
 
 std::string rowText(const TagComparatorRow& row) {

@@ -2,6 +2,8 @@
 #include "corvane/comparison/TagStorageValueProvider.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
 
+#include "ComparisonFixtures.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,17 +12,8 @@
 namespace corvane {
 namespace {
 
-TagName name(std::string_view raw) {
-    return *TagName::fromRawValue(raw);
-}
-
-TagStorage storageWith(std::string_view path,
-                       std::initializer_list<std::pair<std::string_view, std::string>> tags) {
-    TagStorage storage{TagStorageSource(std::filesystem::path(path))};
-    for (const auto& [raw, value] : tags)
-        storage.setOriginalValue(value, name(raw));
-    return storage;
-}
+using test::name;
+using test::storageWith;
 
 std::vector<std::string> streamsOf(const TagComparatorTable& table) {
     std::vector<std::string> result;

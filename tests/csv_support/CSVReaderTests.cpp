@@ -103,6 +103,8 @@ TEST_F(CSVFileTest, OtherEncodingsAndDetection) {
     // The same bytes are not UTF-8.
     EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(latin1), fs::filesystem_error);
     EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_ / "missing.csv"), fs::filesystem_error);
+    // A folder opens like a file but can't be read: the system's error, not a stream exception.
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_), fs::filesystem_error);
 
     const std::string le("\xFF\xFEx\0,\0y\0", 8);
     auto detected = CSVReader<EnumeratedCSVView>::fromFile(write("le.csv", le), std::nullopt,

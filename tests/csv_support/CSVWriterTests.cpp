@@ -85,6 +85,14 @@ TEST(CSVWriter, StreamFailures) {
         EXPECT_STREQ(e.what(), "CSV writer cannot open file");
     }
 
+    // Closing a failed stream, even twice (the writer closes what it was given), keeps the failure.
+    auto unopenable = OutputStream::toFile("/nonexistent-folder/x.csv");
+    unopenable->open();
+    unopenable->close();
+    unopenable->close();
+    EXPECT_EQ(unopenable->status(), OutputStream::Status::error);
+    EXPECT_EQ(unopenable->streamError(), std::errc::no_such_file_or_directory);
+
     // A stream that is full refuses the unit that does not fit.
     auto small = OutputStream::toBuffer(3);
     CSVWriter writer(small, CSVWriter::WideCodec::utf16, CSVWriter::WriteEndian::big);

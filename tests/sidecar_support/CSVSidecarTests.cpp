@@ -89,6 +89,8 @@ TEST(CSVSidecarFiles, ReadsFilesAndRefusesBytesThatAreNotUTF8) {
     std::ofstream(folder / "latin1.csv", std::ios::binary) << "EXIF:Artist,Zo\xEB\n";
     EXPECT_THROW(CSVSidecarReader().readContentsOf(folder / "latin1.csv"), CSVSidecarReader::ReadException);
     EXPECT_THROW(CSVSidecarReader().readContentsOf(folder / "missing.csv"), fs::filesystem_error);
+    // A folder opens like a file, has no meaningful size, and fails only when read.
+    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder.makeSubfolder("folder.csv")), fs::filesystem_error);
 
     TagStorage storage(TagStorageSource("/photos/a.jpg"));
     storage.setOriginalValue("Zoë", name("EXIF:Artist"));

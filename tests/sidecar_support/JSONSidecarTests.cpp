@@ -67,6 +67,20 @@ TEST(JSONSidecarWriter, RefusesTextThatIsNotUTF8) {
     }
 }
 
+TEST(JSONSidecarWriter, RefusesNumbersThatJSONCannotHold) {
+    // The number converters read "nan" and "inf" as C does; JSON has no such numbers, and writing
+    // them as null would lose the tag without a word.
+    for (const char* text : {"nan", "inf", "-inf"}) {
+        auto storage = storageWith({{"EXIF:ExposureCompensation", text}, {"XMP:Rating", text}});
+        try {
+            const std::string json = JSONSidecarWriter().data(storage);
+            ADD_FAILURE() << "wrote " << json << " for " << text;
+        } catch (const JSONSidecarWriter::WriteException& e) {
+            EXPECT_EQ(e.error(), JSONSidecarWriter::WriteError::dataValidationFailed) << text;
+        }
+    }
+}
+
 TEST(JSONSidecarReader, ReadsAnyMemberOrderAndNormalisesThroughConverters) {
     const std::string text = R"({
         "XMP": {"Subject": ["one", "two"], "Rating": 3, "Unknown": 12.5, "Gone": null},

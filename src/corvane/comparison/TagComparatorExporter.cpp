@@ -52,30 +52,52 @@ std::string TagComparatorExporter::padded(std::string_view text, std::size_t wid
     return result;
 }
 
-std::string TagComparatorExporter::txtString() const {
-    std::string text;
-    if (tagsTable_.multiValuesCount() >= 2) {
-        text += padded(tagsTitle(), nameWidth) + " : ";
-        const auto& titles = tagsTable_.titles();
+namespace {
+
+// What a piece of the laid-out comparison is, so that rich text can style it.
+enum class Piece { heading, group, key, editedValue, plain };
+
+// The layout of the text and rich text forms, piece by piece: the heading row when there are two
+// or more columns, then each group's name and its rows, with padded columns.
+template <class Emit> void layOut(const TagComparatorTable& table, Emit&& emit) {
+    using E = TagComparatorExporter;
+    bool wroteAny = false;
+    auto put = [&](std::string_view text, Piece piece) {
+        wroteAny = wroteAny || !text.empty();
+        emit(text, piece);
+    };
+    if (table.multiValuesCount() >= 2) {
+        put(E::padded(tagsTitle(), E::nameWidth), Piece::heading);
+        put(" : ", Piece::plain);
+        const auto& titles = table.titles();
         for (std::size_t i = 0; i < titles.size(); ++i) {
-            if (i > 0) text += "; ";
-            text += padded(titles[i], valueWidth);
+            if (i > 0) put("; ", Piece::plain);
+            put(E::padded(titles[i], E::valueWidth), Piece::heading);
         }
-        text += "\n\n";
+        put("\n\n", Piece::plain);
     }
-    for (const auto& group : tagsTable_) {
-        if (!text.empty()) text += '\n';
-        text += group.name().stream.rawValue() + "\n";
+    for (const auto& group : table) {
+        if (wroteAny) put("\n", Piece::plain);
+        put(group.name().stream.rawValue() + "\n", Piece::group);
         for (const auto& entry : group) {
-            text += padded(entry.key().localizedText(), nameWidth) + " : ";
+            put(E::padded(entry.key().localizedText(), E::nameWidth), Piece::key);
+            put(" : ", Piece::plain);
             const auto& values = entry.values();
             for (std::size_t i = 0; i < values.size(); ++i) {
-                if (i > 0) text += "; ";
-                text += padded(values[i].string.value_or(std::string()), valueWidth);
+                if (i > 0) put("; ", Piece::plain);
+                put(E::padded(values[i].string.value_or(std::string()), E::valueWidth),
+                    values[i].isEdited ? Piece::editedValue : Piece::plain);
             }
-            text += '\n';
+            put("\n", Piece::plain);
         }
     }
+}
+
+} // namespace
+
+std::string TagComparatorExporter::txtString() const {
+    std::string text;
+    layOut(tagsTable_, [&text](std::string_view piece, Piece) { text += piece; });
     return text;
 }
 
@@ -84,37 +106,21 @@ std::string TagComparatorExporter::rtfString() const {
     // Colours: 1 group names, 2 edited values.
     RichTextDocument document({"Menlo", "Menlo-Bold"}, {{0x1F, 0x3A, 0x93}, {0xC0, 0x4B, 0x00}});
     constexpr double size = 13; // the system font size of a regular control
-    const RichTextDocument::Style headingStyle{1, true, 0, size};
-    const RichTextDocument::Style groupStyle{1, true, 1, size};
-    const RichTextDocument::Style keyStyle{1, true, 0, size};
-    const RichTextDocument::Style editedStyle{1, true, 2, size};
-    const RichTextDocument::Style plainStyle{0, false, 0, size};
-
-    if (tagsTable_.multiValuesCount() >= 2) {
-        document.append(padded(tagsTitle(), nameWidth), headingStyle);
-        document.append(" : ", plainStyle);
-        const auto& titles = tagsTable_.titles();
-        for (std::size_t i = 0; i < titles.size(); ++i) {
-            if (i > 0) document.append("; ", plainStyle);
-            document.append(padded(titles[i], valueWidth), headingStyle);
+    auto style = [](Piece piece) -> RichTextDocument::Style {
+        switch (piece) {
+        case Piece::heading:
+        case Piece::key:
+            return {1, true, 0, size};
+        case Piece::group:
+            return {1, true, 1, size};
+        case Piece::editedValue:
+            return {1, true, 2, size};
+        case Piece::plain:
+            break;
         }
-        document.append("\n\n", plainStyle);
-    }
-    for (const auto& group : tagsTable_) {
-        if (!document.isEmpty()) document.append("\n", plainStyle);
-        document.append(group.name().stream.rawValue() + "\n", groupStyle);
-        for (const auto& entry : group) {
-            document.append(padded(entry.key().localizedText(), nameWidth), keyStyle);
-            document.append(" : ", plainStyle);
-            const auto& values = entry.values();
-            for (std::size_t i = 0; i < values.size(); ++i) {
-                if (i > 0) document.append("; ", plainStyle);
-                document.append(padded(values[i].string.value_or(std::string()), valueWidth),
-                                values[i].isEdited ? editedStyle : plainStyle);
-            }
-            document.append("\n", plainStyle);
-        }
-    }
+        return {0, false, 0, size};
+    };
+    layOut(tagsTable_, [&](std::string_view text, Piece piece) { document.append(text, style(piece)); });
     return document.rtf();
 }
 

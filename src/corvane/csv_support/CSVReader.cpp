@@ -1,28 +1,41 @@
 #include "corvane/csv_support/CSVReader.hpp"
 
 #include <cerrno>
-#include <fstream>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace corvane {
 
 namespace {
 
 std::string readFileBytes(const std::filesystem::path& url) {
-    std::ifstream in(url, std::ios::binary);
-    if (!in) {
-        const int err = errno != 0 ? errno : ENOENT;
-        throw std::filesystem::filesystem_error("cannot open file", url,
-                                                std::error_code(err, std::generic_category()));
-    }
-    std::string bytes;
-    std::error_code ec;
-    const auto size = std::filesystem::file_size(url, ec);
-    if (!ec) bytes.reserve(static_cast<std::size_t>(size));
-    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (in.bad())
+    auto fail = [&url](int err) {
         throw std::filesystem::filesystem_error("cannot read file", url,
-                                                std::make_error_code(std::errc::io_error));
+                                                std::error_code(err, std::generic_category()));
+    };
+    const int fd = ::open(url.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) fail(errno);
+    std::string bytes;
+    struct stat info {};
+    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode))
+        bytes.reserve(static_cast<std::size_t>(info.st_size));
+    // Read to the end rather than trusting a size: a folder opens but fails here with the system's
+    // reason, and pipes have no size.
+    char buffer[1 << 16];
+    for (;;) {
+        const ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n == 0) break;
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            const int err = errno;
+            ::close(fd);
+            fail(err);
+        }
+        bytes.append(buffer, static_cast<std::size_t>(n));
+    }
+    ::close(fd);
     return bytes;
 }
 

@@ -73,8 +73,8 @@ void OutputStream::close() {
         if (wasOK) flush();
         if (::close(fd_) != 0 && status_ != Status::error) fail(errno);
         fd_ = -1;
-        if (status_ == Status::error) return; // keep the failure visible
     }
+    if (status_ == Status::error) return; // keep the failure visible, also on a second close
     status_ = Status::closed;
 }
 

@@ -6,6 +6,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <cmath>
+
 namespace corvane {
 
 std::string_view message(JSONSidecarWriter::WriteError error) {
@@ -48,6 +51,16 @@ bool isValidJSONValue(const nlohmann::json& json) {
     }
 }
 
+// NaN and the infinities, which JSON has no numbers for: the bridge would write them as null and
+// the tag would be lost without a word, so the serializer's check refuses them instead.
+bool holdsNonFiniteNumber(const DynamicValue& value) {
+    if (const double* d = value.doubleValue()) return !std::isfinite(*d);
+    if (const Number* n = value.numberValue()) return n->isReal() && !std::isfinite(n->doubleValue());
+    if (const DynamicArray* array = value.arrayValue())
+        return std::any_of(array->begin(), array->end(), holdsNonFiniteNumber);
+    return false;
+}
+
 } // namespace
 
 std::string JSONSidecarWriter::data(const TagStorage& storage) const {
@@ -55,6 +68,7 @@ std::string JSONSidecarWriter::data(const TagStorage& storage) const {
     for (const TagName& name : storage.currentTagNames()) {
         auto converter = JSONSidecarWriter::converter(name);
         auto value = converter->jsonValueFromNativeValue(DynamicValue(storage.currentValue(name)));
+        if (holdsNonFiniteNumber(value)) throw WriteException(WriteError::dataValidationFailed);
         // A family's object is made at first need; nothing becomes null.
         root[name.stream().rawValue()][name.key().rawValue()] = toJson(value);
     }

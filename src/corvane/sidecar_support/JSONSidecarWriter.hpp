@@ -19,7 +19,7 @@ public:
     using WriteException = CaseException<WriteError>;
 
     // WriteException(dataValidationFailed) when a value can't be represented in JSON (text that
-    // isn't UTF-8), WriteException(dataEncodingFailed) when serialising fails.
+    // isn't UTF-8, a NaN or infinite number), WriteException(dataEncodingFailed) when serialising fails.
     std::string data(const TagStorage& storage) const override;
 
     // The converter the sidecars use for a tag: the catalogue item's converter, or for a tag the

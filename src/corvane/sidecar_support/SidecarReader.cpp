@@ -5,9 +5,11 @@
 #include "corvane/sidecar_support/SidecarFormat.hpp"
 
 #include <cerrno>
-#include <fstream>
+#include <fcntl.h>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace corvane {
 
@@ -16,25 +18,31 @@ SidecarReader::Values SidecarReader::readContentsOf(const std::filesystem::path&
 }
 
 std::string SidecarReader::readFileBytes(const std::filesystem::path& url) {
-    std::ifstream in(url, std::ios::binary);
-    if (!in) {
-        int err = errno != 0 ? errno : ENOENT;
+    auto fail = [&url](int err) {
         throw std::filesystem::filesystem_error("Cannot read the sidecar file", url,
                                                 std::error_code(err, std::generic_category()));
-    }
+    };
+    const int fd = ::open(url.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) fail(errno);
     std::string bytes;
-    in.seekg(0, std::ios::end);
-    auto size = in.tellg();
-    if (size > 0) {
-        bytes.resize(static_cast<std::size_t>(size));
-        in.seekg(0, std::ios::beg);
-        in.read(bytes.data(), size);
+    struct stat info {};
+    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode))
+        bytes.reserve(static_cast<std::size_t>(info.st_size));
+    // Read to the end rather than trusting a size: a folder opens but fails here with the system's
+    // reason, and pipes have no size.
+    char buffer[1 << 16];
+    for (;;) {
+        const ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n == 0) break;
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            const int err = errno;
+            ::close(fd);
+            fail(err);
+        }
+        bytes.append(buffer, static_cast<std::size_t>(n));
     }
-    if (in.bad() || (size > 0 && in.gcount() != size)) {
-        // A folder opens but can't be read: report it as the system does.
-        throw std::filesystem::filesystem_error("Cannot read the sidecar file", url,
-                                                std::make_error_code(std::errc::io_error));
-    }
+    ::close(fd);
     return bytes;
 }
 

@@ -28,10 +28,6 @@ public:
     // Writes the sidecar of `storage` in the format named by the extension of `url`;
     // std::invalid_argument for an extension that names no sidecar format.
     static void writeSidecar(const TagStorage& storage, const std::filesystem::path& url);
-
-protected:
-    // Writes through a temporary file in the same folder, renamed over the destination.
-    static void writeFileAtomically(const std::filesystem::path& url, std::string_view bytes);
 };
 
 } // namespace corvane
