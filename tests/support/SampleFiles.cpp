@@ -1,6 +1,7 @@
 #include "support/SampleFiles.hpp"
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
@@ -456,8 +457,9 @@ ExifToolRun runExifTool(const std::vector<std::string>& arguments) {
     posix_spawn_file_actions_destroy(&actions);
     if (spawned != 0) throw std::runtime_error("cannot start " + tool);
     int status = 0;
-    while (waitpid(pid, &status, 0) < 0) {
-    }
+    // Only an interrupted wait is tried again: any other failure would repeat for ever.
+    while (waitpid(pid, &status, 0) < 0)
+        if (errno != EINTR) throw std::runtime_error("cannot wait for " + tool);
     ExifToolRun run;
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     run.standardOutput = readAll(outPath);

@@ -8,17 +8,13 @@
 
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
+#include "support/Unwritable.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fcntl.h>
 #include <fstream>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -325,48 +321,6 @@ TEST_F(ETWriter, AFolderStorageWritesEveryMatchingFile) {
     EXPECT_EQ(original(back.at(png), "XMP:Title"), std::nullopt) << "the filter keeps other types out";
 }
 
-// Makes a file that ExifTool can't replace: read-only for a plain user; for root, whom permissions
-// don't stop, immutable. Gives false when neither works here.
-class Unwritable {
-public:
-    explicit Unwritable(const fs::path& path) : path_(path) {
-        if (::geteuid() != 0) {
-            fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-            fs::permissions(path.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
-            ok_ = true;
-            return;
-        }
-        const int fd = ::open(path.c_str(), O_RDONLY);
-        int flags = 0;
-        if (fd >= 0 && ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0) {
-            flags |= FS_IMMUTABLE_FL;
-            ok_ = ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
-            immutable_ = ok_;
-        }
-        if (fd >= 0) ::close(fd);
-    }
-    ~Unwritable() {
-        if (immutable_) {
-            const int fd = ::open(path_.c_str(), O_RDONLY);
-            int flags = 0;
-            if (fd >= 0 && ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0) {
-                flags &= ~FS_IMMUTABLE_FL;
-                ::ioctl(fd, FS_IOC_SETFLAGS, &flags);
-            }
-            if (fd >= 0) ::close(fd);
-        } else if (ok_) {
-            fs::permissions(path_.parent_path(), fs::perms::owner_all);
-            fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_write);
-        }
-    }
-    bool ok() const { return ok_; }
-
-private:
-    fs::path path_;
-    bool ok_ = false;
-    bool immutable_ = false;
-};
-
 TEST_F(ETWriter, AFileThatCannotBeWrittenEndsWithAnErrorAndStaysAsItWas) {
     const fs::path locked = test::makeJPEG(folder.makeSubfolder("locked") / "locked.jpg");
     test::tagWithExifTool(locked, {"-EXIF:Artist=before"});
@@ -377,7 +331,7 @@ TEST_F(ETWriter, AFileThatCannotBeWrittenEndsWithAnErrorAndStaysAsItWas) {
     const std::string before = fileBytes(locked);
     const auto modified = fs::last_write_time(locked);
 
-    Unwritable guard(locked);
+    test::Unwritable guard(locked);
     if (!guard.ok()) GTEST_SKIP() << "cannot make a file unwritable on this volume";
     std::vector<std::string> events;
     try {
@@ -405,6 +359,28 @@ TEST_F(ETWriter, TextThatIsNotUTF8StopsTheWriteBeforeExifTool) {
     } catch (const ETTagStorageWriter::WriteException& e) {
         EXPECT_EQ(e.error(), ETTagStorageWriter::WriteError::jsonEncodingFailed);
         EXPECT_STREQ(e.what(), "JSON encoding failed");
+    }
+    EXPECT_TRUE(writer.process().output().arguments().empty()) << "ExifTool was not started";
+    EXPECT_EQ(fileBytes(jpeg), before);
+}
+
+TEST_F(ETWriter, AnImportFileThatCannotBeMadeStopsTheWriteBeforeExifTool) {
+    const fs::path jpeg = test::makeJPEG(folder / "nofile.jpg");
+    const std::string before = fileBytes(jpeg);
+    TagStorage storage = readOne(jpeg);
+    edit(storage, {{"EXIF:Artist", "never"}});
+    ETTagStorageWriter writer{ETTagStorageWriter::Settings({storage})};
+    {
+        // The import file goes to the temporary folder, which takes no new file now.
+        test::Unwritable guard(temporary.path());
+        if (!guard.ok()) GTEST_SKIP() << "cannot make a folder unwritable on this volume";
+        try {
+            writer.write();
+            ADD_FAILURE() << "the import file can't be made";
+        } catch (const ETTagStorageWriter::WriteException& e) {
+            EXPECT_EQ(e.error(), ETTagStorageWriter::WriteError::jsonFileCreationFailed);
+            EXPECT_STREQ(e.what(), "JSON file creation failed");
+        }
     }
     EXPECT_TRUE(writer.process().output().arguments().empty()) << "ExifTool was not started";
     EXPECT_EQ(fileBytes(jpeg), before);

@@ -83,7 +83,8 @@ TEST(TagStorageValues, RestoreTakesTheEditBack) {
     EXPECT_FALSE(storage.isEdited());
     // A restore on a tag with neither value nor edit changes nothing.
     EXPECT_FALSE(storage.setValue(std::nullopt, copyright()));
-    // A restore of an unedited tag that has a value in the file changes nothing either.
+    // A restore of an unedited tag that has a value in the file reports a change (a restore is
+    // never compared with the file's value), and still leaves nothing edited.
     EXPECT_TRUE(storage.setValue(std::nullopt, artist()));
     EXPECT_FALSE(storage.isEdited());
 }

@@ -8,12 +8,11 @@
 #include "corvane/utilities/KitSettings.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
+#include "support/Unwritable.hpp"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <map>
-#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -169,37 +168,6 @@ TEST(ImportSaveTasks, corruptFileInABatch) {
     EXPECT_EQ(exifToolValue(defect, "EXIF:Artist"), "Lenient");
 }
 
-// Makes a file impossible to replace: immutable for root, in a read-only folder otherwise.
-class ReadOnlyFile {
-public:
-    ReadOnlyFile(const fs::path& file) : file_(file) {
-        if (geteuid() == 0) {
-            const std::string command = "chattr +i '" + file.string() + "' 2>/dev/null";
-            immutable_ = std::system(command.c_str()) == 0;
-            ok_ = immutable_;
-        } else {
-            fs::permissions(file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-            fs::permissions(file.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
-            ok_ = true;
-        }
-    }
-    ~ReadOnlyFile() {
-        if (immutable_) {
-            const std::string command = "chattr -i '" + file_.string() + "'";
-            [[maybe_unused]] int status = std::system(command.c_str());
-        } else if (geteuid() != 0) {
-            fs::permissions(file_.parent_path(), fs::perms::owner_all);
-            fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write);
-        }
-    }
-    bool ok() const { return ok_; }
-
-private:
-    fs::path file_;
-    bool immutable_ = false;
-    bool ok_ = false;
-};
-
 TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
     TemporaryFolder folder;
     auto sub = folder.makeSubfolder("locked");
@@ -208,8 +176,8 @@ TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
     ASSERT_EQ(editors.size(), 1u);
     const std::string before = fileBytes(locked);
     {
-        ReadOnlyFile guard(locked);
-        if (!guard.ok()) GTEST_SKIP() << "can't make a file read-only here (chattr unavailable)";
+        test::Unwritable guard(locked);
+        if (!guard.ok()) GTEST_SKIP() << "can't make a file read-only on this volume";
         editors[0]->setValue(std::string("Nobody"), tag("EXIF:Artist"));
         auto task = save(editors);
         EXPECT_EQ(task->errors().size(), 1u) << task->errorListDescription();

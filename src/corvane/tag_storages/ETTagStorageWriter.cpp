@@ -8,12 +8,6 @@
 #include "corvane/utilities/KitDebugger.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
-#include <cerrno>
-#include <cstdio>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace corvane {
 
 namespace {
@@ -42,30 +36,6 @@ std::optional<nlohmann::ordered_json> listElements(const TagItem& item, const st
             array.push_back(std::move(*string));
     if (array.empty()) return nlohmann::ordered_json(deleteMarker);
     return array;
-}
-
-// Writes the bytes to a new file beside `url`, readable by the owner only, then renames it into place,
-// so that a reader never sees half a file.
-bool writeAtomically(const fs::path& url, const std::string& bytes) {
-    fs::path partial = url;
-    partial += ".partial";
-    const int fd = ::open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (fd < 0) return false;
-    std::size_t done = 0;
-    bool ok = true;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            ok = false;
-            break;
-        }
-        done += static_cast<std::size_t>(n);
-    }
-    ok = ::close(fd) == 0 && ok;
-    if (ok) ok = std::rename(partial.c_str(), url.c_str()) == 0;
-    if (!ok) ::unlink(partial.c_str());
-    return ok;
 }
 
 } // namespace
@@ -260,7 +230,12 @@ fs::path ETTagStorageWriter::createJSONFile(const nlohmann::ordered_json& record
     const fs::path url = temporaryURL("json");
     std::error_code error;
     fs::create_directories(url.parent_path(), error);
-    if (!writeAtomically(url, bytes)) throw WriteException(WriteError::jsonFileCreationFailed);
+    try {
+        // Readable by the owner only: the values may be private.
+        writeFileAtomically(url, bytes, 0600);
+    } catch (const fs::filesystem_error&) {
+        throw WriteException(WriteError::jsonFileCreationFailed);
+    }
     return url;
 }
 

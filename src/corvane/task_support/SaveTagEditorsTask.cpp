@@ -77,8 +77,8 @@ SaveTagEditorsTask::flushEditors(const std::vector<std::shared_ptr<TagEditor>>& 
                        [](const std::shared_ptr<TagEditor>& editor) { return editor->flushChanges(); });
 }
 
-void SaveTagEditorsTask::writeStorages(const std::vector<TagStorage>& storages) {
-    ETTagStorageWriter::Settings writerSettings(storages);
+void SaveTagEditorsTask::writeStorages(std::vector<TagStorage> storages) {
+    ETTagStorageWriter::Settings writerSettings(std::move(storages));
     writerSettings.setEnableCorrection(settings_.enableCorrection.value_or(false));
     writerSettings.setForceIPTCUTF8(settings_.forceIPTCUTF8.value_or(true));
     writerSettings.setForceIPTCDigest(settings_.forceIPTCDigest);
@@ -94,8 +94,8 @@ void SaveTagEditorsTask::writeStorages(const std::vector<TagStorage>& storages) 
 
 void SaveTagEditorsTask::saveWithExifTool(const std::vector<std::shared_ptr<TagEditor>>& editors) {
     if (editors.empty()) return;
-    const auto storages = flushEditors(editors);
-    failable([&] { writeStorages(storages); });
+    auto storages = flushEditors(editors);
+    failable([&] { writeStorages(std::move(storages)); });
 }
 
 void SaveTagEditorsTask::saveWithCoreImage(const std::vector<std::shared_ptr<TagEditor>>& editors) {

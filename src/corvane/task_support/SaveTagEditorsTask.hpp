@@ -60,7 +60,7 @@ private:
     void askPhotosLibrary(const std::vector<std::shared_ptr<TagEditor>>& editors) const;
     // Flushes the editors in one edition session and gives their storages as they stood.
     static std::vector<TagStorage> flushEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
-    void writeStorages(const std::vector<TagStorage>& storages);
+    void writeStorages(std::vector<TagStorage> storages);
 
     const Settings settings_;
 };
