@@ -1,38 +1,27 @@
 // `corvane read` and `corvane set`: the tags of files, read and edited through the import and save
 // tasks.
 #include "Commands.hpp"
+#include "StorageReading.hpp"
 
-#include "corvane/exiftool_wrapper/ETOutput.hpp"
-#include "corvane/helpers/FileSystemHelpers.hpp"
-#include "corvane/helpers/MainQueue.hpp"
 #include "corvane/preset_support/TagEditorPresets.hpp"
-#include "corvane/tag_edition/AbstractTask.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
-#include "corvane/tag_edition/TaskManager.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_editor/TagEditorEditions.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
-#include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 #include "corvane/value_models/CoordinateParser.hpp"
 #include "corvane/value_models/DateEdition.hpp"
 
-#include <unistd.h>
+#include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <iostream>
-#include <map>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace corvane::cli {
@@ -40,178 +29,6 @@ namespace corvane::cli {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
-using EditorList = std::vector<std::shared_ptr<TagEditor>>;
-
-// The path key under which files are matched between arguments, editors and ExifTool's reports.
-std::string pathKey(const fs::path& path) {
-    std::error_code ec;
-    fs::path canonical = fs::weakly_canonical(fs::absolute(path, ec), ec);
-    return (ec ? fs::absolute(path).lexically_normal() : canonical).string();
-}
-
-// Errors are counted, and printed on standard error one a line, with the file they concern.
-class Reporter {
-public:
-    void error(const std::string& text) {
-        clearProgress();
-        std::cerr << "corvane: " << text << '\n';
-        ++errorCount_;
-    }
-    void fileError(const fs::path& path, const std::string& text) { error(path.string() + ": " + text); }
-    std::size_t errorCount() const { return errorCount_; }
-
-    // A progress line on a terminal, shown only once a batch has run for a moment.
-    void progress(const std::string& label, double fraction, Clock::time_point start) {
-        if (!isTerminal_ || Clock::now() - start < std::chrono::milliseconds(400)) return;
-        const int percent = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 100);
-        std::cerr << '\r' << label << ' ' << percent << "%  " << std::flush;
-        shown_ = true;
-    }
-    void clearProgress() {
-        if (!shown_) return;
-        std::cerr << "\r\033[K" << std::flush;
-        shown_ = false;
-    }
-
-private:
-    bool isTerminal_ = isatty(STDERR_FILENO) == 1;
-    bool shown_ = false;
-    std::size_t errorCount_ = 0;
-};
-
-// Runs the task through the task manager and drains the main queue on this thread until it has
-// ended, showing its progress.
-void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter) {
-    MainQueue& main = MainQueue::shared();
-    if (!main.mainThread()) main.registerCurrentThreadAsMain();
-    const auto start = Clock::now();
-    TaskManager::shared().add(task);
-    auto ended = [&] {
-        auto status = task->status();
-        return status == AbstractTask::Status::completed || status == AbstractTask::Status::cancelled;
-    };
-    while (!main.runUntil(ended, std::chrono::milliseconds(100)))
-        reporter.progress(label, task->progress(), start);
-    main.drain();
-    reporter.clearProgress();
-}
-
-// The files named by ExifTool in a failed run's reports; the error is reported for each, or once
-// for the run when it names none.
-std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& reporter) {
-    std::set<std::string> failedFiles;
-    for (const auto& error : task.errors()) {
-        try {
-            std::rethrow_exception(error);
-        } catch (const ETOutputException& e) {
-            bool named = false;
-            for (const auto& fileError : e.fileErrors()) {
-                if (!fileError.path) continue;
-                reporter.fileError(*fileError.path, fileError.text);
-                failedFiles.insert(pathKey(*fileError.path));
-                named = true;
-            }
-            if (!named) reporter.error(e.details());
-        } catch (const std::exception& e) {
-            reporter.error(e.what());
-        }
-    }
-    return failedFiles;
-}
-
-// The files of a folder whose name has a dot: such a folder counts as a file for the engines, so
-// its supported files are listed here, in name order, hidden ones left out.
-std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively) {
-    std::vector<fs::path> files;
-    std::error_code ec;
-    std::vector<fs::path> entries;
-    for (const auto& entry : fs::directory_iterator(folder, ec))
-        if (entry.path().filename().string().rfind('.', 0) != 0) entries.push_back(entry.path());
-    std::sort(entries.begin(), entries.end());
-    for (const auto& entry : entries) {
-        if (fs::is_directory(entry, ec)) {
-            if (!recursively) continue;
-            auto inner =
-                pathExtension(entry).empty() ? listFolderFiles(entry, true) : listDottedFolder(entry, true);
-            files.insert(files.end(), inner.begin(), inner.end());
-        } else if (ImportTagEditorsTask::canImportEditor(entry)) {
-            files.push_back(entry);
-        }
-    }
-    return files;
-}
-
-// The sources that the path arguments name: files of a supported format and folders, which the
-// import unfolds. Missing files and unsupported formats are reported.
-std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,
-                                             Reporter& reporter) {
-    std::vector<TagStorageSource> sources;
-    std::set<std::string> seen;
-    auto add = [&](const fs::path& path) {
-        if (seen.insert(pathKey(path)).second) sources.emplace_back(fs::absolute(path).lexically_normal());
-    };
-    for (const std::string& text : paths) {
-        const fs::path path(text);
-        std::error_code ec;
-        const auto status = fs::status(path, ec);
-        if (!fs::exists(status)) {
-            reporter.fileError(path, "No such file or directory");
-        } else if (fs::is_directory(status)) {
-            if (pathExtension(path).empty()) {
-                add(path);
-            } else {
-                for (const auto& file : listDottedFolder(path, recursive))
-                    add(file);
-            }
-        } else if (!ImportTagEditorsTask::canImportEditor(path)) {
-            reporter.fileError(path, "File format is not supported");
-        } else {
-            add(path);
-        }
-    }
-    return sources;
-}
-
-// Reads the sources into editors, sorted by path. A file that ExifTool can't read fails the whole
-// read; its error is reported and the others are read again without it.
-EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter) {
-    EditorList editors;
-    while (!sources.empty()) {
-        ImportTagEditorsTask::Settings settings(sources);
-        settings.ignoreMinorErrors = false;
-        settings.unfoldFolders = true;
-        settings.unfoldRecursively = recursive;
-        // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
-        // read uninitialised (optimised sanitizer builds).
-        auto task = ImportTagEditorsTask::create(settings);
-        runTask(task, "Reading", reporter);
-        auto failed = reportTaskErrors(*task, reporter);
-        if (task->errors().empty()) {
-            editors = task->importedEditors();
-            break;
-        }
-        // Try again without the files that failed, if ExifTool named any of the sources.
-        const auto before = sources.size();
-        std::erase_if(sources, [&](const TagStorageSource& s) { return failed.contains(pathKey(s.url())); });
-        if (sources.size() == before || failed.empty()) {
-            // Files found in folders: the folders' other files go through one by one.
-            std::vector<TagStorageSource> files;
-            for (const auto& source : sources) {
-                if (!source.isFolder()) continue;
-                for (const auto& url : listFolderFiles(source.url(), recursive))
-                    if (ImportTagEditorsTask::canImportEditor(url) && !failed.contains(pathKey(url)))
-                        files.emplace_back(url, std::nullopt, source.password());
-            }
-            if (failed.empty() || files.empty()) break;
-            std::erase_if(sources, [](const TagStorageSource& s) { return s.isFolder(); });
-            sources.insert(sources.end(), files.begin(), files.end());
-        }
-    }
-    std::sort(editors.begin(), editors.end(),
-              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
-    return editors;
-}
 
 // Control characters of a value shown on one line.
 std::string escapedValue(const std::string& value) {

@@ -18,18 +18,27 @@ namespace corvane::cli {
 
 namespace fs = std::filesystem;
 
-std::optional<std::vector<PresetItemEntry>> presetEntries(const std::string& file, const std::string& name,
-                                                          std::string& error) {
-    PresetFile library;
+namespace {
+
+// The library in `file`; nothing, with the reason in `error`, when it can't be read.
+std::optional<PresetFile> openLibrary(const std::string& file, std::string& error) {
     try {
-        library = PresetFile::fromJSONURL(file);
+        return PresetFile::fromJSONURL(file);
     } catch (const std::exception& e) {
         error = file + ": not a preset library (" + e.what() + ")";
         return std::nullopt;
     }
+}
+
+} // namespace
+
+std::optional<std::vector<PresetItemEntry>> presetEntries(const std::string& file, const std::string& name,
+                                                          std::string& error) {
+    const auto library = openLibrary(file, error);
+    if (!library) return std::nullopt;
     std::vector<PresetItemRef> matches;
     std::string names;
-    for (const auto& group : library.groups())
+    for (const auto& group : library->groups())
         for (const auto& preset : group->presets()) {
             if (name.empty() || preset->name() == name) matches.push_back(preset);
             names += (names.empty() ? "\"" : ", \"") + preset->name() + "\"";
@@ -59,15 +68,15 @@ std::string editionText(const PresetEdition& edition) {
 }
 
 int listPresets(const std::string& file) {
-    PresetFile library;
-    try {
-        library = PresetFile::fromJSONURL(file);
-    } catch (const std::exception& e) {
-        std::cerr << "corvane: " << file << ": not a preset library (" << e.what() << ")\n";
+    std::string error;
+    const auto library = openLibrary(file, error);
+    if (!library) {
+        std::cerr << "corvane: " << error << '\n';
         return 1;
     }
-    if (library.description() && !library.description()->empty()) std::cout << *library.description() << '\n';
-    for (const auto& group : library.groups()) {
+    if (library->description() && !library->description()->empty())
+        std::cout << *library->description() << '\n';
+    for (const auto& group : library->groups()) {
         std::cout << "Group \"" << group->name() << '"';
         if (!group->detail().empty()) std::cout << ": " << group->detail();
         std::cout << '\n';
@@ -109,14 +118,14 @@ int makePreset(const MakeOptions& options) {
     std::optional<std::string> description;
     std::error_code ec;
     if (fs::exists(options.output, ec)) {
-        try {
-            auto library = PresetFile::fromJSONURL(options.output);
-            description = library.description();
-            manager->setGroups(library.groups());
-        } catch (const std::exception& e) {
-            std::cerr << "corvane: " << options.output << ": not a preset library (" << e.what() << ")\n";
+        std::string error;
+        const auto library = openLibrary(options.output, error);
+        if (!library) {
+            std::cerr << "corvane: " << error << '\n';
             return 1;
         }
+        description = library->description();
+        manager->setGroups(library->groups());
     }
     int exitCode = 0;
     auto storages = readStorages({options.photo}, exitCode);

@@ -1,42 +1,213 @@
 #include "StorageReading.hpp"
 
-#include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/exiftool_wrapper/ETOutput.hpp"
+#include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/helpers/MainQueue.hpp"
+#include "corvane/tag_edition/TaskManager.hpp"
+#include "corvane/task_support/ImportTagEditorsTask.hpp"
 
-#include <filesystem>
+#include <unistd.h>
+
+#include <algorithm>
 #include <iostream>
+#include <unordered_map>
 
 namespace corvane::cli {
 
 namespace fs = std::filesystem;
 
-std::vector<TagStorage> readStorages(const std::vector<std::string>& paths, int& exitCode) {
+std::string pathKey(const fs::path& path) {
+    std::error_code ec;
+    fs::path canonical = fs::weakly_canonical(fs::absolute(path, ec), ec);
+    return (ec ? fs::absolute(path).lexically_normal() : canonical).string();
+}
+
+Reporter::Reporter() : isTerminal_(isatty(STDERR_FILENO) == 1) {}
+
+void Reporter::error(const std::string& text) {
+    clearProgress();
+    std::cerr << "corvane: " << text << '\n';
+    ++errorCount_;
+}
+
+void Reporter::fileError(const fs::path& path, const std::string& text) {
+    error(path.string() + ": " + text);
+}
+
+void Reporter::progress(const std::string& label, double fraction, Clock::time_point start) {
+    if (!isTerminal_ || Clock::now() - start < std::chrono::milliseconds(400)) return;
+    const int percent = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 100);
+    std::cerr << '\r' << label << ' ' << percent << "%  " << std::flush;
+    shown_ = true;
+}
+
+void Reporter::clearProgress() {
+    if (!shown_) return;
+    std::cerr << "\r\033[K" << std::flush;
+    shown_ = false;
+}
+
+void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter) {
+    MainQueue& main = MainQueue::shared();
+    if (!main.mainThread()) main.registerCurrentThreadAsMain();
+    const auto start = Reporter::Clock::now();
+    TaskManager::shared().add(task);
+    auto ended = [&] {
+        auto status = task->status();
+        return status == AbstractTask::Status::completed || status == AbstractTask::Status::cancelled;
+    };
+    while (!main.runUntil(ended, std::chrono::milliseconds(100)))
+        reporter.progress(label, task->progress(), start);
+    main.drain();
+    reporter.clearProgress();
+}
+
+// The error is reported for each file that ExifTool names in a failed run's reports, or once for
+// the run when it names none.
+std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& reporter) {
+    std::set<std::string> failedFiles;
+    for (const auto& error : task.errors()) {
+        try {
+            std::rethrow_exception(error);
+        } catch (const ETOutputException& e) {
+            bool named = false;
+            for (const auto& fileError : e.fileErrors()) {
+                if (!fileError.path) continue;
+                reporter.fileError(*fileError.path, fileError.text);
+                failedFiles.insert(pathKey(*fileError.path));
+                named = true;
+            }
+            if (!named) reporter.error(e.details());
+        } catch (const std::exception& e) {
+            reporter.error(e.what());
+        }
+    }
+    return failedFiles;
+}
+
+namespace {
+
+// The files of a folder whose name has a dot: such a folder counts as a file for the engines, so
+// its supported files are listed here, in name order, hidden ones left out.
+std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively) {
+    std::vector<fs::path> files;
+    std::error_code ec;
+    std::vector<fs::path> entries;
+    for (const auto& entry : fs::directory_iterator(folder, ec))
+        if (entry.path().filename().string().rfind('.', 0) != 0) entries.push_back(entry.path());
+    std::sort(entries.begin(), entries.end());
+    for (const auto& entry : entries) {
+        if (fs::is_directory(entry, ec)) {
+            if (!recursively) continue;
+            auto inner =
+                pathExtension(entry).empty() ? listFolderFiles(entry, true) : listDottedFolder(entry, true);
+            files.insert(files.end(), inner.begin(), inner.end());
+        } else if (ImportTagEditorsTask::canImportEditor(entry)) {
+            files.push_back(entry);
+        }
+    }
+    return files;
+}
+
+} // namespace
+
+std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,
+                                             Reporter& reporter) {
     std::vector<TagStorageSource> sources;
-    for (const auto& p : paths) {
-        // ExifTool fails a whole run on a missing file: leave such files out first.
+    std::set<std::string> seen;
+    auto add = [&](const fs::path& path) {
+        if (seen.insert(pathKey(path)).second) sources.emplace_back(fs::absolute(path).lexically_normal());
+    };
+    for (const std::string& text : paths) {
+        const fs::path path(text);
         std::error_code ec;
-        if (!fs::exists(p, ec)) {
-            std::cerr << "corvane: " << p << ": no such file\n";
-            exitCode = 1;
-            continue;
+        const auto status = fs::status(path, ec);
+        if (!fs::exists(status)) {
+            reporter.fileError(path, "No such file or directory");
+        } else if (fs::is_directory(status)) {
+            if (pathExtension(path).empty()) {
+                add(path);
+            } else {
+                for (const auto& file : listDottedFolder(path, recursive))
+                    add(file);
+            }
+        } else if (!ImportTagEditorsTask::canImportEditor(path)) {
+            reporter.fileError(path, "File format is not supported");
+        } else {
+            add(path);
         }
-        sources.emplace_back(fs::absolute(p));
     }
-    if (sources.empty()) return {};
-    ETTagStorageReader::Settings settings(sources);
-    settings.setupDefaultBannedValues();
-    settings.setIgnoreMinorErrors(true);
-    ETTagStorageReader reader(settings);
-    TagStorageMap map = reader.readStorages();
+    return sources;
+}
+
+EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter) {
+    EditorList editors;
+    while (!sources.empty()) {
+        ImportTagEditorsTask::Settings settings(sources);
+        settings.ignoreMinorErrors = false;
+        settings.unfoldFolders = true;
+        settings.unfoldRecursively = recursive;
+        // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
+        // read uninitialised (optimised sanitizer builds).
+        auto task = ImportTagEditorsTask::create(settings);
+        runTask(task, "Reading", reporter);
+        auto failed = reportTaskErrors(*task, reporter);
+        if (task->errors().empty()) {
+            editors = task->importedEditors();
+            break;
+        }
+        // Try again without the files that failed, if ExifTool named any of the sources.
+        const auto before = sources.size();
+        std::erase_if(sources, [&](const TagStorageSource& s) { return failed.contains(pathKey(s.url())); });
+        if (sources.size() == before || failed.empty()) {
+            // Files found in folders: the folders' other files go through one by one.
+            std::vector<TagStorageSource> files;
+            for (const auto& source : sources) {
+                if (!source.isFolder()) continue;
+                for (const auto& url : listFolderFiles(source.url(), recursive))
+                    if (ImportTagEditorsTask::canImportEditor(url) && !failed.contains(pathKey(url)))
+                        files.emplace_back(url, std::nullopt, source.password());
+            }
+            if (failed.empty() || files.empty()) break;
+            std::erase_if(sources, [](const TagStorageSource& s) { return s.isFolder(); });
+            sources.insert(sources.end(), files.begin(), files.end());
+        }
+    }
+    std::sort(editors.begin(), editors.end(),
+              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    return editors;
+}
+
+std::vector<TagStorage> readStorages(const std::vector<std::string>& paths, int& exitCode) {
+    Reporter reporter;
+    const auto sources = collectSources(paths, false, reporter);
+    std::unordered_map<std::string, std::size_t> argumentIndex;
+    for (std::size_t i = 0; i < sources.size(); ++i)
+        argumentIndex.emplace(pathKey(sources[i].url()), i);
+    EditorList editors = importEditors(sources, false, reporter);
+
+    // Each file takes the place of the argument that named it, itself or its folder; the import's
+    // path order stays within a folder.
+    std::vector<std::pair<std::size_t, TagStorage>> ranked;
+    ranked.reserve(editors.size());
+    for (const auto& editor : editors) {
+        std::size_t rank = sources.size();
+        for (fs::path p = pathKey(editor->source().url());; p = p.parent_path()) {
+            if (auto it = argumentIndex.find(p.string()); it != argumentIndex.end()) {
+                rank = it->second;
+                break;
+            }
+            if (p == p.parent_path()) break;
+        }
+        ranked.emplace_back(rank, editor->storage());
+    }
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<TagStorage> storages;
-    for (const auto& source : sources) {
-        auto it = map.find(source.url());
-        if (it == map.end()) {
-            std::cerr << "corvane: " << source.url().string() << ": could not be read\n";
-            exitCode = 1;
-            continue;
-        }
-        storages.push_back(it->second);
-    }
+    storages.reserve(ranked.size());
+    for (auto& [rank, storage] : ranked)
+        storages.push_back(std::move(storage));
+    if (reporter.errorCount()) exitCode = 1;
     return storages;
 }
 

@@ -1,15 +1,65 @@
 #pragma once
 
+#include "corvane/tag_edition/AbstractTask.hpp"
+#include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
+#include "corvane/tag_storages/TagStorageSource.hpp"
 
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace corvane::cli {
 
-// Reads the files through ExifTool in one run and gives their storages in the order of `paths`.
-// Missing files and files ExifTool could not read are reported on standard error, set
-// `exitCode` to 1, and are left out.
+using EditorList = std::vector<std::shared_ptr<TagEditor>>;
+
+// The path key under which files are matched between arguments, editors and ExifTool's reports.
+std::string pathKey(const std::filesystem::path& path);
+
+// Errors are counted, and printed on standard error one a line, with the file they concern.
+class Reporter {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    Reporter();
+
+    void error(const std::string& text);
+    void fileError(const std::filesystem::path& path, const std::string& text);
+    std::size_t errorCount() const { return errorCount_; }
+
+    // A progress line on a terminal, shown only once a batch has run for a moment.
+    void progress(const std::string& label, double fraction, Clock::time_point start);
+    void clearProgress();
+
+private:
+    bool isTerminal_;
+    bool shown_ = false;
+    std::size_t errorCount_ = 0;
+};
+
+// Runs the task through the task manager and drains the main queue on this thread until it has
+// ended, showing its progress.
+void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter);
+
+// Reports the task's errors; gives the path keys of the files that ExifTool named in them.
+std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& reporter);
+
+// The sources that the path arguments name, in their order: files of a supported format and
+// folders, which the import unfolds. Missing files and unsupported formats are reported.
+std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,
+                                             Reporter& reporter);
+
+// Reads the sources into editors, sorted by path. A file that ExifTool can't read fails the whole
+// read; its error is reported and the others are read again without it.
+EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter);
+
+// The storages of the files that `paths` name (a folder gives its own files, in name order), in
+// the order of the arguments. Missing, unsupported and unreadable files are reported on standard
+// error, set `exitCode` to 1, and are left out.
 std::vector<TagStorage> readStorages(const std::vector<std::string>& paths, int& exitCode);
 
 } // namespace corvane::cli

@@ -61,4 +61,11 @@ inline Run corvane(const std::vector<std::string>& arguments, const TemporaryFol
     return run;
 }
 
+// A test of the program: `folder` for the files it works on, `scratch` for its standard error.
+class CliTest : public ::testing::Test {
+protected:
+    TemporaryFolder scratch{"corvane-cli-scratch"};
+    TemporaryFolder folder{"corvane-cli"};
+};
+
 } // namespace corvane::test

@@ -14,13 +14,8 @@ using corvane::test::exifToolValue;
 using corvane::test::makeJPEG;
 using corvane::test::readText;
 using corvane::test::tagWithExifTool;
-using corvane::test::TemporaryFolder;
 
-class ExchangeCommands : public ::testing::Test {
-protected:
-    TemporaryFolder scratch{"corvane-cli-scratch"};
-    TemporaryFolder folder{"corvane-cli"};
-};
+using ExchangeCommands = corvane::test::CliTest;
 
 TEST_F(ExchangeCommands, compareShowsEveryFileAndNarrowsToDifferences) {
     auto a = makeJPEG(folder / "a.jpg");
@@ -57,6 +52,18 @@ TEST_F(ExchangeCommands, compareShowsEveryFileAndNarrowsToDifferences) {
     auto missing = corvane({"compare", a.string(), (folder / "none.jpg").string()}, scratch);
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_NE(missing.err.find("none.jpg"), std::string::npos) << missing.err;
+
+    // A file ExifTool can't read is reported and gets no column; the columns follow the arguments,
+    // a folder giving its own files where it stands.
+    auto empty = corvane::test::writeBytes(folder / "empty.jpg", {});
+    auto sub = folder.makeSubfolder("sub");
+    makeJPEG(sub / "c.jpg");
+    auto mixed = corvane({"compare", "--format", "csv", b.string(), empty.string(), sub.string(), a.string()},
+                         scratch);
+    EXPECT_EQ(mixed.exitCode, 1);
+    EXPECT_NE(mixed.err.find("empty.jpg"), std::string::npos) << mixed.err;
+    const std::string header = mixed.out.substr(0, mixed.out.find('\n'));
+    EXPECT_EQ(header, "Tags; b.jpg; c.jpg; a.jpg");
 }
 
 TEST_F(ExchangeCommands, sidecarsCarryValuesFromOneFileToAnother) {
@@ -80,6 +87,12 @@ TEST_F(ExchangeCommands, sidecarsCarryValuesFromOneFileToAnother) {
         EXPECT_EQ(exifToolValue(target, "IPTC:City"), "Genève");
         EXPECT_EQ(exifToolValue(target, "XMP:Subject"), "one, two, three");
     }
+
+    // No sidecar for a file that can't be read.
+    auto empty = corvane::test::writeBytes(folder / "empty.jpg", {});
+    auto exported = corvane({"sidecar", "export", "--type", "json", empty.string()}, scratch);
+    EXPECT_EQ(exported.exitCode, 1);
+    EXPECT_FALSE(fs::exists(folder / "empty.json"));
 }
 
 } // namespace

@@ -6,13 +6,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cmath>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
-#include <sys/wait.h>
 #include <vector>
 
 namespace {
@@ -25,7 +20,6 @@ using corvane::test::TemporaryFolder;
 
 using corvane::test::corvane;
 using corvane::test::readText;
-using corvane::test::Run;
 
 nlohmann::json readJSON(const std::vector<std::string>& paths, const TemporaryFolder& scratch,
                         std::vector<std::string> options = {}) {
@@ -36,11 +30,7 @@ nlohmann::json readJSON(const std::vector<std::string>& paths, const TemporaryFo
     return nlohmann::json::parse(run.out);
 }
 
-class FileCommands : public ::testing::Test {
-protected:
-    TemporaryFolder scratch{"corvane-cli-scratch"};
-    TemporaryFolder folder{"corvane-cli"};
-};
+using FileCommands = corvane::test::CliTest;
 
 TEST_F(FileCommands, setThenReadBackEveryFamily) {
     auto jpeg = makeJPEG(folder / "ünï photo 'q'.jpg");

@@ -75,13 +75,13 @@ void PresetManager::loadFromDefaults() {
     // file export.
     PresetFile file = stored->is_string() ? PresetFile::fromJSONData(stored->get<std::string>())
                                           : PresetFile::fromJSON(nlohmann::ordered_json(*stored));
-    if (file.groups() != groups_) setGroups(file.groups());
+    setGroups(file.groups());
 }
 
 void PresetManager::saveToDefaults() const {
     const PresetFile file(std::nullopt, groups_);
     KitSettings::shared().userDefaults()->set(std::string(presetsUserDefaultsKey),
-                                              nlohmann::json::parse(file.jsonData()));
+                                              nlohmann::json(file.toJSON()));
 }
 
 void PresetManager::informsDidChangeGroups(GroupEdition edition) {
