@@ -174,6 +174,7 @@ TEST(PresetFileTest, WritesTheCurrentFormAndOpensOlderShapes) {
     ASSERT_EQ(::stat((folder / "presets.json").c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0600u) << "readable by its owner only";
     EXPECT_THROW(PresetFile::fromJSONURL(folder / "missing.json"), std::filesystem::filesystem_error);
+    EXPECT_THROW(PresetFile::fromJSONURL(folder.path()), std::filesystem::filesystem_error) << "a folder";
 }
 
 TEST(PresetManagerTest, DefaultsRoundTripMakesNewObjects) {

@@ -1,45 +1,8 @@
 #include "corvane/csv_support/CSVReader.hpp"
 
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
+#include "corvane/helpers/FileSystemHelpers.hpp"
 
 namespace corvane {
-
-namespace {
-
-std::string readFileBytes(const std::filesystem::path& url) {
-    auto fail = [&url](int err) {
-        throw std::filesystem::filesystem_error("cannot read file", url,
-                                                std::error_code(err, std::generic_category()));
-    };
-    const int fd = ::open(url.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) fail(errno);
-    std::string bytes;
-    struct stat info {};
-    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode))
-        bytes.reserve(static_cast<std::size_t>(info.st_size));
-    // Read to the end rather than trusting a size: a folder opens but fails here with the system's
-    // reason, and pipes have no size.
-    char buffer[1 << 16];
-    for (;;) {
-        const ssize_t n = ::read(fd, buffer, sizeof buffer);
-        if (n == 0) break;
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            const int err = errno;
-            ::close(fd);
-            fail(err);
-        }
-        bytes.append(buffer, static_cast<std::size_t>(n));
-    }
-    ::close(fd);
-    return bytes;
-}
-
-} // namespace
 
 template <CSVView View>
 CSVReader<View>::CSVReader(std::string text, std::optional<CSVDelimiter> delimiter, bool loadColumns,

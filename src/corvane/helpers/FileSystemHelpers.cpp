@@ -165,6 +165,33 @@ namespace {
 
 } // namespace
 
+std::string readFileBytes(const fs::path& url) {
+    auto fail = [&url](int err) {
+        throw fs::filesystem_error("Cannot read the file", url,
+                                   std::error_code(err, std::generic_category()));
+    };
+    const int fd = ::open(url.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) fail(errno);
+    std::string bytes;
+    struct stat info {};
+    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode))
+        bytes.reserve(static_cast<std::size_t>(info.st_size));
+    char buffer[1 << 16];
+    for (;;) {
+        const ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n == 0) break;
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            const int err = errno;
+            ::close(fd);
+            fail(err);
+        }
+        bytes.append(buffer, static_cast<std::size_t>(n));
+    }
+    ::close(fd);
+    return bytes;
+}
+
 void writeFileAtomically(const fs::path& url, std::string_view bytes, mode_t mode) {
     std::string pattern = url.string() + ".XXXXXX";
     int fd = ::mkstemp(pattern.data());

@@ -50,6 +50,10 @@ std::filesystem::path temporaryURL(std::string_view pathExt);
 // - a folder that can't be read gives an empty list (an unreadable subfolder is left out).
 std::vector<std::filesystem::path> listFolderFiles(const std::filesystem::path& url, bool recursively);
 
+// The whole content of the file at `url`, read to its end (so a pipe works, and a folder fails with
+// the system's reason rather than with a bogus size). Throws std::filesystem::filesystem_error.
+std::string readFileBytes(const std::filesystem::path& url);
+
 // Writes `bytes` to a temporary file beside `url`, flushes it to disk and renames it over `url`,
 // so that readers see either the old file or the whole new one. The file gets `mode` as its
 // rights (0644, a usual document; 0600 for one that only its owner may read). Throws

@@ -4,11 +4,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <cerrno>
-#include <fstream>
-#include <sstream>
-#include <system_error>
-
 namespace corvane {
 
 namespace {
@@ -68,14 +63,7 @@ std::string PresetFile::jsonData() const {
 }
 
 PresetFile PresetFile::fromJSONURL(const std::filesystem::path& url) {
-    std::ifstream in(url, std::ios::binary);
-    if (!in)
-        throw std::filesystem::filesystem_error(
-            "Cannot read the preset file", url,
-            std::error_code(errno ? errno : ENOENT, std::generic_category()));
-    std::ostringstream data;
-    data << in.rdbuf();
-    return fromJSONData(data.str());
+    return fromJSONData(readFileBytes(url));
 }
 
 void PresetFile::exportTo(const std::filesystem::path& url) const {

@@ -34,10 +34,6 @@ public:
     // Reads a sidecar with the reader its extension names; std::invalid_argument for an extension
     // that names no sidecar format.
     static Values readSidecar(const std::filesystem::path& url);
-
-protected:
-    // The file's bytes; std::filesystem::filesystem_error with the system's reason on failure.
-    static std::string readFileBytes(const std::filesystem::path& url);
 };
 
 } // namespace corvane

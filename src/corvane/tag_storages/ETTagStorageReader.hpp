@@ -49,7 +49,8 @@ public:
         // GPS coordinates as signed decimal degrees.
         bool forceRawLocation() const { return forceRawLocation_; }
         void setForceRawLocation(bool value) { forceRawLocation_ = value; }
-        // Let ExifTool go on past minor errors; files it can't read are then left out without error.
+        // Let ExifTool go on past minor errors; a file it can't read then comes back without error,
+        // holding only what the file system tells (its File family values).
         bool ignoreMinorErrors() const { return ignoreMinorErrors_; }
         void setIgnoreMinorErrors(bool value) { ignoreMinorErrors_ = value; }
         // A tag whose value contains one of these texts is dropped.

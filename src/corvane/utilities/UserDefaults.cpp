@@ -3,7 +3,6 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 
 #include <cstdlib>
-#include <fstream>
 #include <mutex>
 #include <system_error>
 
@@ -54,10 +53,11 @@ void UserDefaults::loadIfNeeded() const {
 
 void UserDefaults::loadLocked() const {
     values_ = nlohmann::json::object();
-    std::ifstream in(fileURL_, std::ios::binary);
-    if (in) {
-        auto parsed = nlohmann::json::parse(in, nullptr, /*allow_exceptions=*/false);
+    // A file that is missing or can't be read counts as empty.
+    try {
+        auto parsed = nlohmann::json::parse(readFileBytes(fileURL_), nullptr, /*allow_exceptions=*/false);
         if (parsed.is_object()) values_ = std::move(parsed);
+    } catch (const fs::filesystem_error&) {
     }
     loaded_.store(true, std::memory_order_release);
 }
