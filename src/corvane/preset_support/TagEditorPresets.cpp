@@ -1,19 +1,11 @@
 #include "corvane/preset_support/TagEditorPresets.hpp"
 
 #include "corvane/helpers/TextReplacement.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
 
 namespace corvane {
-
-namespace {
-
-// The text without white space and line breaks at its ends is empty.
-bool isBlank(const std::string& text) {
-    return TagEditorEditions::trimmed(text).empty();
-}
-
-} // namespace
 
 void TagEditorPresets::storeText(const TagItem& item, const std::string& text, Insertion insertion) const {
     std::string value = text;
@@ -83,7 +75,7 @@ void TagEditorPresets::useCustomAction(const TagItem& item, const UseCustomActio
 }
 
 void TagEditorPresets::searchAndReplace(const TagItem& item, const SearchAndReplaceSettings& settings) const {
-    if (isBlank(settings.search)) return;
+    if (WhiteSpace::isBlank(settings.search)) return;
     TextReplacement::Options options = 0;
     if (settings.ignoreCase) options |= TextReplacement::caseInsensitive;
     if (settings.ignoreDiacritic) options |= TextReplacement::diacriticInsensitive;

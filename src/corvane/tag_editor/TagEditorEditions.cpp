@@ -1,5 +1,7 @@
 #include "corvane/tag_editor/TagEditorEditions.hpp"
 
+#include "corvane/helpers/WhiteSpace.hpp"
+
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/EXIFAccessor.hpp"
 #include "corvane/tag_editor/IPTCAccessor.hpp"
@@ -12,7 +14,6 @@
 #include "corvane/value_models/PartialTime.hpp"
 
 #include <unicode/locid.h>
-#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -232,18 +233,7 @@ std::string TagEditorEditions::capitalized(const std::string& text) {
 }
 
 std::string TagEditorEditions::trimmed(const std::string& text) {
-    icu::UnicodeString u = icu::UnicodeString::fromUTF8(text);
-    int32_t begin = 0, end = u.length();
-    while (begin < end && u_isUWhiteSpace(u.char32At(begin)))
-        begin = u.moveIndex32(begin, 1);
-    while (end > begin) {
-        int32_t previous = u.moveIndex32(end, -1);
-        if (!u_isUWhiteSpace(u.char32At(previous))) break;
-        end = previous;
-    }
-    std::string result;
-    u.tempSubStringBetween(begin, end).toUTF8String(result);
-    return result;
+    return std::string(WhiteSpace::trimmed(text));
 }
 
 void TagEditorEditions::lowercaseText(const TagItem& item) const {

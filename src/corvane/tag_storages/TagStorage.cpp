@@ -1,13 +1,13 @@
 #include "corvane/tag_storages/TagStorage.hpp"
 
+#include "corvane/helpers/WhiteSpace.hpp"
+
 #include "corvane/converters/ValueConverter.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
 #include <algorithm>
-#include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 namespace corvane {
 
@@ -20,19 +20,6 @@ std::vector<TagName> sortedKeys(const TagStorage::Values& values) {
         names.push_back(entry.first);
     std::sort(names.begin(), names.end());
     return names;
-}
-
-// True for a text made only of white space and line breaks (Unicode White_Space), or empty.
-bool isBlank(const std::string& text) {
-    const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-    const int32_t length = static_cast<int32_t>(text.size());
-    int32_t offset = 0;
-    while (offset < length) {
-        UChar32 c;
-        U8_NEXT(bytes, offset, length, c);
-        if (c < 0 || !u_isUWhiteSpace(c)) return false;
-    }
-    return true;
 }
 
 // A list of strings in either form the converters give it.
@@ -228,7 +215,7 @@ std::vector<TagName> TagStorage::flushChanges() {
     std::vector<TagName> names = writtenTagNames();
     for (const TagName& name : names) {
         std::string& value = writtenValues_.at(name);
-        if (isBlank(value))
+        if (WhiteSpace::isBlank(value))
             originalValues_.erase(name);
         else
             originalValues_.insert_or_assign(name, std::move(value));

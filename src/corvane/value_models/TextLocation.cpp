@@ -1,9 +1,7 @@
 #include "corvane/value_models/TextLocation.hpp"
 
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/value_models/IcuRegex.hpp"
-
-#include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <initializer_list>
 #include <vector>
@@ -13,16 +11,6 @@ namespace corvane {
 namespace {
 
 // True when every code point is white space or a line break.
-bool isBlank(const std::string& s) {
-    int32_t i = 0;
-    const auto length = static_cast<int32_t>(s.size());
-    while (i < length) {
-        UChar32 c;
-        U8_NEXT(s.data(), i, length, c);
-        if (c < 0 || !u_isUWhiteSpace(c)) return false;
-    }
-    return true;
-}
 
 std::string
 formatAddressComponents(std::initializer_list<std::initializer_list<const TextLocation::Field*>> groups) {
@@ -50,7 +38,7 @@ formatAddressComponents(std::initializer_list<std::initializer_list<const TextLo
 } // namespace
 
 TextLocation::Field TextLocation::nonBlank(const Field& text) {
-    if (!text || isBlank(*text)) return std::nullopt;
+    if (!text || WhiteSpace::isBlank(*text)) return std::nullopt;
     return text;
 }
 
