@@ -155,19 +155,7 @@ void TagEditor::forceValue(const TagName& tagName) {
 }
 
 void TagEditor::updateSource(const TagStorageSource& source) {
-    // The storage keeps its source for life, so the new one is a fresh storage that takes over
-    // every other field; it is made outside the pass, the swap happens inside.
-    TagStorage moved(source);
-    atomic_.write([&] {
-        const TagStorage& old = nonAtomicStorage_;
-        moved.setTemporaryURL(old.temporaryURL());
-        moved.setRecurseSubfolders(old.recurseSubfolders());
-        moved.setFilePathFilter(old.filePathFilter());
-        moved.setOriginalStreams(old.originalStreams());
-        moved.setOriginalValues(old.originalValues());
-        moved.setWrittenValues(old.writtenValues());
-        std::swap(nonAtomicStorage_, moved);
-    });
+    atomic_.write([&] { nonAtomicStorage_ = nonAtomicStorage_.movedTo(source); });
     NotificationCenter::defaultCenter().post(
         Notification(std::string(didChangeSourceNotification), shared_from_this()));
 }

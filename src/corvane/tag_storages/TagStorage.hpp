@@ -44,6 +44,12 @@ public:
     // --- Fields
 
     const TagStorageSource& source() const { return source_; }
+    // The same storage, every field kept, for a source that has moved (a renamed file).
+    TagStorage movedTo(TagStorageSource source) const {
+        TagStorage moved(*this);
+        moved.source_ = std::move(source);
+        return moved;
+    }
     const std::filesystem::path& temporaryURL() const { return temporaryURL_; }
     void setTemporaryURL(std::filesystem::path url) { temporaryURL_ = std::move(url); }
     // For a folder: whether writing descends into subfolders (absent counts as false).
