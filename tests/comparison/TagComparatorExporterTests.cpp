@@ -12,7 +12,6 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace corvane {
@@ -133,14 +132,17 @@ std::string unrtfText(const fs::path& rtf, const fs::path& configFolder) {
     }
     // Decode the units, pairing surrogates.
     std::string text;
-    std::regex unit("&#(\\d+);");
     std::size_t last = 0;
     char32_t high = 0;
-    for (auto it = std::sregex_iterator(output.begin(), output.end(), unit); it != std::sregex_iterator();
-         ++it) {
-        text.append(output, last, static_cast<std::size_t>(it->position()) - last);
-        last = static_cast<std::size_t>(it->position() + it->length());
-        auto code = static_cast<char32_t>(std::stoul((*it)[1]));
+    // Each "&#<digits>;" in order.
+    for (std::size_t at = output.find("&#"); at != std::string::npos; at = output.find("&#", at + 1)) {
+        std::size_t end = at + 2;
+        while (end < output.size() && output[end] >= '0' && output[end] <= '9')
+            ++end;
+        if (end == at + 2 || end >= output.size() || output[end] != ';') continue;
+        text.append(output, last, at - last);
+        last = end + 1;
+        auto code = static_cast<char32_t>(std::stoul(output.substr(at + 2, end - at - 2)));
         if (code >= 0xD800 && code < 0xDC00) {
             high = code;
             continue;

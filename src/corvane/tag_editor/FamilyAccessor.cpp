@@ -90,14 +90,15 @@ void FamilyAccessor::writeTextLocation(const TypedTagValue<TextLocation>& value,
         setStrings(value.isClear() ? TagValueClear : TagValueRestore, {items.begin(), items.end()});
         return;
     }
-    auto field = [](const TextLocation::Field& text) {
-        return text ? TypedTagValue<std::string>::value(*text) : TypedTagValue<std::string>::clear();
+    // An absent field clears its tag; a country code that names no country leaves its tag alone.
+    auto write = [&](const TextLocation::Field& text, const TagItem& item) {
+        setString(text ? text : TagValueClear, item);
     };
-    writeText(field(location->iptcSublocation()), *items[0]);
-    writeText(field(location->iptcCity()), *items[1]);
-    writeText(field(location->iptcProvinceState()), *items[2]);
-    writeText(field(location->iptcCountryName()), *items[3]);
-    writeCountryCode(field(location->iptcCountryCode()), *items[4]);
+    write(location->iptcSublocation(), *items[0]);
+    write(location->iptcCity(), *items[1]);
+    write(location->iptcProvinceState(), *items[2]);
+    write(location->iptcCountryName(), *items[3]);
+    if (const auto& code = location->iptcCountryCode(); !code || Country::from(*code)) write(code, *items[4]);
 }
 
 void FamilyAccessor::writeText(const TypedTagValue<std::string>& value, const TagItem& item) const {
