@@ -9,6 +9,7 @@
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "support/Corpus.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -97,8 +98,7 @@ TEST_F(EditionFileRoundTrip, LocationAndOrientationOnJPEG) {
 // No HEIC encoder is at hand to make one, so this test works on a copy of a camera file of the
 // shared corpus, and skips where the corpus is absent.
 TEST_F(EditionFileRoundTrip, LocationOnHEIC) {
-    const char* env = std::getenv("CORVANE_CORPUS");
-    const fs::path corpus = env ? fs::path(env) : fs::path(CORVANE_SOURCE_DIR) / "../shared/corpus";
+    const fs::path corpus = test::corpusFolder();
     const fs::path original = corpus / "heic/exif-samples/IMG_5195.HEIC";
     if (!fs::exists(original)) GTEST_SKIP() << "no HEIC file in the corpus at " << corpus;
     const fs::path heic = folder / "photo.heic";

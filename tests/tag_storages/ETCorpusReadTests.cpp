@@ -3,6 +3,7 @@
 
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/Corpus.hpp"
 
 #include <gtest/gtest.h>
 
@@ -16,11 +17,6 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path corpusFolder() {
-    if (const char* env = std::getenv("CORVANE_CORPUS")) return env;
-    return fs::path(CORVANE_SOURCE_DIR) / "../shared/corpus";
-}
 
 struct CorpusFile {
     fs::path path;
@@ -64,7 +60,7 @@ std::vector<CorpusFile> onePerFormat(const fs::path& root) {
 }
 
 TEST(ETCorpusRead, OneFilePerFormatReadsInOneBatch) {
-    const fs::path root = corpusFolder();
+    const fs::path root = test::corpusFolder();
     if (!fs::exists(root / "INDEX.tsv")) GTEST_SKIP() << "no corpus at " << root;
     const auto files = onePerFormat(root);
     if (files.empty()) GTEST_SKIP() << "the corpus index lists no file that exists";

@@ -1,5 +1,6 @@
 #include "corvane/tag_value/TagItem.hpp"
 
+#include "support/Corpus.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -73,8 +74,7 @@ TEST(CatalogueWithExifTool, KnowsEveryTagExifToolWritesAndReadsBack) {
 }
 
 TEST(CatalogueWithExifTool, KnowsTheTagsOfCameraFiles) {
-    const char* corpusEnv = std::getenv("CORVANE_CORPUS");
-    fs::path corpus = corpusEnv ? corpusEnv : "/work/shared/corpus";
+    const fs::path corpus = test::corpusFolder();
     std::vector<std::string> files;
     for (const char* f :
          {"jpeg/exif-samples/Canon_40D.jpg", "jpeg/exif-samples/DSCN0010.jpg", "cr2/exiftool/CanonRaw.cr2",
