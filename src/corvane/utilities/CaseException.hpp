@@ -1,20 +1,21 @@
 #pragma once
 
-#include <stdexcept>
+#include "corvane/utilities/Error.hpp"
+
 #include <string>
 
 namespace corvane {
 
 // The exception thrown for a case of an error enumeration: `what()` is the
-// case's message, from the `message(Error)` function declared beside the
+// case's message, from the `message(E)` function declared beside the
 // enumeration (found by argument-dependent lookup), and `error()` the case.
-template <typename Error> class CaseException : public std::runtime_error {
+template <typename E> class CaseException : public Error {
 public:
-    explicit CaseException(Error error) : std::runtime_error(std::string(message(error))), error_(error) {}
-    Error error() const { return error_; }
+    explicit CaseException(E error) : Error(std::string(message(error))), error_(error) {}
+    E error() const { return error_; }
 
 private:
-    Error error_;
+    E error_;
 };
 
 } // namespace corvane
