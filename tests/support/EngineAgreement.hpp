@@ -1,0 +1,118 @@
+// The two reading engines side by side on the same files: which tags both read, and where their
+// values differ. Header-only, shared by the engine tests and the engine benchmark.
+#pragma once
+
+#include "corvane/tag_storages/CGTagStorageReader.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+
+// One tag that both engines read with different values.
+struct EngineDisagreement {
+    std::filesystem::path file;
+    TagName tag;
+    std::string exifTool;
+    std::string imageIO;
+};
+
+struct EngineAgreement {
+    std::size_t compared = 0;
+    std::vector<EngineDisagreement> disagreements;
+    // Files the in-process engine couldn't open, with its error.
+    std::vector<std::pair<std::filesystem::path, std::string>> unreadable;
+
+    double ratio() const {
+        return compared ? 1.0 - static_cast<double>(disagreements.size()) / static_cast<double>(compared)
+                        : 1.0;
+    }
+};
+
+// The files of the corpus's INDEX.tsv whose first path component is one of `folders` ("jpeg",
+// "tiff"), in index order; with `cleanOnly`, only those ExifTool reads without error or warning.
+inline std::vector<std::filesystem::path>
+corpusFiles(const std::filesystem::path& root, const std::vector<std::string>& folders, bool cleanOnly) {
+    std::ifstream index(root / "INDEX.tsv");
+    std::string line;
+    if (!std::getline(index, line)) return {};
+    auto split = [](const std::string& text) {
+        std::vector<std::string> cells;
+        std::stringstream stream(text);
+        for (std::string cell; std::getline(stream, cell, '\t');)
+            cells.push_back(cell);
+        if (!text.empty() && text.back() == '\t') cells.emplace_back();
+        return cells;
+    };
+    const auto header = split(line);
+    auto column = [&](std::string_view name) {
+        return static_cast<std::size_t>(std::find(header.begin(), header.end(), name) - header.begin());
+    };
+    const std::size_t dest = column("dest"), error = column("error"), warning = column("warning");
+    std::vector<std::filesystem::path> files;
+    while (std::getline(index, line)) {
+        const auto cells = split(line);
+        if (cells.size() <= dest) continue;
+        const std::string folder = cells[dest].substr(0, cells[dest].find('/'));
+        if (std::find(folders.begin(), folders.end(), folder) == folders.end()) continue;
+        const bool clean = (error >= cells.size() || cells[error].empty()) &&
+                           (warning >= cells.size() || cells[warning].empty());
+        if (cleanOnly && !clean) continue;
+        const auto path = root / cells[dest];
+        if (std::filesystem::exists(path)) files.push_back(path);
+    }
+    return files;
+}
+
+// A value in its canonical form, so that "1.5" and "1.50000000" count as the same number.
+inline std::string canonical(const TagName& tag, const std::string& value) {
+    const TagItem* item = TagItem::find(tag);
+    if (!item) return value;
+    return item->converter()->stringValueFromStringValue(value).value_or(value);
+}
+
+// Reads the files with both engines (ExifTool in one batch, as an import does) and compares every
+// tag that both read, File family aside (both take it from the file system).
+inline EngineAgreement compareEngines(const std::vector<std::filesystem::path>& files) {
+    std::vector<TagStorageSource> sources;
+    for (const auto& file : files)
+        sources.emplace_back(file);
+    ETTagStorageReader::Settings settings(sources);
+    settings.setEnableRawValues(true);
+    settings.setEnableShortTags(true);
+    settings.setDisableComposite(true);
+    settings.setIgnoreMinorErrors(true);
+    settings.setupDefaultBannedValues();
+    const TagStorageMap exifTool = ETTagStorageReader(settings).readStorages();
+
+    EngineAgreement agreement;
+    const CGTagStorageReader imageIO{CGTagStorageReader::Settings()};
+    for (const auto& source : sources) {
+        auto et = exifTool.find(source.url());
+        if (et == exifTool.end()) continue;
+        TagStorage cg(source);
+        try {
+            cg = imageIO.read(source);
+        } catch (const std::exception& e) {
+            agreement.unreadable.emplace_back(source.url(), e.what());
+            continue;
+        }
+        for (const auto& [tag, value] : cg.originalValues()) {
+            if (tag.stream() == TagStream::streamFile) continue;
+            auto other = et->second.originalValues().find(tag);
+            if (other == et->second.originalValues().end()) continue;
+            ++agreement.compared;
+            if (canonical(tag, value) != canonical(tag, other->second))
+                agreement.disagreements.push_back({source.url(), tag, other->second, value});
+        }
+    }
+    return agreement;
+}
+
+} // namespace corvane::test
