@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ struct EngineDisagreement {
 struct EngineAgreement {
     std::size_t compared = 0;
     std::vector<EngineDisagreement> disagreements;
+    // Tags with an image I/O name that ExifTool read and the in-process engine didn't, by tag.
+    std::map<TagName, std::size_t> missed;
     // Files the in-process engine couldn't open, with its error.
     std::vector<std::pair<std::filesystem::path, std::string>> unreadable;
 
@@ -111,6 +114,9 @@ inline EngineAgreement compareEngines(const std::vector<std::filesystem::path>& 
             if (canonical(tag, value) != canonical(tag, other->second))
                 agreement.disagreements.push_back({source.url(), tag, other->second, value});
         }
+        for (const auto& [tag, value] : et->second.originalValues())
+            if (tag.stream() != TagStream::streamFile && tag.cgName() && !cg.originalValues().contains(tag))
+                ++agreement.missed[tag];
     }
     return agreement;
 }

@@ -114,6 +114,7 @@ TEST(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUntou
                              {"EXIF:GPSLongitudeRef", "W"},
                              {"IPTC:Keywords", "alpha,beta, gamma"},
                              {"IPTC:City", "Zürich"},
+                             {"IPTC:DateCreated", "2021:03:04"},
                              {"XMP:Rating", "4"}})});
 
         SCOPED_TRACE(file.filename().string());
@@ -128,6 +129,7 @@ TEST(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUntou
         EXPECT_EQ(exifToolValue(file, "EXIF:GPSLongitudeRef", true), "W");
         EXPECT_EQ(exifToolValue(file, "IPTC:Keywords"), "alpha, beta, gamma");
         EXPECT_EQ(exifToolValue(file, "IPTC:City"), "Zürich");
+        EXPECT_EQ(exifToolValue(file, "IPTC:DateCreated"), "2021:03:04");
         EXPECT_EQ(exifToolValue(file, "XMP:Rating"), "4");
         EXPECT_EQ(imageData(file), before);
         EXPECT_EQ(attribute(file, "user.corvane.note"), "kept");
@@ -143,6 +145,7 @@ TEST(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUntou
         EXPECT_EQ(read.originalValue(name("IPTC:Keywords")), "alpha,beta,gamma");
         EXPECT_EQ(read.originalValue(name("EXIF:GPSLongitudeRef")), "W");
         EXPECT_EQ(read.originalValue(name("EXIF:ISO")), "400");
+        EXPECT_EQ(read.originalValue(name("IPTC:DateCreated")), "2021:03:04");
         EXPECT_EQ(read.originalValue(name("EXIF:ApertureValue")), "2.80000000");
         EXPECT_EQ(read.originalValue(name("EXIF:UserComment")), "Zoë's comment");
     }

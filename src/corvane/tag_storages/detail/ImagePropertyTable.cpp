@@ -168,8 +168,8 @@ constexpr ImagePropertyRow rows[] = {
     {"Iptc.Application2.ReferenceService", "{IPTC}", "ReferenceService"},
     {"Iptc.Application2.ReferenceDate", "{IPTC}", "ReferenceDate", PropertyShape::iptcDate},
     {"Iptc.Application2.ReferenceNumber", "{IPTC}", "ReferenceNumber"},
-    {"Iptc.Application2.DateCreated", "{IPTC}", "DateCreated"},
-    {"Iptc.Application2.TimeCreated", "{IPTC}", "TimeCreated"},
+    {"Iptc.Application2.DateCreated", "{IPTC}", "DateCreated", PropertyShape::iptcDate},
+    {"Iptc.Application2.TimeCreated", "{IPTC}", "TimeCreated", PropertyShape::iptcTime},
     {"Iptc.Application2.DigitizationDate", "{IPTC}", "DigitalCreationDate", PropertyShape::iptcDate},
     {"Iptc.Application2.DigitizationTime", "{IPTC}", "DigitalCreationTime", PropertyShape::iptcTime},
     {"Iptc.Application2.Program", "{IPTC}", "OriginatingProgram"},
@@ -248,6 +248,7 @@ constexpr ImagePropertyRow rows[] = {
     {"Exif.Nikon3.Lens", "{MakerNikon}", "LensInfo"},
     {"Exif.Nikon3.FocusDistance", "{MakerNikon}", "FocusDistance"},
     {"Exif.Nikon3.DigitalZoom", "{MakerNikon}", "DigitalZoom"},
+    {"Exif.Nikon3.ShootingMode", "{MakerNikon}", "ShootingMode"},
     {"Exif.Nikon3.SerialNumber", "{MakerNikon}", "CameraSerialNumber"},
     {"Exif.Nikon3.ShutterCount", "{MakerNikon}", "ShutterCount"},
     // {MakerCanon}

@@ -178,7 +178,10 @@ DynamicValue xmpRationals(const Exiv2::Value& value) {
 // where the file declares the type, plain bytes elsewhere.
 DynamicValue comment(const Exiv2::Value& value) {
     std::string text;
-    if (const auto* known = dynamic_cast<const Exiv2::CommentValue*>(&value)) {
+    if (value.typeId() == Exiv2::asciiString) {
+        // Some writers store the text as plain ASCII, without a character code.
+        text = value.toString();
+    } else if (const auto* known = dynamic_cast<const Exiv2::CommentValue*>(&value)) {
         text = known->comment();
     } else {
         const std::string bytes = rawBytes(value);
@@ -193,7 +196,9 @@ DynamicValue comment(const Exiv2::Value& value) {
 DynamicValue apex(const Exiv2::Value& value, PropertyShape shape) {
     if (value.count() != 1 || !isRational(value.typeId())) return {};
     const double apexValue = rationalValue(value.toRational(0));
-    return shape == PropertyShape::apexAperture ? std::pow(2.0, apexValue / 2) : std::pow(2.0, -apexValue);
+    if (shape == PropertyShape::apexAperture) return std::pow(2.0, apexValue / 2);
+    // A shutter speed beyond any camera's (or no number at all) stands for no exposure time.
+    return std::isfinite(apexValue) && std::fabs(apexValue) < 100 ? std::pow(2.0, -apexValue) : 0.0;
 }
 
 // The value of an XMP property: text, an array of text, or the default language's text.
