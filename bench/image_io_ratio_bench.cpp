@@ -13,7 +13,8 @@
 // then the agreement of the two readers on the corpus's JPEG, TIFF, PNG, HEIC, DNG, CR2 and NEF
 // files: for every tag both read, the share of equal values after the converters, and the list of
 // the others.
-#include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "BenchSupport.hpp"
+
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
@@ -56,36 +57,6 @@ double median(std::vector<double> values) {
     return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
 }
 
-void appendQuoted(std::string& command, const std::string& text) {
-    command.push_back('\'');
-    for (char c : text)
-        command.append(c == '\'' ? "'\\''" : std::string(1, c));
-    command.push_back('\'');
-}
-
-// Runs ExifTool with these arguments (through an argument file: the list is long), reading all its
-// output as an engine does.
-void runExifTool(const std::vector<std::string>& arguments, const fs::path& argumentFile) {
-    {
-        std::FILE* file = std::fopen(argumentFile.c_str(), "w");
-        if (!file) throw std::runtime_error("can't write " + argumentFile.string());
-        for (const auto& argument : arguments)
-            std::fprintf(file, "%s\n", argument.c_str());
-        std::fclose(file);
-    }
-    std::string command;
-    appendQuoted(command, ETProcess::executableURL().string());
-    command += " -@ ";
-    appendQuoted(command, argumentFile.string());
-    command += " 2>/dev/null";
-    std::FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) throw std::runtime_error("can't start exiftool");
-    char buffer[1 << 16];
-    while (std::fread(buffer, 1, sizeof buffer, pipe) > 0) {
-    }
-    pclose(pipe);
-}
-
 // "-EXIF:Artist" and the like: every catalogue tag that has an image I/O name.
 std::vector<std::string> mappedTagArguments() {
     std::set<std::string> tags;
@@ -116,7 +87,7 @@ void printRatio(const char* label, double imageIO, double exifTool) {
                 exifTool / imageIO);
 }
 
-void benchRead(const fs::path& corpus, int rounds, const fs::path& scratch) {
+void benchRead(const fs::path& corpus, int rounds) {
     const auto files = test::corpusFiles(corpus, {"jpeg", "tiff"}, true);
     std::vector<TagStorageSource> sources;
     std::vector<std::string> arguments = {"-j", "-n", "-G0", "-s", "-e", "-m"};
@@ -138,7 +109,7 @@ void benchRead(const fs::path& corpus, int rounds, const fs::path& scratch) {
                 }
             }
         }));
-        exifTool.push_back(timed([&] { runExifTool(arguments, scratch / "read.args"); }));
+        exifTool.push_back(timed([&] { bench::runExifTool(arguments); }));
         importIO.push_back(timed([&] { importCount(sources, EngineOption::coreImage()); }));
         importET.push_back(timed([&] { importCount(sources, EngineOption::exifTool()); }));
     }
@@ -154,25 +125,9 @@ void benchWrite(int rounds, const fs::path& scratch) {
     fs::create_directories(folder);
     // An 8x8 grey baseline JPEG, tagged by ExifTool, copied 300 times.
     const fs::path sample = folder / "sample.jpg";
-    {
-        static const unsigned char jpeg[] = {
-            0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10, 0x4A, 0x46, 0x49, 0x46, 0x00, 0x01, 0x01, 0x00, 0x00, 0x01,
-            0x00, 0x01, 0x00, 0x00, 0xFF, 0xDB, 0x00, 0x43, 0x00, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-            0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-            0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-            0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-            0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0xFF, 0xC0, 0x00, 0x0B, 0x08, 0x00,
-            0x08, 0x00, 0x08, 0x01, 0x01, 0x11, 0x00, 0xFF, 0xC4, 0x00, 0x14, 0x00, 0x01, 0x00, 0x00, 0x00,
-            0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xFF, 0xC4, 0x00,
-            0x14, 0x10, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-            0x00, 0x00, 0x00, 0xFF, 0xDA, 0x00, 0x08, 0x01, 0x01, 0x00, 0x00, 0x3F, 0x00, 0x3F, 0xFF, 0xD9};
-        std::FILE* file = std::fopen(sample.c_str(), "wb");
-        std::fwrite(jpeg, 1, sizeof jpeg, file);
-        std::fclose(file);
-    }
-    runExifTool({"-overwrite_original", "-EXIF:Make=Bench", "-EXIF:Artist=Sample", "-XMP:Title=Sample",
-                 "-IPTC:Keywords=alpha", sample.string()},
-                scratch / "tag.args");
+    bench::writeSampleJPEG(sample);
+    bench::runExifTool({"-overwrite_original", "-EXIF:Make=Bench", "-EXIF:Artist=Sample", "-XMP:Title=Sample",
+                        "-IPTC:Keywords=alpha", sample.string()});
     std::vector<TagStorageSource> sources;
     for (int i = 0; i < 300; ++i) {
         const fs::path copy = folder / ("img_" + std::to_string(i) + ".jpg");
@@ -246,7 +201,7 @@ int main(int argc, char** argv) {
     const EngineOption saved = KitSettings::shared().engineOption();
     int status = 0;
     try {
-        benchRead(corpus, rounds, scratch);
+        benchRead(corpus, rounds);
         benchWrite(rounds, scratch);
         printAgreement(corpus);
     } catch (const std::exception& e) {

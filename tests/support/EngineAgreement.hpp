@@ -5,12 +5,11 @@
 #include "corvane/tag_storages/CGTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/Corpus.hpp"
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -42,33 +41,13 @@ struct EngineAgreement {
 // "tiff"), in index order; with `cleanOnly`, only those ExifTool reads without error or warning.
 inline std::vector<std::filesystem::path>
 corpusFiles(const std::filesystem::path& root, const std::vector<std::string>& folders, bool cleanOnly) {
-    std::ifstream index(root / "INDEX.tsv");
-    std::string line;
-    if (!std::getline(index, line)) return {};
-    auto split = [](const std::string& text) {
-        std::vector<std::string> cells;
-        std::stringstream stream(text);
-        for (std::string cell; std::getline(stream, cell, '\t');)
-            cells.push_back(cell);
-        if (!text.empty() && text.back() == '\t') cells.emplace_back();
-        return cells;
-    };
-    const auto header = split(line);
-    auto column = [&](std::string_view name) {
-        return static_cast<std::size_t>(std::find(header.begin(), header.end(), name) - header.begin());
-    };
-    const std::size_t dest = column("dest"), error = column("error"), warning = column("warning");
     std::vector<std::filesystem::path> files;
-    while (std::getline(index, line)) {
-        const auto cells = split(line);
-        if (cells.size() <= dest) continue;
-        const std::string folder = cells[dest].substr(0, cells[dest].find('/'));
+    for (auto& entry : corpusIndex(root)) {
+        const std::string& dest = entry["dest"];
+        const std::string folder = dest.substr(0, dest.find('/'));
         if (std::find(folders.begin(), folders.end(), folder) == folders.end()) continue;
-        const bool clean = (error >= cells.size() || cells[error].empty()) &&
-                           (warning >= cells.size() || cells[warning].empty());
-        if (cleanOnly && !clean) continue;
-        const auto path = root / cells[dest];
-        if (std::filesystem::exists(path)) files.push_back(path);
+        if (cleanOnly && !(entry["error"].empty() && entry["warning"].empty())) continue;
+        if (std::filesystem::exists(root / dest)) files.push_back(root / dest);
     }
     return files;
 }
