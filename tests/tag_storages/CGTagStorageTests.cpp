@@ -163,6 +163,8 @@ TEST(CGTagStorage, AClearRemovesOnlyItsTagAndTagsWithoutImageIONameAreLeftAlone)
     test::tagWithExifTool(file, {"-EXIF:Artist=Someone", "-EXIF:Copyright=Them", "-IPTC:Keywords=one",
                                  "-IPTC:Keywords=two", "-XMP:Title=Kept"});
 
+    const std::string toolkit = exifToolValue(file, "XMP:XMPToolkit");
+    ASSERT_FALSE(toolkit.empty());
     // XMP:Title has no image I/O name; ISO doesn't read as a number: neither may touch the file.
     write({edited(file, {{"EXIF:Artist", ""},
                          {"IPTC:Keywords", ""},
@@ -173,6 +175,8 @@ TEST(CGTagStorage, AClearRemovesOnlyItsTagAndTagsWithoutImageIONameAreLeftAlone)
     EXPECT_EQ(exifToolValue(file, "IPTC:Keywords"), "");
     EXPECT_EQ(exifToolValue(file, "EXIF:Copyright"), "Them");
     EXPECT_EQ(exifToolValue(file, "XMP:Title"), "Kept");
+    // XMP the write doesn't change keeps its packet as it was.
+    EXPECT_EQ(exifToolValue(file, "XMP:XMPToolkit"), toolkit);
     EXPECT_EQ(exifToolValue(file, "EXIF:ISO"), "");
 }
 
@@ -195,17 +199,21 @@ TEST(CGTagStorage, FilesThatCannotBeWrittenGiveTheirErrorAndStayByteIdentical) {
     EXPECT_EQ(readError(corrupt), CGTagStorageReader::ReadError::sourceIsInvalid);
     EXPECT_EQ(readError(missing), CGTagStorageReader::ReadError::sourceIsInvalid);
 
-    // HEIC is read in process but not written.
+    // HEIC, and camera raw files, are read in process but not written.
     const auto corpus = test::corpusFolder();
-    const auto heics = test::corpusFiles(corpus, {"heic"}, true);
-    if (heics.empty()) GTEST_SKIP() << "no HEIC in the corpus at " << corpus;
-    const auto heic = folder / heics.front().filename();
-    fs::copy_file(heics.front(), heic);
-    const std::string heicBytes = fileBytes(heic);
-    EXPECT_FALSE(readError(heic).has_value());
-    EXPECT_EQ(writeError(edited(heic, {{"EXIF:Artist", "X"}})),
-              CGTagStorageWriter::WriteError::destinationIsInvalid);
-    EXPECT_EQ(fileBytes(heic), heicBytes);
+    const auto heics = test::corpusFiles(corpus, {"heic"}, true),
+               nefs = test::corpusFiles(corpus, {"nef"}, true);
+    if (heics.empty() || nefs.empty()) GTEST_SKIP() << "no HEIC or NEF in the corpus at " << corpus;
+    for (const auto& original : {heics.front(), nefs.front()}) {
+        const auto copy = folder / original.filename();
+        fs::copy_file(original, copy);
+        const std::string bytes = fileBytes(copy);
+        EXPECT_FALSE(readError(copy).has_value()) << copy;
+        EXPECT_EQ(writeError(edited(copy, {{"EXIF:Artist", "X"}})),
+                  CGTagStorageWriter::WriteError::destinationIsInvalid)
+            << copy;
+        EXPECT_EQ(fileBytes(copy), bytes) << copy;
+    }
 }
 
 TEST(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {

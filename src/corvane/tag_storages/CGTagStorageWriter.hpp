@@ -79,9 +79,10 @@ public:
 
     /// Writes every storage in order. The first failure ends the write: files written before it
     /// stay written. Throws `WriteException`: `sourceIsInvalid` when the file can't be opened,
-    /// `typeIsUnknown` when its format can't be told, `destinationIsInvalid` when the engine can't
-    /// write that format (HEIC, most raw formats but DNG, CR2 and NEF), `finalizeFailed` when the
-    /// metadata can't be written into it, `dataAreEmpty` when nothing came out; and
+    /// `typeIsUnknown` when its format can't be told, `destinationIsInvalid` when the engine doesn't
+    /// write that format (it writes JPEG, PNG, TIFF, WebP and JPEG 2000; not HEIC, GIF, nor camera
+    /// raw files, whose maker notes exiv2 can damage), `finalizeFailed` when the metadata can't be
+    /// written into it, `dataAreEmpty` when nothing came out; and
     /// std::filesystem::filesystem_error when the result can't be stored.
     void write() override;
 

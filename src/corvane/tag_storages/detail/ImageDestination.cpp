@@ -341,10 +341,12 @@ Exiv2::MetadataId familyOf(std::string_view exiv2Key) {
 }
 
 bool canWrite(ImageType type, Exiv2::MetadataId family) {
-    return (Exiv2::ImageFactory::checkMode(type, family) & Exiv2::amWrite) != 0;
+    return type.isWritable && (Exiv2::ImageFactory::checkMode(type.format, family) & Exiv2::amWrite) != 0;
 }
 
-void merge(Exiv2::Image& image, ImageType type, const PropertyDictionary& properties) {
+// Merges the properties into the image's metadata; true when XMP is among them.
+bool merge(Exiv2::Image& image, ImageType type, const PropertyDictionary& properties) {
+    bool changesXmp = false;
     for (const auto& [dictionary, values] : properties) {
         for (const auto& [property, value] : values) {
             const ImagePropertyRow* row = findImageProperty(dictionary, property);
@@ -361,9 +363,11 @@ void merge(Exiv2::Image& image, ImageType type, const PropertyDictionary& proper
                 break;
             default:
                 setXmp(image.xmpData(), *row, value);
+                changesXmp = true;
             }
         }
     }
+    return changesXmp;
 }
 
 } // namespace
@@ -388,9 +392,11 @@ bool ImageDestination::finalize() {
         // result into a buffer of its own.
         auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(original.data()),
                                                static_cast<long>(original.size()));
-        if (!image.get() || image->imageType() != type_) return false;
+        if (!image.get() || image->imageType() != type_.format) return false;
         image->readMetadata();
-        merge(*image, type_, properties_);
+        // XMP the write doesn't change goes back as the packet it was read from: encoding it anew
+        // would restamp its toolkit and reformat it.
+        if (!merge(*image, type_, properties_)) image->writeXmpFromPacket(true);
         image->writeMetadata();
         Exiv2::BasicIo& io = image->io();
         if (io.open() != 0) return false;

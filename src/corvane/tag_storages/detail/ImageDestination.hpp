@@ -15,8 +15,8 @@ namespace corvane::detail {
 // and every other property of the file stays as it was.
 class ImageDestination {
 public:
-    // Nothing when exiv2 can't write the metadata of this format (it reads HEIC and most raw
-    // formats, but writes into fewer).
+    // Nothing when the engine doesn't write the metadata of this format (HEIC, GIF and camera raw
+    // files among others, see ImageType).
     static std::optional<ImageDestination> createWithData(ImageType type);
 
     void addImageFromSource(const ImageSource& source, const PropertyDictionary& properties);

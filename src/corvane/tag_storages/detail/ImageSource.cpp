@@ -6,8 +6,10 @@
 #include "corvane/tag_storages/detail/ImagePropertyTable.hpp"
 
 #include <exiv2/exiv2.hpp>
+#include <exiv2/webpimage.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -334,9 +336,18 @@ std::optional<ImageSource> ImageSource::createWithURL(const std::filesystem::pat
 }
 
 std::optional<ImageType> ImageSource::type() const {
-    const ImageType type = image_->imageType();
-    if (type == Exiv2::ImageType::none) return std::nullopt;
-    return type;
+    const int format = image_->imageType();
+    if (format == Exiv2::ImageType::none) return std::nullopt;
+    // exiv2 opens TIFF-based raw files (NEF, DNG, ARW, PEF, ...) as TIFF: the name tells them apart.
+    std::string extension = url_.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const bool isWritable =
+        format == Exiv2::ImageType::jpeg || format == Exiv2::ImageType::exv ||
+        format == Exiv2::ImageType::png || format == Exiv2::ImageType::webp ||
+        format == Exiv2::ImageType::jp2 ||
+        (format == Exiv2::ImageType::tiff && (extension == ".tif" || extension == ".tiff"));
+    return ImageType{format, isWritable};
 }
 
 std::optional<PropertyDictionary> ImageSource::copyProperties() const {

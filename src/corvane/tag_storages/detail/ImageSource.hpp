@@ -21,8 +21,16 @@ namespace corvane::detail {
 // value that is nothing is the null marker: the property is removed.
 using PropertyDictionary = std::map<std::string, std::map<std::string, DynamicValue>>;
 
-// The exiv2 format of a file (one of exiv2's image type numbers); 0 is none.
-using ImageType = int;
+// The format of a file: exiv2's number for it, and whether this engine writes into it.
+//
+// exiv2 writes metadata into more formats than the engine does. To change a camera's raw file
+// (CR2, NEF, DNG, ARW, ...) exiv2 rewrites its whole structure and loses the maker-note directories
+// it doesn't know (a scanner's NEF loses its NikonScan directory), so raw files, like the formats
+// exiv2 only reads, are refused; ExifTool writes them.
+struct ImageType {
+    int format = 0;
+    bool isWritable = false;
+};
 
 // An image file opened for its metadata only: exiv2 reads the metadata blocks and never decodes
 // the pixels. One source belongs to one thread at a time; distinct sources may be used at once.
