@@ -13,6 +13,8 @@
 // then the agreement of the two readers on the corpus's JPEG, TIFF, PNG, HEIC, DNG, CR2 and NEF
 // files: for every tag both read, the share of equal values after the converters, and the list of
 // the others.
+#ifdef CORVANE_HAVE_EXIV2
+
 #include "BenchSupport.hpp"
 
 #include "corvane/helpers/MainQueue.hpp"
@@ -212,3 +214,15 @@ int main(int argc, char** argv) {
     fs::remove_all(scratch);
     return status;
 }
+
+#else
+
+#include <cstdio>
+
+int main() {
+    std::fprintf(stderr,
+                 "image_io_ratio_bench: built without exiv2, there is no in-process engine to measure\n");
+    return 2;
+}
+
+#endif
