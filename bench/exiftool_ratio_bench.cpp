@@ -14,7 +14,8 @@
 // and the same progress options to write. A second line per direction gives the ratio against
 // ExifTool run with those options too (without the progress options), so that neither the user's
 // command nor Corvane's choice of options hides a cost.
-#include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "BenchSupport.hpp"
+
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_value/TagName.hpp"
@@ -48,52 +49,7 @@ namespace fs = std::filesystem;
 using namespace corvane;
 using Clock = std::chrono::steady_clock;
 
-// An 8x8 grey baseline JFIF JPEG.
-const std::vector<std::uint8_t> sampleJPEG = {
-    0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10, 0x4A, 0x46, 0x49, 0x46, 0x00, 0x01, 0x01, 0x00, 0x00, 0x01,
-    0x00, 0x01, 0x00, 0x00, 0xFF, 0xDB, 0x00, 0x43, 0x00, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-    0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-    0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-    0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01,
-    0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0xFF, 0xC0, 0x00, 0x0B, 0x08, 0x00,
-    0x08, 0x00, 0x08, 0x01, 0x01, 0x11, 0x00, 0xFF, 0xC4, 0x00, 0x14, 0x00, 0x01, 0x00, 0x00, 0x00,
-    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xFF, 0xC4, 0x00,
-    0x14, 0x10, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-    0x00, 0x00, 0x00, 0xFF, 0xDA, 0x00, 0x08, 0x01, 0x01, 0x00, 0x00, 0x3F, 0x00, 0x3F, 0xFF, 0xD9};
-
-// Appends the text as one single-quoted shell word.
-void appendQuoted(std::string& command, const std::string& text) {
-    command.push_back('\'');
-    for (char c : text) {
-        if (c == '\'')
-            command.append("'\\''");
-        else
-            command.push_back(c);
-    }
-    command.push_back('\'');
-}
-
-// Runs ExifTool with the arguments on its command line, reading all its output as the engines do.
-// Throws when it fails.
-std::size_t runExifTool(const std::vector<std::string>& arguments) {
-    std::string command;
-    appendQuoted(command, ETProcess::executableURL().string());
-    for (const auto& argument : arguments) {
-        command.push_back(' ');
-        appendQuoted(command, argument);
-    }
-    command.append(" 2>/dev/null");
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) throw std::runtime_error("can't start exiftool");
-    std::size_t total = 0;
-    char buffer[1 << 16];
-    std::size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        total += n;
-    const int status = pclose(pipe);
-    if (status != 0) throw std::runtime_error("exiftool failed with status " + std::to_string(status));
-    return total;
-}
+using bench::runExifTool;
 
 double seconds(Clock::duration d) {
     return std::chrono::duration<double>(d).count();
@@ -157,9 +113,7 @@ int main(int argc, char** argv) {
     try {
         // One tagged sample, copied.
         const fs::path sample = folder / "sample.jpg";
-        std::ofstream(sample, std::ios::binary)
-            .write(reinterpret_cast<const char*>(sampleJPEG.data()),
-                   static_cast<std::streamsize>(sampleJPEG.size()));
+        bench::writeSampleJPEG(sample);
         runExifTool({"-overwrite_original", "-EXIF:Artist=Sample Artist", "-EXIF:Make=Bench",
                      "-EXIF:Model=Ratio", "-EXIF:DateTimeOriginal=2021:02:03 04:05:06",
                      "-EXIF:GPSLatitude=40.5", "-EXIF:GPSLatitudeRef=N", "-XMP:Title=Sample title",

@@ -4,7 +4,12 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/TaskManager.hpp"
+#include "corvane/tag_storages/CGTagStorageReader.hpp"
+#include "corvane/tag_storages/CGTagStorageWriter.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
+#include "corvane/utilities/KitSettings.hpp"
+
+#include <CLI/CLI.hpp>
 
 #include <unistd.h>
 
@@ -47,6 +52,13 @@ void Reporter::clearProgress() {
     shown_ = false;
 }
 
+void chooseEngine(const std::string& engine) {
+    const EngineOption option = engine == "image-io" ? EngineOption::coreImage() : EngineOption::exifTool();
+    if (!KitSettings::availableEngineOption().contains(option))
+        throw CLI::ValidationError("--engine", engine + " is not available in this build");
+    KitSettings::shared().setEngineOption(option);
+}
+
 void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter) {
     MainQueue& main = MainQueue::shared();
     if (!main.mainThread()) main.registerCurrentThreadAsMain();
@@ -78,6 +90,12 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
                 named = true;
             }
             if (!named) reporter.error(e.details());
+        } catch (const CGTagStorageReader::ReadException& e) {
+            reporter.fileError(e.url(), e.what());
+            failedFiles.insert(pathKey(e.url()));
+        } catch (const CGTagStorageWriter::WriteException& e) {
+            reporter.fileError(e.url(), e.what());
+            failedFiles.insert(pathKey(e.url()));
         } catch (const std::exception& e) {
             reporter.error(e.what());
         }
@@ -152,7 +170,8 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         auto task = ImportTagEditorsTask::create(settings);
         runTask(task, "Reading", reporter);
         auto failed = reportTaskErrors(*task, reporter);
-        if (task->errors().empty()) {
+        // The in-process engine reads file by file: its errors cost only their own files.
+        if (task->errors().empty() || !task->engineOption().contains(EngineOption::exifTool())) {
             editors = task->importedEditors();
             break;
         }

@@ -41,6 +41,10 @@ private:
     std::size_t errorCount_ = 0;
 };
 
+// Makes every later read and save go through one engine, "exiftool" or "image-io" (the in-process
+// engine); throws CLI::ValidationError when this build doesn't offer it.
+void chooseEngine(const std::string& engine);
+
 // Runs the task through the task manager and drains the main queue on this thread until it has
 // ended, showing its progress.
 void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter);

@@ -1,4 +1,5 @@
 #include "Commands.hpp"
+#include "StorageReading.hpp"
 
 #include <iostream>
 
@@ -7,6 +8,11 @@ int main(int argc, char** argv) {
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", std::string("corvane ") + CORVANE_VERSION);
     int exitCode = 0;
+    app.add_option_function<std::string>(
+           "--engine", [](const std::string& engine) { corvane::cli::chooseEngine(engine); },
+           "Engine of the commands that read and write files, given before the command: exiftool (every "
+           "format) or image-io (in process: common image formats, the tags that have an image I/O name)")
+        ->check(CLI::IsMember({"exiftool", "image-io"}));
     corvane::cli::addCatalogueCommands(app, exitCode);
     corvane::cli::addFileCommands(app, exitCode);
     corvane::cli::addExchangeCommands(app, exitCode);

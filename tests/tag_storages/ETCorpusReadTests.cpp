@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
-#include <sstream>
 
 namespace corvane {
 namespace {
@@ -24,34 +23,14 @@ struct CorpusFile {
     bool readsCleanly = true;
 };
 
-// The first file of each format (by ExifTool's extension) from INDEX.tsv, whose columns are
-// named on its first line.
+// The first file of each format (by ExifTool's extension) of the corpus index.
 std::vector<CorpusFile> onePerFormat(const fs::path& root) {
-    std::ifstream index(root / "INDEX.tsv");
-    std::string line;
-    if (!std::getline(index, line)) return {};
-    auto split = [](const std::string& text) {
-        std::vector<std::string> cells;
-        std::stringstream stream(text);
-        std::string cell;
-        while (std::getline(stream, cell, '\t'))
-            cells.push_back(cell);
-        if (!text.empty() && text.back() == '\t') cells.emplace_back();
-        return cells;
-    };
-    const auto header = split(line);
-    auto column = [&](std::string_view name) {
-        return static_cast<std::size_t>(std::find(header.begin(), header.end(), name) - header.begin());
-    };
-    const std::size_t dest = column("dest"), ext = column("ft_ext"), error = column("error");
     std::map<std::string, CorpusFile> byType;
-    while (std::getline(index, line)) {
-        const auto cells = split(line);
-        if (cells.size() <= std::max(dest, ext) || cells[ext].empty()) continue;
-        const fs::path path = root / cells[dest];
-        if (!fs::exists(path) || byType.contains(cells[ext])) continue;
-        const bool clean = error >= cells.size() || cells[error].empty();
-        byType.emplace(cells[ext], CorpusFile{path, cells[ext], clean});
+    for (auto& entry : test::corpusIndex(root)) {
+        const std::string& type = entry["ft_ext"];
+        const fs::path path = root / entry["dest"];
+        if (type.empty() || byType.contains(type) || !fs::exists(path)) continue;
+        byType.emplace(type, CorpusFile{path, type, entry["error"].empty()});
     }
     std::vector<CorpusFile> files;
     for (auto& [type, file] : byType)

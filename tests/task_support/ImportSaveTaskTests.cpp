@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 
 namespace corvane {
@@ -279,12 +280,16 @@ TEST(ImportSaveTasks, unsupportedEditorsAndEmptyLists) {
     EXPECT_TRUE(empty->errors().empty());
     EXPECT_EQ(empty->status(), AbstractTask::Status::completed);
 
-    // An image I/O editor is written too (by ExifTool on this platform), as its own group.
-    auto cg = CGTagEditor::create(et->storage());
-    cg->setValue(std::string("Through the other group"), tag("EXIF:Artist"));
-    auto mixed = save({cg});
+#ifdef CORVANE_HAVE_EXIV2
+    // Both engines' editors in one save: each group through its own engine.
+    auto other = makeJPEG(folder / "b.jpg");
+    auto cg = CGTagEditor::create(importFiles(sourcesOf({other})).at(0)->storage());
+    cg->setValue(std::string("In process"), tag("EXIF:Artist"));
+    auto mixed = save({cg, et});
     EXPECT_TRUE(mixed->errors().empty()) << mixed->errorListDescription();
-    EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "Through the other group");
+    EXPECT_EQ(exifToolValue(other, "EXIF:Artist"), "In process");
+    EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "X");
+#endif
 }
 
 TEST(ImportSaveTasks, folderImport) {
@@ -353,20 +358,67 @@ TEST(ImportSaveTasks, engineChoice) {
 
     kit.setEngineOption(EngineOption());
     auto none = performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sourcesOf({file}))));
-    kit.setEngineOption(EngineOption::coreImage());
-    ImportTagEditorsTask::Settings settings({TagStorageSource(file), TagStorageSource(folder.path())});
-    auto imageIO = performed(ImportTagEditorsTask::create(std::move(settings)));
     kit.setEngineOption(saved);
 
     ASSERT_EQ(none->errors().size(), 1u);
     EXPECT_EQ(errorTexts(*none)[0], "Engine is not available");
     EXPECT_TRUE(none->importedEditors().empty());
-    // The folder can't be opened by the image I/O path; the file is read all the same.
-    ASSERT_EQ(imageIO->errors().size(), 1u);
-    EXPECT_EQ(errorTexts(*imageIO)[0], "File is not supported");
-    ASSERT_EQ(imageIO->importedEditors().size(), 1u);
-    EXPECT_EQ(imageIO->importedEditors()[0]->source().url(), file);
 }
+
+#ifdef CORVANE_HAVE_EXIV2
+// The in-process engine on the task's eight-wide queue: every file is read into its own editor, a
+// file that can't be read costs only its own error, and the editors are saved in process.
+TEST(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
+    TemporaryFolder folder;
+    std::vector<fs::path> files;
+    std::ofstream csv(folder / "artists.csv");
+    csv << "SourceFile,EXIF:Artist\n";
+    for (int i = 0; i < 12; ++i) {
+        files.push_back(makeJPEG(folder / ("f" + std::to_string(10 + i) + ".jpg")));
+        csv << files.back().string() << ",Artist " << i << "\n";
+    }
+    csv.close();
+    // One ExifTool run gives each file its own value.
+    std::vector<std::string> tagging = {"-overwrite_original", "-csv=" + (folder / "artists.csv").string()};
+    for (const auto& file : files)
+        tagging.push_back(file.string());
+    ASSERT_EQ(test::runExifTool(tagging).exitCode, 0);
+    fs::remove(folder / "artists.csv");
+    const auto corrupt = test::writeBytes(folder / "corrupt.jpg", {0xFF, 0xD8, 0xFF, 0xE1, 0x00});
+    auto sources = sourcesOf(files);
+    sources.emplace_back(corrupt);
+    sources.emplace_back(folder.path());
+
+    auto& kit = KitSettings::shared();
+    const EngineOption saved = kit.engineOption();
+    kit.setEngineOption(EngineOption::coreImage());
+    auto task = performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sources)));
+    auto editors = task->importedEditors();
+    std::sort(editors.begin(), editors.end(),
+              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    std::vector<std::optional<std::string>> read;
+    for (auto& editor : editors) {
+        read.push_back(editor->originalValue(tag("EXIF:Artist")));
+        editor->setValue("Saved " + editor->source().url().stem().string(), tag("EXIF:Artist"));
+    }
+    auto saving = save(editors);
+    kit.setEngineOption(saved);
+
+    // The folder can't be opened by this engine, nor the damaged file; the others are read.
+    auto errors = errorTexts(*task);
+    std::sort(errors.begin(), errors.end());
+    EXPECT_EQ(errors, (std::vector<std::string>{"File is not supported", "Source is invalid"}));
+    EXPECT_DOUBLE_EQ(task->progress(), 1.0);
+    ASSERT_EQ(editors.size(), files.size());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        EXPECT_TRUE(std::dynamic_pointer_cast<CGTagEditor>(editors[i])) << files[i];
+        EXPECT_EQ(read[i], "Artist " + std::to_string(i));
+        EXPECT_EQ(editors[i]->originalValue(tag("EXIF:Artist")), "Saved " + files[i].stem().string());
+        EXPECT_EQ(exifToolValue(files[i], "EXIF:Artist"), "Saved " + files[i].stem().string());
+    }
+    EXPECT_TRUE(saving->errors().empty()) << saving->errorListDescription();
+}
+#endif
 
 TEST(ImportSaveTasks, canImportEditorByExtension) {
     EXPECT_TRUE(ImportTagEditorsTask::canImportEditor("/x/a.jpg"));

@@ -4,7 +4,9 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_edition/TaskError.hpp"
+#include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_storages/CGTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_value/MediaKind.hpp"
 #include "corvane/utilities/KitSettings.hpp"
@@ -103,25 +105,32 @@ void ImportTagEditorsTask::importWithExiftool() {
 }
 
 void ImportTagEditorsTask::importWithCoreImage() {
-    // This platform has no image I/O engine yet. Rather than refusing files that ExifTool reads
-    // well, the image I/O choice falls back to the ExifTool reader. The image I/O path's own check
-    // is kept: a source it can't open (a folder, a format the task doesn't keep) is refused with
-    // its error, and the other sources go on.
+#ifdef CORVANE_HAVE_EXIV2
     const MediaType::Set kept = types();
     auto sources = sourcesToImport(kept);
     if (sources.empty()) return;
-    std::vector<TagStorageSource> readable;
-    readable.reserve(sources.size());
-    for (TagStorageSource& source : sources) {
+    const double step = 1.0 / static_cast<double>(sources.size());
+    // Up to eight files at a time; a file that can't be read adds its error, and the others go on.
+    mapSubprocess(sources, [this, kept, step](const TagStorageSource& source) {
+        // Folders and formats the task doesn't keep can't be opened by this engine.
         auto type = MediaType::type(upperPathExtension(source.url()));
-        if (source.isFolder() || !type || !kept.contains(*type))
-            failable([] { throw TaskError(ProcessError::fileIsNotSupported); });
-        else
-            readable.push_back(std::move(source));
-    }
-    if (readable.empty()) return;
-    // Files are independent in this path: one that can't be read mustn't take the others along.
-    failable([&] { readWithExifTool(std::move(readable), true); });
+        if (source.isFolder() || !type || !kept.contains(*type)) {
+            incrementProgress(step);
+            throw TaskError(ProcessError::fileIsNotSupported);
+        }
+        failable([&] {
+            CGTagStorageReader reader(CGTagStorageReader::Settings({source}));
+            std::vector<std::shared_ptr<TagEditor>> editors;
+            for (auto& [url, storage] : reader.readStorages())
+                editors.push_back(CGTagEditor::create(std::move(storage)));
+            appendEditors(std::move(editors));
+        });
+        incrementProgress(step);
+    });
+#else
+    // This build has no image I/O engine (the engine options don't offer it).
+    throw TaskError(ProcessError::engineIsNotAvailable);
+#endif
 }
 
 void ImportTagEditorsTask::readWithExifTool(std::vector<TagStorageSource> sources, bool ignoreMinorErrors) {

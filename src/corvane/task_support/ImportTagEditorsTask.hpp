@@ -70,7 +70,8 @@ protected:
 
     // One ExifTool run over all sources; a failure of the run leaves no editor.
     virtual void importWithExiftool();
-    // Through the image I/O engine; on this platform it falls back to ExifTool (see the source).
+    // Through the image I/O engine, file by file on `subprocessQueue()`: a file that can't be read
+    // (or isn't of a kept format, or is a folder) adds its error, and the others are imported.
     virtual void importWithCoreImage();
 
 private:

@@ -6,6 +6,7 @@
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/tag_storages/CGTagStorageWriter.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
@@ -100,11 +101,19 @@ void SaveTagEditorsTask::saveWithExifTool(const std::vector<std::shared_ptr<TagE
 
 void SaveTagEditorsTask::saveWithCoreImage(const std::vector<std::shared_ptr<TagEditor>>& editors) {
     if (editors.empty()) return;
+#ifdef CORVANE_HAVE_EXIV2
     const auto storages = flushEditors(editors);
-    // This platform has no image I/O writer yet: each file of the group is written by ExifTool
-    // instead, still one subprocess per file, so that errors stay per file as in this group's
-    // engine.
-    mapSubprocess(storages, [this](const TagStorage& storage) { writeStorages({storage}); });
+    // One subprocess per file, up to eight at a time; each failure is that file's own error.
+    const double step = 1.0 / static_cast<double>(storages.size());
+    mapSubprocess(storages, [this, step](const TagStorage& storage) {
+        CGTagStorageWriter writer(CGTagStorageWriter::Settings({storage}));
+        writer.write();
+        incrementProgress(step);
+    });
+#else
+    // This build has no image I/O engine; the editors are left as they are, unflushed.
+    throw TaskError(ProcessError::engineIsNotAvailable);
+#endif
 }
 
 } // namespace corvane

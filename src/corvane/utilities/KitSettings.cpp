@@ -43,7 +43,16 @@ EngineOption KitSettings::engineOption() const {
 }
 
 void KitSettings::setEngineOption(EngineOption option) {
+    option = option.intersection(availableEngineOption());
     atomic_.write([&] { nonAtomicEngineOption_ = option; });
+}
+
+EngineOption KitSettings::availableEngineOption() {
+#ifdef CORVANE_HAVE_EXIV2
+    return EngineOption::all();
+#else
+    return EngineOption::all().subtracting(EngineOption::coreImage());
+#endif
 }
 
 std::vector<std::string> KitSettings::extraArguments() const {

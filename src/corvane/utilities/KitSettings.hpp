@@ -36,8 +36,13 @@ public:
     std::shared_ptr<UserDefaults> userDefaults() const;
     void setUserDefaults(std::shared_ptr<UserDefaults> defaults);
 
+    // The engines that may be used: by default every engine this build offers. Setting an engine
+    // the build doesn't offer leaves it out.
     EngineOption engineOption() const;
     void setEngineOption(EngineOption option);
+    // The engines this build offers: all of them when built with exiv2; without it, all but the
+    // image I/O engine (`coreImage`).
+    static EngineOption availableEngineOption();
 
     // Further ExifTool arguments kept for the application; the engines don't read them.
     std::vector<std::string> extraArguments() const;
@@ -63,7 +68,7 @@ private:
     MediaType::Set nonAtomicSupportedFileTypes_;
     std::shared_ptr<UndoManager> nonAtomicUndoManager_;
     std::shared_ptr<UserDefaults> nonAtomicUserDefaults_;
-    EngineOption nonAtomicEngineOption_ = EngineOption::all();
+    EngineOption nonAtomicEngineOption_ = availableEngineOption();
     std::vector<std::string> nonAtomicExtraArguments_;
     std::string nonAtomicXMPToolkit_;
     std::filesystem::path nonAtomicLocalizationDirectory_;
