@@ -1,5 +1,7 @@
 #include "corvane/sidecar_support/SidecarReader.hpp"
 
+#include "corvane/helpers/JSONInput.hpp"
+
 #include "corvane/sidecar_support/CSVSidecarReader.hpp"
 #include "corvane/sidecar_support/JSONSidecarReader.hpp"
 #include "corvane/sidecar_support/SidecarFormat.hpp"
@@ -11,7 +13,11 @@
 namespace corvane {
 
 SidecarReader::Values SidecarReader::readContentsOf(const std::filesystem::path& url) const {
-    return readData(readFileBytes(url));
+    try {
+        return readData(readFileBytes(url));
+    } catch (const JSONNestingError&) {
+        throw JSONNestingError(url.string());
+    }
 }
 
 std::unique_ptr<SidecarReader> SidecarReader::forPathExtension(std::string_view pathExtension) {
