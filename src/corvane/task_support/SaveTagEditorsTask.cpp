@@ -6,6 +6,7 @@
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
+#include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
@@ -89,7 +90,32 @@ void SaveTagEditorsTask::writeStorages(std::vector<TagStorage> storages) {
         if (auto task = weakTask.lock()) setProgress(writer.progress());
     });
     ETTagStorageWriter writer(std::move(writerSettings));
-    writer.writeStorages(writer.settings().storages());
+    try {
+        writer.writeStorages(writer.settings().storages());
+    } catch (const ETOutputException&) {
+        recordOutcomes(writer.outcomes());
+        // Each file that ExifTool failed to write is an error of its own, naming the file and
+        // ExifTool's reason; a failure that names no file stays one error for the run.
+        bool named = false;
+        for (const auto& outcome : writer.outcomes()) {
+            if (outcome.status != ETTagStorageWriter::FileOutcome::Status::failed) continue;
+            failable([&] { throw ETTagStorageWriter::FileWriteException(outcome.url, outcome.reason); });
+            named = true;
+        }
+        if (!named) throw;
+        return;
+    }
+    recordOutcomes(writer.outcomes());
+}
+
+void SaveTagEditorsTask::recordOutcomes(const std::vector<ETTagStorageWriter::FileOutcome>& outcomes) {
+    std::lock_guard lock(outcomesMutex_);
+    outcomes_.insert(outcomes_.end(), outcomes.begin(), outcomes.end());
+}
+
+std::vector<ETTagStorageWriter::FileOutcome> SaveTagEditorsTask::fileOutcomes() const {
+    std::lock_guard lock(outcomesMutex_);
+    return outcomes_;
 }
 
 void SaveTagEditorsTask::saveWithExifTool(const std::vector<std::shared_ptr<TagEditor>>& editors) {
