@@ -4,6 +4,7 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/TaskManager.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 
 #include <unistd.h>
@@ -69,6 +70,9 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
     for (const auto& error : task.errors()) {
         try {
             std::rethrow_exception(error);
+        } catch (const ETTagStorageWriter::FileWriteException& e) {
+            reporter.fileError(e.url(), e.reason());
+            failedFiles.insert(pathKey(e.url()));
         } catch (const ETOutputException& e) {
             bool named = false;
             for (const auto& fileError : e.fileErrors()) {
