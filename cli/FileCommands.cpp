@@ -112,6 +112,7 @@ bool looksLikeAssignment(const std::string& text) {
 }
 
 struct SetOptions {
+    std::vector<std::string> arguments;
     std::vector<std::string> assignments;
     std::vector<std::string> paths;
     bool recursive = false;
@@ -355,16 +356,10 @@ void addFileCommands(CLI::App& app, int& exitCode) {
         ->check(CLI::ExistingFile);
     set->add_option("--preset-name", setOptions->presetName,
                     "The preset to apply, when the library holds more than one");
-    // Leading arguments of the form TAG=VALUE are the edits, the others the files; after "--",
-    // every argument is a file (see takePathsAfterMark).
-    set->validate_positionals();
-    set->add_option("TAG=VALUE", setOptions->assignments, "Edits; an empty VALUE clears the tag")
-        ->check(CLI::Validator(
-            [](std::string& text) {
-                return looksLikeAssignment(text) ? std::string() : std::string("not an edit");
-            },
-            "TAG=VALUE"));
-    set->add_option("PATH", setOptions->paths, "Files and folders");
+    // Arguments of the form TAG=VALUE are the edits, the others the files; after "--", every
+    // argument is a file (see takePathsAfterMark).
+    set->add_option("ARGUMENTS", setOptions->arguments,
+                    "TAG=VALUE edits (an empty VALUE clears the tag), then files and folders");
     set->allow_extras();
     set->callback([set, setOptions, &exitCode] {
         for (const std::string& extra : set->remaining()) {
@@ -373,6 +368,8 @@ void addFileCommands(CLI::App& app, int& exitCode) {
             exitCode = 2;
             return;
         }
+        for (const std::string& argument : setOptions->arguments)
+            (looksLikeAssignment(argument) ? setOptions->assignments : setOptions->paths).push_back(argument);
         auto& trailing = pathsAfterMark();
         setOptions->paths.insert(setOptions->paths.end(), trailing.begin(), trailing.end());
         exitCode = runSet(*setOptions);

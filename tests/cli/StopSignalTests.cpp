@@ -25,7 +25,11 @@ using corvane::test::TemporaryFolder;
 struct Batch {
     TemporaryFolder photos{"corvane-stop"};
     TemporaryFolder temporary{"corvane-stop-tmp"};
+    TemporaryFolder tools{"corvane-stop-tools"};
     std::vector<std::string> paths;
+    // Put first in the program's PATH: ExifTool that pauses before a write, as it does on a large
+    // file, so that a stop lands while it works.
+    bool slowWrites = false;
 
     Batch() {
         const fs::path first = corvane::test::makeJPEG(photos / "photo-0.jpg");
@@ -41,9 +45,19 @@ struct Batch {
     pid_t start() const {
         std::vector<std::string> arguments{CORVANE_CLI_PATH, "set", "XMP:Title=stopped", "--"};
         arguments.insert(arguments.end(), paths.begin(), paths.end());
+        if (slowWrites) {
+            const fs::path script = tools / "exiftool";
+            std::ofstream(script) << "#!/bin/sh\n"
+                                     "grep -q '^-json=' \"$2\" 2>/dev/null &&\n"
+                                     "  exec perl -e 'sleep 30; exec @ARGV' /usr/bin/exiftool \"$@\"\n"
+                                     "exec /usr/bin/exiftool \"$@\"\n";
+            fs::permissions(script, fs::perms::owner_all);
+        }
+        const std::string path = tools.path().string() + ":" + (std::getenv("PATH") ? std::getenv("PATH") : "");
         const pid_t pid = ::fork();
         if (pid == 0) {
             ::setenv("TMPDIR", temporary.path().c_str(), 1);
+            ::setenv("PATH", path.c_str(), 1);
             std::vector<char*> argv;
             for (auto& argument : arguments)
                 argv.push_back(const_cast<char*>(argument.c_str()));
@@ -112,6 +126,7 @@ TEST(StopSignals, SIGTERMStopsTheWriteCleanlyAndExits130) {
 
 TEST(StopSignals, AKilledProgramLeavesNoExifToolBehind) {
     Batch batch;
+    batch.slowWrites = true;
     const pid_t pid = batch.start();
     ASSERT_GT(pid, 0);
     if (!batch.waitForWrite(pid)) GTEST_SKIP() << "the write ended before it could be stopped";

@@ -94,6 +94,7 @@ TEST(ETWriterRecords, ValuesBecomeImportEntries) {
     EXPECT_EQ(record["XMP:Description"], "-") << "a typed \"-\" is a value like any other";
     EXPECT_EQ(record["XMP:Rights"], "base64:YmFzZTY0OlNHVnNiRzg9") << "sent so that ExifTool decodes it back";
     EXPECT_NE(marker, ETTagStorageWriter{ETTagStorageWriter::Settings()}.deletionMarker()) << "one per writer";
+    EXPECT_EQ(record["XMP:XMPToolkit"], KitSettings::shared().xmpToolkit()) << "the XMP's writer is named";
     EXPECT_FALSE(record.contains("EXIF:NotInTheCatalogue"));
     EXPECT_FALSE(record.contains("File:FileModifyDate")) << "file resources aren't ExifTool's";
     EXPECT_EQ(record["IPTC:Keywords"], ordered_json::array({"one", "two", "three"})) << "lists go as arrays";
@@ -139,6 +140,7 @@ TEST(ETWriterRecords, IPTCIsDeclaredUTF8OnlyWhereNeeded) {
     TagStorage exifOnly(TagStorageSource("/photos/a.jpg"));
     edit(exifOnly, {{"EXIF:Artist", "x"}});
     EXPECT_FALSE(recordOf(exifOnly).contains(charset));
+    EXPECT_FALSE(recordOf(exifOnly).contains("XMP:XMPToolkit")) << "XMP not written, toolkit untouched";
 
     // Undeclared IPTC already in the file is Latin: writing another tag leaves the set alone, and
     // declaring UTF-8 writes every value again with it.

@@ -211,7 +211,7 @@ void ETTagStorageWriter::writeStorages(const std::vector<TagStorage>& storages) 
 
         auto& debugger = KitDebugger::shared();
         debugger.log([&] {
-            std::string line = "-XMP:XMPToolkit=";
+            std::string line = "-XMP:XMPToolkit=" + KitSettings::shared().xmpToolkit();
             for (const TagStorage* storage : written)
                 line += " " + targetURL(*storage).string();
             return line;
@@ -263,6 +263,7 @@ std::optional<nlohmann::ordered_json> ETTagStorageWriter::importRecord(const Tag
     if (values.size() < 2) return std::nullopt;
     updateIPTCCharSet(storage, values);
     updateIPTCDigest(storage, values);
+    updateXMPToolkit(values);
     return values;
 }
 
@@ -330,6 +331,19 @@ void ETTagStorageWriter::updateIPTCDigest(const TagStorage& storage, nlohmann::o
         values[digest.name().rawValue()] = "new";
 }
 
+void ETTagStorageWriter::updateXMPToolkit(nlohmann::ordered_json& values) const {
+    // The toolkit names the writer of the XMP packet: it is set when this write changes the
+    // packet, and only then, so that a save that changes nothing else in a file isn't reported as
+    // a change (and a file without XMP doesn't get a packet for it).
+    const bool writesXMP = std::any_of(values.items().begin(), values.items().end(), [](const auto& entry) {
+        return entry.key().starts_with("XMP:") || entry.key().starts_with("XMP-");
+    });
+    // A toolkit the user edited is theirs.
+    if (!writesXMP || values.contains("XMP:XMPToolkit")) return;
+    const std::string toolkit = KitSettings::shared().xmpToolkit();
+    values["XMP:XMPToolkit"] = toolkit.empty() ? deletionMarker_ : toolkit;
+}
+
 fs::path ETTagStorageWriter::createJSONFile(const nlohmann::ordered_json& records) {
     std::string bytes;
     try {
@@ -393,7 +407,6 @@ void ETTagStorageWriter::collectOutcomes(const std::vector<TagStorage>& storages
 
 void ETTagStorageWriter::addArgs(ETInput& input, const fs::path& jsonURL, const ReportFiles& reports,
                                  const std::vector<const TagStorage*>& storages) const {
-    const std::string toolkit = KitSettings::shared().xmpToolkit();
     input.addArguments(storages, [&](const TagStorage* storage, ETInput::ArgumentsMaker& maker) {
         maker.correction = settings_.enableCorrection();
         maker.ignoreMinorErrors = settings_.ignoreMinorErrors();
@@ -411,7 +424,6 @@ void ETTagStorageWriter::addArgs(ETInput& input, const fs::path& jsonURL, const 
                            reports.failed.string(),
                            "-efile2",
                            reports.unchanged.string(),
-                           "-XMP:XMPToolkit=" + toolkit,
                            "-json=" + jsonURL.string()};
         maker.recurseSubfolders = storage->recurseSubfolders().value_or(false);
         maker.filePathFilter = storage->filePathFilter();

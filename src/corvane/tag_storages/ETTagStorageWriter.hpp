@@ -136,7 +136,8 @@ public:
 
     // The import record of one storage: "SourceFile" (the file, or "*" for every file of a folder),
     // then the values to write under their "Stream:Key" names, the IPTC character set and digest
-    // entries the settings ask for. Nothing when the storage has nothing for ExifTool to write.
+    // entries the settings ask for, and XMP:XMPToolkit (`KitSettings::xmpToolkit()`) when XMP is
+    // written. Nothing when the storage has nothing for ExifTool to write.
     std::optional<nlohmann::ordered_json> importRecord(const TagStorage& storage) const;
 
     // The imported value that deletes a tag: a random token of this writer, which no value to write
@@ -155,6 +156,7 @@ private:
     void fillTagValues(const TagStorage& storage, nlohmann::ordered_json& values) const;
     void updateIPTCCharSet(const TagStorage& storage, nlohmann::ordered_json& values) const;
     void updateIPTCDigest(const TagStorage& storage, nlohmann::ordered_json& values) const;
+    void updateXMPToolkit(nlohmann::ordered_json& values) const;
     static std::filesystem::path createJSONFile(const nlohmann::ordered_json& records);
     struct ReportFiles;
     void addArgs(ETInput& input, const std::filesystem::path& jsonURL, const ReportFiles& reports,
