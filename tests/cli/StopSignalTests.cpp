@@ -10,6 +10,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <regex>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
@@ -62,8 +63,10 @@ struct Batch {
             for (auto& argument : arguments)
                 argv.push_back(const_cast<char*>(argument.c_str()));
             argv.push_back(nullptr);
+            const int out = ::open((temporary.path().parent_path() / (temporary.path().filename().string() + ".out")).c_str(),
+                                   O_WRONLY | O_CREAT | O_TRUNC, 0600);
             const int null = ::open("/dev/null", O_WRONLY);
-            ::dup2(null, 1);
+            ::dup2(out, 1);
             ::dup2(null, 2);
             ::execv(argv[0], argv.data());
             ::_exit(127);
@@ -99,6 +102,27 @@ struct Batch {
         return false;
     }
 
+    std::string output() const {
+        std::ifstream in(temporary.path().parent_path() / (temporary.path().filename().string() + ".out"));
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
+
+    // The photos whose title the run wrote.
+    int titledCount() const {
+        std::vector<std::string> arguments{"-s3", "-XMP:Title"};
+        arguments.insert(arguments.end(), paths.begin(), paths.end());
+        const std::string out = corvane::test::runExifTool(arguments).standardOutput;
+        int count = 0;
+        for (std::size_t at = out.find("stopped"); at != std::string::npos; at = out.find("stopped", at + 1))
+            ++count;
+        return count;
+    }
+
+    ~Batch() {
+        std::error_code error;
+        fs::remove(temporary.path().parent_path() / (temporary.path().filename().string() + ".out"), error);
+    }
+
     std::vector<std::string> leftovers() const {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(photos.path()))
@@ -122,6 +146,19 @@ TEST(StopSignals, SIGTERMStopsTheWriteCleanlyAndExits130) {
     EXPECT_FALSE(batch.exifToolRuns());
     EXPECT_TRUE(batch.leftovers().empty()) << batch.leftovers().front();
     EXPECT_TRUE(fs::is_empty(batch.temporary.path())) << "argument, import and report files are removed";
+
+    // The summary counts what was really written: the file under way at the stop may go either way.
+    std::smatch counts;
+    const std::string summary = batch.output();
+    ASSERT_TRUE(std::regex_search(summary, counts, std::regex(R"((\d+) files? updated, 0 unchanged(, (\d+) failed)?(, (\d+) not known)?)")))
+        << summary;
+    const int updated = std::stoi(counts[1]);
+    const int failed = counts[3].matched ? std::stoi(counts[3]) : 0;
+    const int unknown = counts[5].matched ? std::stoi(counts[5]) : 0;
+    EXPECT_EQ(updated + failed + unknown, 400) << summary;
+    const int titled = batch.titledCount();
+    EXPECT_GE(titled, updated) << summary;
+    EXPECT_LE(titled, updated + unknown) << summary;
 }
 
 TEST(StopSignals, AKilledProgramLeavesNoExifToolBehind) {

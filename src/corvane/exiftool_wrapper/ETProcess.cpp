@@ -399,7 +399,20 @@ struct RunState {
 
 // Splits a stream at the run's markers: one text per command. Text after the last marker (a run
 // that was killed) goes with the command under way. Progress reports are dropped when asked.
-std::vector<std::string> splitAtMarkers(const std::string& text, const RunState& run, bool dropProgress) {
+// The file a progress report names: the text between "======== " and " [n/N]", over its lines.
+std::string progressFile(const std::vector<std::string_view>& lines, std::size_t index, std::size_t span) {
+    std::string text;
+    for (std::size_t j = index; j < index + span; ++j) {
+        if (j > index) text += '\n';
+        text.append(lines[j]);
+    }
+    text.erase(0, progressPrefix.size());
+    text.erase(text.rfind(" ["));
+    return text;
+}
+
+std::vector<std::string> splitAtMarkers(const std::string& text, const RunState& run, bool dropProgress,
+                                        std::vector<std::string>* progressFiles = nullptr) {
     std::vector<std::string> chunks(std::max<std::size_t>(run.commands.size(), 1));
     const auto lines = splitLines(text);
     std::size_t command = 0;
@@ -410,6 +423,7 @@ std::vector<std::string> splitAtMarkers(const std::string& text, const RunState&
         }
         if (dropProgress) {
             if (auto span = progressLineSpan(lines, i)) {
+                if (progressFiles) progressFiles->push_back(progressFile(lines, i, span));
                 i += span - 1;
                 continue;
             }
@@ -1030,7 +1044,9 @@ ETOutput ETProcess::execute(const ETInput& input) {
         state.processError_ = ETOutputError::abnormalTermination;
 
     run.err.flush();
-    const auto outChunks = splitAtMarkers(run.out.text, run, true);
+    std::vector<std::string> started;
+    const auto outChunks = splitAtMarkers(run.out.text, run, true, &started);
+    state.startedFiles_.assign(started.begin(), started.end());
     const auto errChunks = splitAtMarkers(run.err.text, run, false);
     state.data_ = joinOutputs(outChunks);
     for (const auto& c : errChunks)

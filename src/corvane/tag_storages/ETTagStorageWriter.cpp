@@ -393,11 +393,21 @@ void ETTagStorageWriter::collectOutcomes(const std::vector<TagStorage>& storages
         if (listed(failed) || error != errors.end()) {
             outcome.status = FileOutcome::Status::failed;
             outcome.reason = error != errors.end() ? error->text : std::string("ExifTool reported an error");
-        } else if (output.processError()) {
-            outcome.status = FileOutcome::Status::unknown;
-            outcome.reason = message(*output.processError());
         } else if (!isFolder && listed(unchanged)) {
             outcome.status = FileOutcome::Status::unchanged;
+        } else if (output.processError()) {
+            // A stopped run: a file that ExifTool finished (one started before the last) is
+            // written, the one under way unknown, the others not written.
+            const auto& started = output.startedFiles();
+            const auto at = std::find_if(started.begin(), started.end(),
+                                         [&](const fs::path& path) { return concerns(path, target, isFolder); });
+            outcome.reason = message(*output.processError());
+            if (isFolder || at == started.end())
+                outcome.status = isFolder ? FileOutcome::Status::unknown : FileOutcome::Status::failed;
+            else
+                outcome.status =
+                    at + 1 == started.end() ? FileOutcome::Status::unknown : FileOutcome::Status::written;
+            if (outcome.status == FileOutcome::Status::written) outcome.reason.clear();
         } else {
             outcome.status = FileOutcome::Status::written;
         }

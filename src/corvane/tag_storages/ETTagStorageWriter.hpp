@@ -93,12 +93,13 @@ public:
         enum class Status {
             written,   // changed
             unchanged, // nothing to write, or ExifTool found nothing to change
-            failed,    // ExifTool reported an error for it; the file is as it was
-            unknown,   // the run was stopped (time limit, cancel, crash) before it said
+            failed,    // ExifTool reported an error for it, or a stopped run never reached it; the
+                       // file is as it was
+            unknown,   // the run was stopped (time limit, cancel, crash) while on this file
         };
         std::filesystem::path url;
         Status status = Status::unchanged;
-        // ExifTool's reason for `failed`, the run's failure for `unknown`.
+        // ExifTool's reason for `failed`, or the run's failure when it was stopped.
         std::string reason;
     };
 

@@ -92,17 +92,18 @@ void SaveTagEditorsTask::writeStorages(std::vector<TagStorage> storages) {
     ETTagStorageWriter writer(std::move(writerSettings));
     try {
         writer.writeStorages(writer.settings().storages());
-    } catch (const ETOutputException&) {
+    } catch (const ETOutputException& e) {
         recordOutcomes(writer.outcomes());
-        // Each file that ExifTool failed to write is an error of its own, naming the file and
-        // ExifTool's reason; a failure that names no file stays one error for the run.
+        // Each file that ExifTool failed to write (or a stopped run didn't reach) is an error of
+        // its own, naming the file and the reason; the failure of the run itself, and one that
+        // names no file, stays an error too.
         bool named = false;
         for (const auto& outcome : writer.outcomes()) {
             if (outcome.status != ETTagStorageWriter::FileOutcome::Status::failed) continue;
             failable([&] { throw ETTagStorageWriter::FileWriteException(outcome.url, outcome.reason); });
             named = true;
         }
-        if (!named) throw;
+        if (!named || e.error() != ETOutputError::exifToolErrors) throw;
         return;
     }
     recordOutcomes(writer.outcomes());
