@@ -8,10 +8,10 @@
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_editor/TagEditorEditions.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
-#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 #include "corvane/value_models/CoordinateParser.hpp"
 #include "corvane/value_models/DateEdition.hpp"
@@ -210,8 +210,8 @@ int runSet(const SetOptions& options) {
         preset = presetEntries(*options.preset, options.presetName, error);
         if (!preset) reporter.error(error);
         for (const auto& text : preset ? emptyPresetDateEditions(*preset) : std::vector<std::string>())
-            reporter.error(*options.preset + ": the date edition " + text + " changes no field: " +
-                           dateEditionSyntax);
+            reporter.error(*options.preset + ": the date edition " + text +
+                           " changes no field: " + dateEditionSyntax);
     } else if (!options.presetName.empty()) {
         reporter.error("--preset-name needs --preset");
     }
@@ -293,7 +293,8 @@ int runSet(const SetOptions& options) {
             case Status::unknown:
                 ++unknown;
                 reporter.fileError(path, "not known whether written (" +
-                                             (it != outcomes.end() ? it->second.reason : "the save failed") + ")");
+                                             (it != outcomes.end() ? it->second.reason : "the save failed") +
+                                             ")");
                 break;
             }
         }

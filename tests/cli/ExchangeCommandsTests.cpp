@@ -108,8 +108,8 @@ TEST_F(ExchangeCommands, aSidecarImportedIntoItsOwnFileChangesNothing) {
             SCOPED_TRACE(file.filename().string() + " " + type);
             const std::string before = readText(file);
             auto out = folder / ("sidecars-" + type);
-            auto exported =
-                corvane({"sidecar", "export", "--type", type, "--output", out.string(), file.string()}, scratch);
+            auto exported = corvane(
+                {"sidecar", "export", "--type", type, "--output", out.string(), file.string()}, scratch);
             ASSERT_EQ(exported.exitCode, 0) << exported.err;
             const auto sidecar = out / (file.stem().string() + "." + type);
             auto imported = corvane({"sidecar", "import", sidecar.string(), file.string()}, scratch);

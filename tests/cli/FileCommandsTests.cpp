@@ -132,7 +132,8 @@ TEST_F(FileCommands, foldersRecursiveOrNot) {
 }
 
 TEST_F(FileCommands, everythingAfterTheMarkIsAFile) {
-    const std::vector<std::string> names{"XMP:Rights=All rights waived.jpg", "a=b.jpg", "-all=.jpg", "other.jpg"};
+    const std::vector<std::string> names{"XMP:Rights=All rights waived.jpg", "a=b.jpg", "-all=.jpg",
+                                         "other.jpg"};
     for (const auto& name : names)
         makeJPEG(folder / name);
     std::vector<std::string> arguments{"set", "XMP:Title=T", "--"};
@@ -173,7 +174,8 @@ TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     corvane::test::tagWithExifTool(jpeg, {"-EXIF:DateTimeOriginal=2020:05:06 10:20:30"});
     const std::string before = readText(jpeg);
-    for (const std::string edition : {"SELECT(DateTimeOriginal)", "SELECT()", "garbage", "YYYY: 1", "hh: 2.5", ""}) {
+    for (const std::string edition :
+         {"SELECT(DateTimeOriginal)", "SELECT()", "garbage", "YYYY: 1", "hh: 2.5", ""}) {
         auto run = corvane({"set", "--shift-dates", edition, jpeg.string()}, scratch);
         EXPECT_EQ(run.exitCode, 2) << edition;
         EXPECT_NE(run.err.find("is not a date edition: give fields as KEY: NUMBER"), std::string::npos)
@@ -183,7 +185,8 @@ TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
 
     // The same in a preset.
     const auto library = folder / "dates.json";
-    auto made = corvane({"preset", "make", "-o", library.string(), jpeg.string(), "EXIF:DateTimeOriginal"}, scratch);
+    auto made =
+        corvane({"preset", "make", "-o", library.string(), jpeg.string(), "EXIF:DateTimeOriginal"}, scratch);
     ASSERT_EQ(made.exitCode, 0) << made.err;
     std::string text = readText(library);
     const auto at = text.find("SELECT(");

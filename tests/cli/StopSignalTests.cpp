@@ -54,7 +54,8 @@ struct Batch {
                                      "exec /usr/bin/exiftool \"$@\"\n";
             fs::permissions(script, fs::perms::owner_all);
         }
-        const std::string path = tools.path().string() + ":" + (std::getenv("PATH") ? std::getenv("PATH") : "");
+        const std::string path =
+            tools.path().string() + ":" + (std::getenv("PATH") ? std::getenv("PATH") : "");
         const pid_t pid = ::fork();
         if (pid == 0) {
             ::setenv("TMPDIR", temporary.path().c_str(), 1);
@@ -63,8 +64,9 @@ struct Batch {
             for (auto& argument : arguments)
                 argv.push_back(const_cast<char*>(argument.c_str()));
             argv.push_back(nullptr);
-            const int out = ::open((temporary.path().parent_path() / (temporary.path().filename().string() + ".out")).c_str(),
-                                   O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            const int out = ::open(
+                (temporary.path().parent_path() / (temporary.path().filename().string() + ".out")).c_str(),
+                O_WRONLY | O_CREAT | O_TRUNC, 0600);
             const int null = ::open("/dev/null", O_WRONLY);
             ::dup2(out, 1);
             ::dup2(null, 2);
@@ -150,7 +152,9 @@ TEST(StopSignals, SIGTERMStopsTheWriteCleanlyAndExits130) {
     // The summary counts what was really written: the file under way at the stop may go either way.
     std::smatch counts;
     const std::string summary = batch.output();
-    ASSERT_TRUE(std::regex_search(summary, counts, std::regex(R"((\d+) files? updated, 0 unchanged(, (\d+) failed)?(, (\d+) not known)?)")))
+    ASSERT_TRUE(std::regex_search(
+        summary, counts,
+        std::regex(R"((\d+) files? updated, 0 unchanged(, (\d+) failed)?(, (\d+) not known)?)")))
         << summary;
     const int updated = std::stoi(counts[1]);
     const int failed = counts[3].matched ? std::stoi(counts[3]) : 0;

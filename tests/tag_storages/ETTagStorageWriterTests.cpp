@@ -93,7 +93,8 @@ TEST(ETWriterRecords, ValuesBecomeImportEntries) {
     EXPECT_EQ(record["XMP:Title"], marker);
     EXPECT_EQ(record["XMP:Description"], "-") << "a typed \"-\" is a value like any other";
     EXPECT_EQ(record["XMP:Rights"], "base64:YmFzZTY0OlNHVnNiRzg9") << "sent so that ExifTool decodes it back";
-    EXPECT_NE(marker, ETTagStorageWriter{ETTagStorageWriter::Settings()}.deletionMarker()) << "one per writer";
+    EXPECT_NE(marker, ETTagStorageWriter{ETTagStorageWriter::Settings()}.deletionMarker())
+        << "one per writer";
     EXPECT_EQ(record["XMP:XMPToolkit"], KitSettings::shared().xmpToolkit()) << "the XMP's writer is named";
     EXPECT_FALSE(record.contains("EXIF:NotInTheCatalogue"));
     EXPECT_FALSE(record.contains("File:FileModifyDate")) << "file resources aren't ExifTool's";

@@ -3,7 +3,8 @@
 namespace corvane {
 
 JSONNestingError::JSONNestingError(const std::string& source)
-    : Error(source + ": JSON nested deeper than " + std::to_string(maxJSONNesting) + " levels"), source_(source) {}
+    : Error(source + ": JSON nested deeper than " + std::to_string(maxJSONNesting) + " levels"),
+      source_(source) {}
 
 void checkJSONNesting(std::string_view data, const std::string& source) {
     std::size_t depth = 0;

@@ -85,7 +85,7 @@ bool concerns(const fs::path& path, const fs::path& target, bool isFolder) {
 // ExifTool doesn't split a text given to a list tag in an import file: "a,b" would become one
 // keyword. A list therefore goes as an array of its elements, each in its canonical form.
 std::optional<nlohmann::ordered_json> listElements(const TagItem& item, const std::string& text,
-                                                  const std::string& deletionMarker) {
+                                                   const std::string& deletionMarker) {
     if (!item.isList()) return std::nullopt;
     const auto* arrayConverter = dynamic_cast<const ArrayValueConverter*>(item.converter().get());
     if (!arrayConverter) return std::nullopt;
@@ -293,8 +293,8 @@ void ETTagStorageWriter::updateIPTCCharSet(const TagStorage& storage, nlohmann::
     const TagItem& charset = TagItem::itemIPTCCodedCharacterSet();
     // A file that declares a character set keeps it.
     if (storage.originalValues().contains(charset.name())) return;
-    const bool writesIPTC = std::any_of(
-        storage.writtenValues().begin(), storage.writtenValues().end(), [&](const auto& entry) {
+    const bool writesIPTC =
+        std::any_of(storage.writtenValues().begin(), storage.writtenValues().end(), [&](const auto& entry) {
             return entry.first.stream() == TagStream::streamIPTC && !isBlank(entry.second) &&
                    values.contains(entry.first.rawValue());
         });
@@ -324,9 +324,8 @@ void ETTagStorageWriter::updateIPTCDigest(const TagStorage& storage, nlohmann::o
     }
     // A digest that the file holds describes its IPTC: when this write changes the IPTC, the
     // digest follows, so that readers don't take the XMP for out of date.
-    const bool writesIPTC = std::any_of(values.items().begin(), values.items().end(), [](const auto& entry) {
-        return entry.key().starts_with("IPTC:");
-    });
+    const bool writesIPTC = std::any_of(values.items().begin(), values.items().end(),
+                                        [](const auto& entry) { return entry.key().starts_with("IPTC:"); });
     if (hasDigest && writesIPTC && settings_.forceIPTCDigest() == IPTCDigestUpdate::ignore)
         values[digest.name().rawValue()] = "new";
 }
@@ -364,7 +363,8 @@ fs::path ETTagStorageWriter::createJSONFile(const nlohmann::ordered_json& record
 }
 
 void ETTagStorageWriter::collectOutcomes(const std::vector<TagStorage>& storages,
-                                         const std::vector<bool>& sentToExifTool, const ReportFiles& reports) {
+                                         const std::vector<bool>& sentToExifTool,
+                                         const ReportFiles& reports) {
     const ETOutput output = process_.output();
     const auto failed = reportedPaths(reports.failed);
     const auto unchanged = reportedPaths(reports.unchanged);
@@ -399,8 +399,9 @@ void ETTagStorageWriter::collectOutcomes(const std::vector<TagStorage>& storages
             // A stopped run: a file that ExifTool finished (one started before the last) is
             // written, the one under way unknown, the others not written.
             const auto& started = output.startedFiles();
-            const auto at = std::find_if(started.begin(), started.end(),
-                                         [&](const fs::path& path) { return concerns(path, target, isFolder); });
+            const auto at = std::find_if(started.begin(), started.end(), [&](const fs::path& path) {
+                return concerns(path, target, isFolder);
+            });
             outcome.reason = message(*output.processError());
             if (isFolder || at == started.end())
                 outcome.status = isFolder ? FileOutcome::Status::unknown : FileOutcome::Status::failed;

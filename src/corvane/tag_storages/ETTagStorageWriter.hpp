@@ -22,10 +22,10 @@ class TagItem;
 // Writes the edited values of storages with ExifTool, in place. The values of all files of a write go
 // into one temporary JSON import file read with "-json=", one group per file, all in one ExifTool run;
 // a folder storage gets a file and a group of its own that applies to every file of the folder. A
-// tag to remove travels as a deletion marker of the writer. Finder resources (dates, Finder tags) are written afterwards without
-// ExifTool. ExifTool writes each file to a temporary copy first and puts the result back into the
-// same file (same inode, extended attributes, owner and mode) only once it is complete, so a file
-// it can't write stays as it was.
+// tag to remove travels as a deletion marker of the writer. Finder resources (dates, Finder tags) are written
+// afterwards without ExifTool. ExifTool writes each file to a temporary copy first and puts the result back
+// into the same file (same inode, extended attributes, owner and mode) only once it is complete, so a file it
+// can't write stays as it was.
 //
 // Construct, call `write()` once, discard. `write()` blocks; progress callbacks come from the thread
 // that runs ExifTool.

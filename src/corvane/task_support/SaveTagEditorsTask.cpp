@@ -1,12 +1,12 @@
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 
+#include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/helpers/ConcurrentPerform.hpp"
 #include "corvane/photos_scripting/PhotoLibrary.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
-#include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
