@@ -204,6 +204,7 @@ TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
         editors[0]->setValue(std::string("Nobody"), tag("EXIF:Artist"));
         auto task = save(editors);
         EXPECT_EQ(task->errors().size(), 1u) << task->errorListDescription();
+        EXPECT_EQ(errorTexts(*task).front().rfind(locked.string() + ": ", 0), 0u) << "names the file";
         EXPECT_EQ(task->status(), AbstractTask::Status::completed);
         EXPECT_EQ(fileBytes(locked), before);
     }

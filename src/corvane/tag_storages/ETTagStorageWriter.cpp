@@ -82,6 +82,22 @@ bool concerns(const fs::path& path, const fs::path& target, bool isFolder) {
     return !relative.empty() && *relative.begin() != "..";
 }
 
+// The reason of a failure that ExifTool printed without its "Error:" form ("Error opening PATH for
+// writing"): its line that names the file.
+std::string unreportedReason(const ETOutput& output, const fs::path& target) {
+    const std::string text = output.joinUnknownErrors().value_or(std::string());
+    const std::string name = target.string();
+    std::size_t start = 0;
+    while (start < text.size()) {
+        auto end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        const std::string_view line(text.data() + start, end - start);
+        if (line.find(name) != std::string_view::npos) return std::string(line);
+        start = end + 1;
+    }
+    return "ExifTool reported an error";
+}
+
 // ExifTool doesn't split a text given to a list tag in an import file: "a,b" would become one
 // keyword. A list therefore goes as an array of its elements, each in its canonical form.
 std::optional<nlohmann::ordered_json> listElements(const TagItem& item, const std::string& text,
@@ -392,7 +408,8 @@ void ETTagStorageWriter::collectOutcomes(const std::vector<TagStorage>& storages
         });
         if (listed(failed) || error != errors.end()) {
             outcome.status = FileOutcome::Status::failed;
-            outcome.reason = error != errors.end() ? error->text : std::string("ExifTool reported an error");
+            outcome.reason =
+                error != errors.end() ? error->text : unreportedReason(output, targetURL(storage));
         } else if (!isFolder && listed(unchanged)) {
             outcome.status = FileOutcome::Status::unchanged;
         } else if (output.processError()) {

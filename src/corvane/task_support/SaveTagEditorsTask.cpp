@@ -103,7 +103,9 @@ void SaveTagEditorsTask::writeStorages(std::vector<TagStorage> storages) {
             failable([&] { throw ETTagStorageWriter::FileWriteException(outcome.url, outcome.reason); });
             named = true;
         }
-        if (!named || e.error() != ETOutputError::exifToolErrors) throw;
+        const bool stopped =
+            e.error() != ETOutputError::exifToolErrors && e.error() != ETOutputError::exifToolFailed;
+        if (!named || stopped) throw;
         return;
     }
     recordOutcomes(writer.outcomes());

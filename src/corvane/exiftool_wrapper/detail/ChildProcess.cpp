@@ -46,7 +46,9 @@ std::string resolveProgram(const std::string& program) {
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    const int in = ::open("/dev/null", O_RDONLY);
+    const int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    // dup2 clears close-on-exec on the copies; a descriptor already in place keeps it, so clear it.
+    if (in == 0) ::fcntl(0, F_SETFD, 0);
     if (in < 0 || ::dup2(in, 0) < 0 || ::dup2(outFd, 1) < 0 || ::dup2(errFd, 2) < 0) {
         const int error = errno;
         (void)!::write(reportFd, &error, sizeof error);
