@@ -15,6 +15,11 @@ namespace corvane::cli {
 void addCatalogueCommands(CLI::App& app, int& exitCode);
 // `read` and `set`: the tags of files, read and edited through the import and save tasks.
 void addFileCommands(CLI::App& app, int& exitCode);
+// For `set`: everything after the first "--" is a path, whatever it looks like ("-all=.jpg",
+// "XMP:Rights=x.jpg"). Those arguments, and the mark, are taken out of `arguments` before the
+// parser sees them, and kept for the command.
+void takePathsAfterMark(std::vector<std::string>& arguments);
+
 // `compare` and `sidecar`: comparison of files and sidecar export and import.
 void addExchangeCommands(CLI::App& app, int& exitCode);
 

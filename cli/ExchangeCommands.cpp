@@ -75,22 +75,16 @@ int exportSidecars(const std::vector<std::string>& paths, const std::string& typ
 
 int importSidecar(const std::string& sidecar, const std::vector<std::string>& paths) {
     int exitCode = 0;
-    SidecarReader::Values values = SidecarReader::readSidecar(sidecar);
-    std::vector<std::pair<TagName, std::string>> sorted(values.begin(), values.end());
-    std::sort(sorted.begin(), sorted.end());
+    const SidecarReader::Values values = SidecarReader::readSidecar(sidecar);
     std::vector<TagStorage> edited;
     for (TagStorage storage : readStorages(paths, exitCode)) {
-        size_t refused = 0;
-        for (const auto& [name, value] : sorted) {
-            // File-system facts (name, folder, dates) belong to the file the sidecar came from.
-            if (name.stream() == TagStream::streamFile) continue;
-            if (storage.currentValue(name) == value) continue;
-            if (!storage.canEditValue(name)) {
-                ++refused;
-                continue;
-            }
+        std::vector<TagName> refusedNames;
+        const auto changes = SidecarReader::changesTo(storage, values, &refusedNames);
+        std::vector<std::pair<TagName, std::string>> sorted(changes.begin(), changes.end());
+        std::sort(sorted.begin(), sorted.end());
+        for (const auto& [name, value] : sorted)
             storage.setValue(value, name);
-        }
+        const std::size_t refused = refusedNames.size();
         if (refused) {
             std::cerr << "corvane: " << storage.source().url().string() << ": " << refused
                       << " tag(s) of the sidecar cannot be written in this file\n";

@@ -4,9 +4,11 @@
 #include "StorageReading.hpp"
 
 #include "corvane/preset_support/TagEditorPresets.hpp"
+#include "corvane/preset_support/UseCustomValueSettings.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_editor/TagEditorEditions.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
@@ -16,8 +18,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -108,6 +112,7 @@ bool looksLikeAssignment(const std::string& text) {
 }
 
 struct SetOptions {
+    std::vector<std::string> arguments;
     std::vector<std::string> assignments;
     std::vector<std::string> paths;
     bool recursive = false;
@@ -130,6 +135,31 @@ std::vector<TagName> editableDateTags(const TagEditor& editor) {
         if (editor.canEditValue(name)) names.push_back(name);
     }
     return names;
+}
+
+constexpr const char* dateEditionSyntax =
+    "give fields as KEY: NUMBER with keys YY MM DD hh mm ss, e.g. \"hh: 2\", \"SHIFT(DD: -1)\", "
+    "\"UPDATE(YY: 2021)\", \"SELECT(YY: 2021 MM: 5 DD: 1)\", or RESTORE(), REMOVE()";
+
+// A select, update or shift without any field can't be what the user meant: SELECT() sets every
+// date to 0001:01:01, the others change nothing.
+bool changesNoField(const DateEdition& edition) {
+    const DateValues* values = edition.values();
+    return values && values->isEmpty();
+}
+
+// The date editions of a preset that change no field, as "TAG: TEXT".
+std::vector<std::string> emptyPresetDateEditions(const std::vector<PresetItemEntry>& entries) {
+    std::vector<std::string> found;
+    for (const auto& entry : entries) {
+        const TagItem* item = entry.tagName().item();
+        const auto* custom = entry.edition().getIf<UseCustomValueSettings>();
+        if (!item || !custom || !item->type().isDateTimeOrPartial()) continue;
+        const auto edition = DateEdition::fromDescription(custom->value);
+        if (!edition || changesNoField(*edition))
+            found.push_back(entry.tagName().rawValue() + ": \"" + custom->value + "\"");
+    }
+    return found;
 }
 
 int runSet(const SetOptions& options) {
@@ -159,8 +189,10 @@ int runSet(const SetOptions& options) {
     if (options.shiftDates) {
         dateEdition = DateEdition::fromDescription(options.shiftDates);
         if (!dateEdition) dateEdition = DateEdition::fromDescription("SHIFT(" + *options.shiftDates + ")");
-        if (!dateEdition)
-            reporter.error("\"" + *options.shiftDates + "\" is not a date edition (e.g. \"hh: 2\")");
+        if (!dateEdition || changesNoField(*dateEdition)) {
+            reporter.error("\"" + *options.shiftDates + "\" is not a date edition: " + dateEditionSyntax);
+            dateEdition.reset();
+        }
     }
     std::optional<TypedTagValue<Coordinate>> coordinate;
     if (options.location) {
@@ -177,6 +209,9 @@ int runSet(const SetOptions& options) {
         std::string error;
         preset = presetEntries(*options.preset, options.presetName, error);
         if (!preset) reporter.error(error);
+        for (const auto& text : preset ? emptyPresetDateEditions(*preset) : std::vector<std::string>())
+            reporter.error(*options.preset + ": the date edition " + text +
+                           " changes no field: " + dateEditionSyntax);
     } else if (!options.presetName.empty()) {
         reporter.error("--preset-name needs --preset");
     }
@@ -227,22 +262,65 @@ int runSet(const SetOptions& options) {
         }
     }
 
-    std::set<std::string> failed;
+    // Each file counts as ExifTool reported it: written, left unchanged, failed, or not known when
+    // the run was stopped. A failed file is never counted as unchanged.
+    std::size_t updated = 0, unchanged = editors.size() - edited.size(), failedCount = 0, unknown = 0;
     if (!edited.empty()) {
         auto task = SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(edited));
         runTask(task, "Writing", reporter);
-        failed = reportTaskErrors(*task, reporter);
-        if (!task->errors().empty() && failed.empty()) edited.clear(); // the run failed as a whole
+        const std::set<std::string> failed = reportTaskErrors(*task, reporter);
+        std::map<std::string, ETTagStorageWriter::FileOutcome> outcomes;
+        for (auto& outcome : task->fileOutcomes())
+            outcomes.emplace(pathKey(outcome.url), std::move(outcome));
+        using Status = ETTagStorageWriter::FileOutcome::Status;
+        for (const auto& editor : edited) {
+            const fs::path path = editor->source().url();
+            const auto it = outcomes.find(pathKey(path));
+            const Status status = failed.contains(pathKey(path)) ? Status::failed
+                                  : it != outcomes.end()         ? it->second.status
+                                                                 : Status::unknown;
+            switch (status) {
+            case Status::written:
+                ++updated;
+                break;
+            case Status::unchanged:
+                ++unchanged;
+                std::cout << path.string() << ": nothing to change\n";
+                break;
+            case Status::failed:
+                ++failedCount;
+                break;
+            case Status::unknown:
+                ++unknown;
+                reporter.fileError(path, "not known whether written (" +
+                                             (it != outcomes.end() ? it->second.reason : "the save failed") +
+                                             ")");
+                break;
+            }
+        }
     }
-    std::size_t updated = 0;
-    for (const auto& editor : edited)
-        if (!failed.contains(pathKey(editor->source().url()))) ++updated;
-    std::cout << updated << (updated == 1 ? " file" : " files") << " updated, " << editors.size() - updated
-              << " unchanged\n";
+    std::cout << updated << (updated == 1 ? " file" : " files") << " updated, " << unchanged << " unchanged";
+    if (failedCount) std::cout << ", " << failedCount << " failed";
+    if (unknown) std::cout << ", " << unknown << " not known";
+    std::cout << '\n';
     return reporter.errorCount() ? 1 : 0;
 }
 
+// The paths that followed "--" in a `set` command line.
+std::vector<std::string>& pathsAfterMark() {
+    static std::vector<std::string> paths;
+    return paths;
+}
+
 } // namespace
+
+void takePathsAfterMark(std::vector<std::string>& arguments) {
+    if (arguments.empty() || arguments.front() != "set") return;
+    const auto mark = std::find(arguments.begin(), arguments.end(), "--");
+    if (mark == arguments.end()) return;
+    pathsAfterMark().assign(mark + 1, arguments.end());
+    arguments.erase(mark, arguments.end());
+}
 
 void addFileCommands(CLI::App& app, int& exitCode) {
     auto* read =
@@ -279,16 +357,10 @@ void addFileCommands(CLI::App& app, int& exitCode) {
         ->check(CLI::ExistingFile);
     set->add_option("--preset-name", setOptions->presetName,
                     "The preset to apply, when the library holds more than one");
-    // Leading arguments of the form TAG=VALUE are the edits, the others the files; "--" may stand
-    // between them (it only ends the options, so a file named like an edit needs a "./" prefix).
-    set->validate_positionals();
-    set->add_option("TAG=VALUE", setOptions->assignments, "Edits; an empty VALUE clears the tag")
-        ->check(CLI::Validator(
-            [](std::string& text) {
-                return looksLikeAssignment(text) ? std::string() : std::string("not an edit");
-            },
-            "TAG=VALUE"));
-    set->add_option("PATH", setOptions->paths, "Files and folders")->required();
+    // Arguments of the form TAG=VALUE are the edits, the others the files; after "--", every
+    // argument is a file (see takePathsAfterMark).
+    set->add_option("ARGUMENTS", setOptions->arguments,
+                    "TAG=VALUE edits (an empty VALUE clears the tag), then files and folders");
     set->allow_extras();
     set->callback([set, setOptions, &exitCode] {
         for (const std::string& extra : set->remaining()) {
@@ -297,6 +369,10 @@ void addFileCommands(CLI::App& app, int& exitCode) {
             exitCode = 2;
             return;
         }
+        for (const std::string& argument : setOptions->arguments)
+            (looksLikeAssignment(argument) ? setOptions->assignments : setOptions->paths).push_back(argument);
+        auto& trailing = pathsAfterMark();
+        setOptions->paths.insert(setOptions->paths.end(), trailing.begin(), trailing.end());
         exitCode = runSet(*setOptions);
     });
 }

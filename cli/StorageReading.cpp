@@ -6,6 +6,7 @@
 #include "corvane/tag_edition/TaskManager.hpp"
 #include "corvane/tag_storages/CGTagStorageReader.hpp"
 #include "corvane/tag_storages/CGTagStorageWriter.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
@@ -81,6 +82,9 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
     for (const auto& error : task.errors()) {
         try {
             std::rethrow_exception(error);
+        } catch (const ETTagStorageWriter::FileWriteException& e) {
+            reporter.fileError(e.url(), e.reason());
+            failedFiles.insert(pathKey(e.url()));
         } catch (const ETOutputException& e) {
             bool named = false;
             for (const auto& fileError : e.fileErrors()) {

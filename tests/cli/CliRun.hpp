@@ -41,9 +41,12 @@ inline std::string readText(const fs::path& path) {
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
-// Runs the program with these arguments; standard error goes to a file of the folder.
-inline Run corvane(const std::vector<std::string>& arguments, const TemporaryFolder& scratch) {
+// Runs the program with these arguments, in `workingDirectory` when given; standard error goes to a
+// file of the folder.
+inline Run corvane(const std::vector<std::string>& arguments, const TemporaryFolder& scratch,
+                   const fs::path& workingDirectory = {}) {
     std::string command = quoted(CORVANE_CLI_PATH);
+    if (!workingDirectory.empty()) command = "cd " + quoted(workingDirectory.string()) + " && " + command;
     for (const auto& argument : arguments)
         command += " " + quoted(argument);
     const fs::path errFile = scratch / "stderr.txt";

@@ -95,4 +95,29 @@ TEST_F(ExchangeCommands, sidecarsCarryValuesFromOneFileToAnother) {
     EXPECT_FALSE(fs::exists(folder / "empty.json"));
 }
 
+TEST_F(ExchangeCommands, aSidecarImportedIntoItsOwnFileChangesNothing) {
+    // A movie turned by its track matrix, and numbers, lists and texts with commas.
+    auto mov = corvane::test::makeMOV(folder / "turned.mov");
+    tagWithExifTool(mov, {"-Rotation=90", "-XMP:Title=clip"});
+    auto jpeg = makeJPEG(folder / "photo.jpg");
+    tagWithExifTool(jpeg, {"-EXIF:FNumber=1.8", "-EXIF:ExposureTime=0.01", "-IPTC:Caption-Abstract=a, b, c",
+                           "-IPTC:Keywords=x, y", "-IPTC:Keywords=z", "-XMP:Subject=p, q",
+                           "-EXIF:ImageUniqueID=0358DB4E08632D90925171A6BB8848A2"});
+    for (const auto& file : {mov, jpeg}) {
+        for (const std::string type : {"json", "csv"}) {
+            SCOPED_TRACE(file.filename().string() + " " + type);
+            const std::string before = readText(file);
+            auto out = folder / ("sidecars-" + type);
+            auto exported = corvane(
+                {"sidecar", "export", "--type", type, "--output", out.string(), file.string()}, scratch);
+            ASSERT_EQ(exported.exitCode, 0) << exported.err;
+            const auto sidecar = out / (file.stem().string() + "." + type);
+            auto imported = corvane({"sidecar", "import", sidecar.string(), file.string()}, scratch);
+            EXPECT_EQ(imported.exitCode, 0) << imported.err;
+            EXPECT_TRUE(readText(file) == before) << "the file was rewritten";
+        }
+    }
+    EXPECT_EQ(exifToolValue(mov, "Rotation"), "90");
+}
+
 } // namespace

@@ -131,4 +131,72 @@ TEST_F(FileCommands, foldersRecursiveOrNot) {
     EXPECT_EQ(exifToolValue(folder / "top.jpg", "EXIF:Artist"), "Everyone");
 }
 
+TEST_F(FileCommands, everythingAfterTheMarkIsAFile) {
+    const std::vector<std::string> names{"XMP:Rights=All rights waived.jpg", "a=b.jpg", "-all=.jpg",
+                                         "other.jpg"};
+    for (const auto& name : names)
+        makeJPEG(folder / name);
+    std::vector<std::string> arguments{"set", "XMP:Title=T", "--"};
+    arguments.insert(arguments.end(), names.begin(), names.end());
+    auto run = corvane(arguments, scratch, folder.path());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.out.find("4 files updated"), std::string::npos) << run.out;
+    for (const auto& name : names) {
+        EXPECT_EQ(exifToolValue(folder / name, "XMP:Title"), "T") << name;
+        EXPECT_EQ(exifToolValue(folder / name, "XMP:Rights"), "") << name << ": a file name is no edit";
+    }
+}
+
+TEST_F(FileCommands, theSummaryCountsEachFileAsExifToolReportedIt) {
+    auto good = makeJPEG(folder / "good.jpg");
+    // Read with a warning, refused by ExifTool at write time: the image data is cut off.
+    auto corrupt = makeJPEG(folder / "corrupt.jpg");
+    std::string bytes = readText(corrupt);
+    bytes.resize(bytes.find("\xFF\xDA"));
+    corvane::test::writeBytes(corrupt, std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+
+    auto run = corvane({"set", "EXIF:Artist=Both", "--", good.string(), corrupt.string()}, scratch);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.out.find("1 file updated, 0 unchanged, 1 failed"), std::string::npos) << run.out;
+    EXPECT_NE(run.err.find(corrupt.string() + ": Corrupted JPEG image"), std::string::npos) << run.err;
+    EXPECT_EQ(exifToolValue(good, "EXIF:Artist"), "Both");
+
+    // Edits that change nothing in the file are reported as such.
+    auto same = corvane({"set", "EXIF:Artist=Both", good.string()}, scratch);
+    ASSERT_EQ(same.exitCode, 0) << same.err;
+    EXPECT_NE(same.out.find("0 files updated, 1 unchanged"), std::string::npos) << same.out;
+    auto mov = makeMOV(folder / "clip.mov");
+    auto rotate = corvane({"set", "--rotate", "right", mov.string()}, scratch);
+    EXPECT_EQ(rotate.out.find("1 file updated"), std::string::npos) << rotate.out << rotate.err;
+}
+
+TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
+    auto jpeg = makeJPEG(folder / "a.jpg");
+    corvane::test::tagWithExifTool(jpeg, {"-EXIF:DateTimeOriginal=2020:05:06 10:20:30"});
+    const std::string before = readText(jpeg);
+    for (const std::string edition :
+         {"SELECT(DateTimeOriginal)", "SELECT()", "garbage", "YYYY: 1", "hh: 2.5", ""}) {
+        auto run = corvane({"set", "--shift-dates", edition, jpeg.string()}, scratch);
+        EXPECT_EQ(run.exitCode, 2) << edition;
+        EXPECT_NE(run.err.find("is not a date edition: give fields as KEY: NUMBER"), std::string::npos)
+            << edition << ": " << run.err;
+    }
+    EXPECT_EQ(readText(jpeg), before);
+
+    // The same in a preset.
+    const auto library = folder / "dates.json";
+    auto made =
+        corvane({"preset", "make", "-o", library.string(), jpeg.string(), "EXIF:DateTimeOriginal"}, scratch);
+    ASSERT_EQ(made.exitCode, 0) << made.err;
+    std::string text = readText(library);
+    const auto at = text.find("SELECT(");
+    ASSERT_NE(at, std::string::npos) << text;
+    text.replace(at, text.find('"', at) - at, "SELECT(garbage)");
+    corvane::test::writeBytes(library, std::vector<std::uint8_t>(text.begin(), text.end()));
+    auto preset = corvane({"set", "--preset", library.string(), jpeg.string()}, scratch);
+    EXPECT_EQ(preset.exitCode, 2);
+    EXPECT_NE(preset.err.find("SELECT(garbage)"), std::string::npos) << preset.err;
+    EXPECT_EQ(readText(jpeg), before);
+}
+
 } // namespace

@@ -15,6 +15,8 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <sys/stat.h>
+#include <sys/xattr.h>
 
 namespace corvane {
 namespace {
@@ -60,8 +62,10 @@ std::string fileBytes(const fs::path& path) {
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
-ordered_json recordOf(const TagStorage& storage, ETTagStorageWriter::Settings settings = {}) {
+ordered_json recordOf(const TagStorage& storage, ETTagStorageWriter::Settings settings = {},
+                      std::string* deletionMarker = nullptr) {
     ETTagStorageWriter writer(std::move(settings));
+    if (deletionMarker) *deletionMarker = writer.deletionMarker();
     return writer.importRecord(storage).value_or(ordered_json());
 }
 
@@ -76,14 +80,22 @@ TEST(ETWriterRecords, ValuesBecomeImportEntries) {
                    {"EXIF:NotInTheCatalogue", "x"},
                    {"File:FileModifyDate", "2024:01:02 03:04:05+00:00"},
                    {"IPTC:Keywords", "one, two,three"},
+                   {"XMP:Description", "-"},
+                   {"XMP:Rights", "base64:SGVsbG8="},
                    {canonItem->name().rawValue(), "maker"}});
-    const ordered_json record = recordOf(storage);
+    std::string marker;
+    const ordered_json record = recordOf(storage, {}, &marker);
     ASSERT_TRUE(record.is_object()) << record;
     EXPECT_EQ(record.begin().key(), "SourceFile");
     EXPECT_EQ(record["SourceFile"], "/photos/a.jpg");
     EXPECT_EQ(record["EXIF:Artist"], "Zoë");
-    EXPECT_EQ(record["EXIF:Copyright"], "-") << "a blank value clears the tag";
-    EXPECT_EQ(record["XMP:Title"], "-");
+    EXPECT_EQ(record["EXIF:Copyright"], marker) << "a blank value clears the tag";
+    EXPECT_EQ(record["XMP:Title"], marker);
+    EXPECT_EQ(record["XMP:Description"], "-") << "a typed \"-\" is a value like any other";
+    EXPECT_EQ(record["XMP:Rights"], "base64:YmFzZTY0OlNHVnNiRzg9") << "sent so that ExifTool decodes it back";
+    EXPECT_NE(marker, ETTagStorageWriter{ETTagStorageWriter::Settings()}.deletionMarker())
+        << "one per writer";
+    EXPECT_EQ(record["XMP:XMPToolkit"], KitSettings::shared().xmpToolkit()) << "the XMP's writer is named";
     EXPECT_FALSE(record.contains("EXIF:NotInTheCatalogue"));
     EXPECT_FALSE(record.contains("File:FileModifyDate")) << "file resources aren't ExifTool's";
     EXPECT_EQ(record["IPTC:Keywords"], ordered_json::array({"one", "two", "three"})) << "lists go as arrays";
@@ -129,6 +141,23 @@ TEST(ETWriterRecords, IPTCIsDeclaredUTF8OnlyWhereNeeded) {
     TagStorage exifOnly(TagStorageSource("/photos/a.jpg"));
     edit(exifOnly, {{"EXIF:Artist", "x"}});
     EXPECT_FALSE(recordOf(exifOnly).contains(charset));
+    EXPECT_FALSE(recordOf(exifOnly).contains("XMP:XMPToolkit")) << "XMP not written, toolkit untouched";
+
+    // Undeclared IPTC already in the file is Latin: writing another tag leaves the set alone, and
+    // declaring UTF-8 writes every value again with it.
+    TagStorage latin(TagStorageSource("/photos/a.jpg"));
+    latin.setOriginalValue("©2009 Julie Doe", name("IPTC:CopyrightNotice"));
+    latin.setOriginalValue("ä,ö", name("IPTC:Keywords"));
+    edit(latin, {{"EXIF:Artist", "x"}});
+    EXPECT_FALSE(recordOf(latin).contains(charset)) << "no IPTC written, no new set";
+    EXPECT_FALSE(recordOf(latin).contains("IPTC:CopyrightNotice"));
+    edit(latin, {{"IPTC:By-line", "東京"}});
+    const ordered_json carried = recordOf(latin);
+    EXPECT_EQ(carried[charset], "UTF8");
+    EXPECT_EQ(carried["IPTC:CopyrightNotice"], "©2009 Julie Doe");
+    EXPECT_EQ(carried["IPTC:Keywords"], ordered_json::array({"ä", "ö"}));
+    latin.setOriginalValue("x", name("IPTC:NotInTheCatalogue"));
+    EXPECT_FALSE(recordOf(latin).contains(charset)) << "a value that can't be written again keeps the set";
 }
 
 TEST(ETWriterRecords, DigestFollowsTheSetting) {
@@ -144,7 +173,13 @@ TEST(ETWriterRecords, DigestFollowsTheSetting) {
         return settings;
     };
     EXPECT_FALSE(recordOf(plain).contains(digest)) << "ignore is the default";
-    EXPECT_EQ(recordOf(plain, with(IPTCDigestUpdate::delete_))[digest], "-");
+    EXPECT_EQ(recordOf(withDigest)[digest], "new") << "a digest the file holds follows its IPTC";
+    TagStorage exifOnly = withDigest;
+    exifOnly.setWrittenValues({});
+    edit(exifOnly, {{"EXIF:Artist", "x"}});
+    EXPECT_FALSE(recordOf(exifOnly).contains(digest)) << "IPTC unchanged, digest untouched";
+    std::string marker;
+    EXPECT_EQ(recordOf(plain, with(IPTCDigestUpdate::delete_), &marker)[digest], marker);
     EXPECT_EQ(recordOf(plain, with(IPTCDigestUpdate::update))[digest], "new");
     EXPECT_FALSE(recordOf(plain, with(IPTCDigestUpdate::updateIfExists)).contains(digest));
     EXPECT_EQ(recordOf(withDigest, with(IPTCDigestUpdate::updateIfExists))[digest], "new");
@@ -475,6 +510,80 @@ TEST_F(ETWriter, ADeclaredIPTCCharacterSetIsKept) {
     write({storage});
     EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "ESC . A");
     EXPECT_EQ(original(readOne(jpeg), "IPTC:By-line"), "Jose");
+}
+
+TEST_F(ETWriter, ValuesThatMeanSomethingToExifToolArriveAsTyped) {
+    const fs::path jpeg = test::makeJPEG(folder / "hostile.jpg");
+    const std::map<std::string, std::string> values{
+        {"EXIF:Artist", "-"},
+        {"EXIF:Copyright", "base64:x"},
+        {"EXIF:ImageDescription", "base64:SGVsbG8="},
+        {"XMP:Title", "<x"},
+        {"XMP:Rights", "-all="},
+        {"XMP:Creator", "$HOME %d"},
+        {"XMP:Label", "line one\nline two"},
+        {"XMP:Description", std::string(100 * 1024, 'x') + "é"},
+    };
+    TagStorage storage = readOne(jpeg);
+    edit(storage, values);
+    write({storage});
+    const TagStorage back = readOne(jpeg);
+    for (const auto& [raw, value] : values)
+        EXPECT_EQ(original(back, raw), value) << raw;
+
+    // A real clear still deletes.
+    TagStorage clear = back;
+    edit(clear, {{"EXIF:Artist", ""}});
+    write({clear});
+    EXPECT_EQ(original(readOne(jpeg), "EXIF:Artist"), std::nullopt);
+}
+
+TEST_F(ETWriter, UndeclaredLatinIPTCIsKeptAndItsDigestStaysCurrent) {
+    const fs::path jpeg = test::makeJPEG(folder / "press.jpg");
+    // What most press photos hold: Latin IPTC without a declared set, and a Photoshop digest.
+    test::tagWithExifTool(jpeg, {"-charset", "iptc=Latin", "-IPTC:CopyrightNotice=©2009 Julie Doe",
+                                 "-IPTC:Keywords=café", "-IPTC:Keywords=thé", "-Photoshop:IPTCDigest=new"});
+    ASSERT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "");
+
+    TagStorage storage = readOne(jpeg);
+    edit(storage, {{"EXIF:Artist", "Someone"}});
+    write({storage});
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "") << "IPTC not written, set unchanged";
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CopyrightNotice"), "©2009 Julie Doe");
+
+    storage = readOne(jpeg);
+    edit(storage, {{"IPTC:By-line", "東京 Zoë"}});
+    write({storage});
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
+    const TagStorage back = readOne(jpeg);
+    EXPECT_EQ(original(back, "IPTC:By-line"), "東京 Zoë");
+    EXPECT_EQ(original(back, "IPTC:CopyrightNotice"), "©2009 Julie Doe") << "carried over into UTF-8";
+    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Keywords"), "café, thé");
+    EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "") << "the digest describes the new IPTC";
+}
+
+TEST_F(ETWriter, ASaveKeepsTheFileItselfItsAttributesAndMode) {
+    const fs::path jpeg = test::makeJPEG(folder / "kept.jpg");
+    const std::string tags = "Red\n";
+    if (::setxattr(jpeg.c_str(), "user.xdg.tags", tags.data(), tags.size(), 0) != 0)
+        GTEST_SKIP() << "no extended attributes on this volume";
+    fs::permissions(jpeg, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    struct stat before {};
+    ASSERT_EQ(::stat(jpeg.c_str(), &before), 0);
+
+    TagStorage storage = readOne(jpeg);
+    edit(storage, {{"EXIF:Artist", "kept"}});
+    write({storage});
+
+    struct stat after {};
+    ASSERT_EQ(::stat(jpeg.c_str(), &after), 0);
+    EXPECT_EQ(test::exifToolValue(jpeg, "EXIF:Artist"), "kept");
+    EXPECT_EQ(after.st_ino, before.st_ino) << "the same file, not a replacement";
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    char buffer[64] = {};
+    const auto size = ::getxattr(jpeg.c_str(), "user.xdg.tags", buffer, sizeof buffer);
+    EXPECT_EQ(size >= 0 ? std::string(buffer, static_cast<std::size_t>(size)) : std::string(), tags);
 }
 
 } // namespace

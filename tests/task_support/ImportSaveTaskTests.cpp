@@ -156,7 +156,9 @@ TEST(ImportSaveTasks, corruptFileInABatch) {
     for (const auto& editor : editors)
         editor->setValue(std::string("Strict"), tag("EXIF:Artist"));
     auto strictSave = save(editors, false);
-    EXPECT_FALSE(strictSave->errors().empty());
+    ASSERT_EQ(strictSave->errors().size(), 1u);
+    EXPECT_EQ(errorTexts(*strictSave)[0].rfind(defect.string() + ": ", 0), 0u)
+        << "the error names the file: " << errorTexts(*strictSave)[0];
     EXPECT_NE(exifToolValue(defect, "EXIF:Artist"), "Strict");
     // The edits aren't put back after a failed write.
     EXPECT_FALSE(editors[1]->isEdited());
@@ -167,6 +169,27 @@ TEST(ImportSaveTasks, corruptFileInABatch) {
     EXPECT_TRUE(lenientSave->errors().empty()) << lenientSave->errorListDescription();
     EXPECT_EQ(exifToolValue(good1, "EXIF:Artist"), "Lenient");
     EXPECT_EQ(exifToolValue(defect, "EXIF:Artist"), "Lenient");
+
+    // A file that reads but can't be written: its own error with ExifTool's reason, and the
+    // outcome of each file of the run.
+    auto cut = makeJPEG(folder / "cut.jpg");
+    std::string bytes = fileBytes(cut);
+    bytes.resize(bytes.find("\xFF\xDA"));
+    test::writeBytes(cut, std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    editors = importFiles(sourcesOf({good1, cut, good2}));
+    ASSERT_EQ(editors.size(), 3u);
+    for (const auto& editor : editors)
+        editor->setValue(std::string("Batch"), tag("EXIF:Artist"));
+    auto batch = save(editors);
+    EXPECT_EQ(errorTexts(*batch), std::vector<std::string>{cut.string() + ": Corrupted JPEG image"});
+    EXPECT_NE(batch->errorListDescription().find(cut.string() + ": Corrupted JPEG image"), std::string::npos);
+    using Status = ETTagStorageWriter::FileOutcome::Status;
+    std::map<fs::path, Status> outcomes;
+    for (const auto& outcome : batch->fileOutcomes())
+        outcomes[outcome.url] = outcome.status;
+    EXPECT_EQ(outcomes, (std::map<fs::path, Status>{
+                            {cut, Status::failed}, {good1, Status::written}, {good2, Status::written}}));
+    EXPECT_EQ(exifToolValue(good2, "EXIF:Artist"), "Batch");
 }
 
 TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
@@ -182,6 +205,7 @@ TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
         editors[0]->setValue(std::string("Nobody"), tag("EXIF:Artist"));
         auto task = save(editors);
         EXPECT_EQ(task->errors().size(), 1u) << task->errorListDescription();
+        EXPECT_EQ(errorTexts(*task).front().rfind(locked.string() + ": ", 0), 0u) << "names the file";
         EXPECT_EQ(task->status(), AbstractTask::Status::completed);
         EXPECT_EQ(fileBytes(locked), before);
     }

@@ -55,14 +55,15 @@ TEST_F(KitSettingsTest, DefaultsAndGuardedFields) {
     EXPECT_FALSE(settings.supportedFileTypes().empty());
     EXPECT_NE(settings.undoManager(), nullptr);
     EXPECT_TRUE(settings.extraArguments().empty());
-    EXPECT_TRUE(settings.xmpToolkit().empty());
+    EXPECT_EQ(settings.xmpToolkit(), std::string("Corvane ") + CORVANE_VERSION);
+    const std::string toolkit = settings.xmpToolkit();
 
     settings.setEngineOption(EngineOption::coreImage());
     settings.setXmpToolkit("Corvane 1.0");
     EXPECT_EQ(settings.engineOption(), EngineOption::coreImage());
     EXPECT_EQ(settings.xmpToolkit(), "Corvane 1.0");
     settings.setEngineOption(EngineOption::all());
-    settings.setXmpToolkit("");
+    settings.setXmpToolkit(toolkit);
 }
 
 TEST_F(KitSettingsTest, UserLanguageFallsBackToLocalAndNotifiesAroundTheChange) {

@@ -25,7 +25,10 @@ std::vector<std::string> ETInput::ArgumentsMaker::optionArguments() const {
         args.emplace_back("%+.8f");
     }
     if (correction) args.emplace_back("-F");
-    if (overwriteOriginal) args.emplace_back("-overwrite_original");
+    if (overwriteInPlace)
+        args.emplace_back("-overwrite_original_in_place");
+    else if (overwriteOriginal)
+        args.emplace_back("-overwrite_original");
     if (recurseSubfolders) args.emplace_back("-r");
     if (filePathFilter) {
         auto ext = filePathFilter->exifToolArguments();

@@ -33,7 +33,9 @@ public:
     //   noComposite       -e                  no composite tags
     //   rawLocation       -c %+.8f            GPS coordinates as signed decimal degrees
     //   correction        -F                  fix the base of maker-note offsets while writing
-    //   overwriteOriginal -overwrite_original change the file in place, no "_original" copy
+    //   overwriteOriginal -overwrite_original replace the file, no "_original" copy
+    //   overwriteInPlace  -overwrite_original_in_place  copy the result into the same file, which
+    //                                         keeps its inode, extended attributes, owner and mode
     //   recurseSubfolders -r                  descend into the subfolders of a folder
     //   filePathFilter    -ext EXT ...        only these file types when scanning a folder
     // then `arguments` as they stand, then `url`.
@@ -50,6 +52,7 @@ public:
         bool correction = false;
         bool ignoreMinorErrors = false;
         bool overwriteOriginal = false;
+        bool overwriteInPlace = false;
         bool rawLocation = false;
         bool soloRun = true;
         std::optional<std::string> password;

@@ -61,6 +61,10 @@ public:
     // What ExifTool wrote to standard output, without its progress lines. When every command of the
     // run printed one JSON array ("-j"), the arrays are joined into one, in the order of the groups.
     const std::string& data() const { return data_; }
+    // The files that ExifTool reported starting on, in order, from its "-progress" lines on standard
+    // output (commands that print JSON report on standard error instead, and aren't listed). After
+    // a stopped run, each file before the last listed was done.
+    const std::vector<std::filesystem::path>& startedFiles() const { return startedFiles_; }
     // The run's standard error as printed (without the run's own markers).
     const std::string& errorText() const { return errorText_; }
     // Every error and warning that ExifTool reported, in order.
@@ -96,6 +100,7 @@ private:
     std::optional<ETOutputError> processError_;
     std::optional<int> exitStatus_;
     std::vector<std::string> arguments_;
+    std::vector<std::filesystem::path> startedFiles_;
     bool finished_ = false;
 };
 

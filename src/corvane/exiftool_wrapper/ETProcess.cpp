@@ -12,17 +12,16 @@
 #include <optional>
 #include <poll.h>
 #include <random>
-#include <spawn.h>
 #include <string_view>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <unordered_set>
 
+#include "corvane/exiftool_wrapper/detail/ChildProcess.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/helpers/JSONInput.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
-
-extern char** environ;
 
 namespace corvane {
 namespace {
@@ -400,7 +399,20 @@ struct RunState {
 
 // Splits a stream at the run's markers: one text per command. Text after the last marker (a run
 // that was killed) goes with the command under way. Progress reports are dropped when asked.
-std::vector<std::string> splitAtMarkers(const std::string& text, const RunState& run, bool dropProgress) {
+// The file a progress report names: the text between "======== " and " [n/N]", over its lines.
+std::string progressFile(const std::vector<std::string_view>& lines, std::size_t index, std::size_t span) {
+    std::string text;
+    for (std::size_t j = index; j < index + span; ++j) {
+        if (j > index) text += '\n';
+        text.append(lines[j]);
+    }
+    text.erase(0, progressPrefix.size());
+    text.erase(text.rfind(" ["));
+    return text;
+}
+
+std::vector<std::string> splitAtMarkers(const std::string& text, const RunState& run, bool dropProgress,
+                                        std::vector<std::string>* progressFiles = nullptr) {
     std::vector<std::string> chunks(std::max<std::size_t>(run.commands.size(), 1));
     const auto lines = splitLines(text);
     std::size_t command = 0;
@@ -411,6 +423,7 @@ std::vector<std::string> splitAtMarkers(const std::string& text, const RunState&
         }
         if (dropProgress) {
             if (auto span = progressLineSpan(lines, i)) {
+                if (progressFiles) progressFiles->push_back(progressFile(lines, i, span));
                 i += span - 1;
                 continue;
             }
@@ -608,6 +621,11 @@ void collectJSONMessages(const std::string& chunk, const Command& command,
         return;
     const auto t = trimmed(chunk);
     if (t.empty() || t.front() != '[') return;
+    try {
+        checkJSONNesting(t, "ExifTool output");
+    } catch (const JSONNestingError&) {
+        return; // not ExifTool's reports: the reader refuses it
+    }
     JSONMessageCollector collector;
     if (!nlohmann::json::sax_parse(t, &collector)) return;
     for (auto& report : collector.takeReports()) {
@@ -807,11 +825,6 @@ bool buildArguments(const RunState& run, ArgumentPlan& plan) {
     return flushArgfile(plan, text);
 }
 
-void killGroup(pid_t pid) {
-    // ExifTool runs in a process group of its own: whatever it started goes too.
-    if (::kill(-pid, SIGKILL) != 0) ::kill(pid, SIGKILL);
-}
-
 } // namespace
 
 // ---- ETProcess -------------------------------------------------------------------------------
@@ -846,6 +859,10 @@ void ETProcess::publish(const ETOutput& state) {
 
 void ETProcess::cancel() {
     if (running_.load()) cancelRequested_.store(true);
+}
+
+void ETProcess::stopAllRuns() {
+    detail::stopAllChildren().store(true);
 }
 
 ETOutput ETProcess::run(const ETInput& input) {
@@ -891,6 +908,12 @@ ETOutput ETProcess::execute(const ETInput& input) {
         return state;
     };
 
+    auto stopRequested = [this] { return cancelRequested_.load() || detail::stopAllChildren().load(); };
+    // The process is ending: nothing new starts.
+    if (detail::stopAllChildren().load()) {
+        state.processError_ = ETOutputError::cancelled;
+        return finish();
+    }
     // Nothing to do: ExifTool isn't started.
     if (run.commands.empty()) {
         setProgress(1);
@@ -917,46 +940,18 @@ ETOutput ETProcess::execute(const ETInput& input) {
         return finish();
     }
 
-    const auto program = executableURL().string();
-    std::vector<std::string> argvText;
-    argvText.push_back(program);
-    argvText.insert(argvText.end(), plan.vector.begin(), plan.vector.end());
-    std::vector<char*> argv;
-    for (auto& a : argvText)
-        argv.push_back(a.data());
-    argv.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, outPipe[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, errPipe[1], 2);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t defaults, mask;
-    sigemptyset(&mask);
-    sigemptyset(&defaults);
-    for (int sig : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGCHLD})
-        sigaddset(&defaults, sig);
-    posix_spawnattr_setsigdefault(&attributes, &defaults);
-    posix_spawnattr_setsigmask(&attributes, &mask);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(&attributes,
-                             POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
-    pid_t pid = 0;
-    const int spawned =
-        program.find('/') == std::string::npos
-            ? ::posix_spawnp(&pid, program.c_str(), &actions, &attributes, argv.data(), environ)
-            : ::posix_spawn(&pid, program.c_str(), &actions, &attributes, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
+    std::vector<std::string> argv;
+    argv.push_back(executableURL().string());
+    argv.insert(argv.end(), plan.vector.begin(), plan.vector.end());
+    int spawnError = 0;
+    const pid_t pid = detail::spawnChild(argv, outPipe[1], errPipe[1], spawnError);
     ::close(outPipe[1]);
     ::close(errPipe[1]);
-    if (spawned != 0) {
+    if (pid < 0) {
         ::close(outPipe[0]);
         ::close(errPipe[0]);
-        state.processError_ = spawned == ENOENT || spawned == EACCES ? ETOutputError::executableNotFound
-                                                                     : ETOutputError::launchFailed;
+        state.processError_ = spawnError == ENOENT || spawnError == EACCES ? ETOutputError::executableNotFound
+                                                                           : ETOutputError::launchFailed;
         return finish();
     }
 
@@ -1009,7 +1004,7 @@ ETOutput ETProcess::execute(const ETInput& input) {
             const bool movedOut = run.scan(run.out);
             const bool movedErr = run.scan(run.err);
             if (movedOut || movedErr) setProgress(run.fraction());
-            if (cancelRequested_.load()) return false;
+            if (stopRequested()) return false;
         }
         return true;
     };
@@ -1024,15 +1019,14 @@ ETOutput ETProcess::execute(const ETInput& input) {
                 reaped = r == pid;
                 break;
             }
-            if (cancelRequested_.load() || Clock::now() >= deadline) break;
+            if (stopRequested() || Clock::now() >= deadline) break;
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         }
     }
     if (!reaped) {
-        killedFor = cancelRequested_.load() ? ETOutputError::cancelled : ETOutputError::timedOut;
-        killGroup(pid);
-        while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-        }
+        killedFor = stopRequested() ? ETOutputError::cancelled : ETOutputError::timedOut;
+        // ExifTool removes its temporary file on SIGINT; only one that doesn't end is killed.
+        status = detail::stopChild(pid, detail::stopGrace);
         // Keep what was written before the end; a child that kept the pipes open gets a moment only.
         pump(Clock::now() + std::chrono::seconds(1));
         for (auto* s : {&run.out, &run.err})
@@ -1050,7 +1044,9 @@ ETOutput ETProcess::execute(const ETInput& input) {
         state.processError_ = ETOutputError::abnormalTermination;
 
     run.err.flush();
-    const auto outChunks = splitAtMarkers(run.out.text, run, true);
+    std::vector<std::string> started;
+    const auto outChunks = splitAtMarkers(run.out.text, run, true, &started);
+    state.startedFiles_.assign(started.begin(), started.end());
     const auto errChunks = splitAtMarkers(run.err.text, run, false);
     state.data_ = joinOutputs(outChunks);
     for (const auto& c : errChunks)

@@ -19,7 +19,9 @@ namespace corvane {
 // vector. Targets are passed so that ExifTool can't take them for options. Standard output and error
 // are drained while ExifTool runs, so a large output never stalls it; progress follows ExifTool's
 // "-progress" reports (their window-title form for commands that print JSON, which keeps ExifTool's
-// output buffered). A run that doesn't end within its time limit is killed.
+// output buffered). A run that doesn't end within its time limit, or is cancelled, is stopped with
+// SIGINT (ExifTool then removes its temporary file) and killed only if it doesn't end within a
+// grace period; ExifTool also stops when the thread that started it dies.
 //
 // One instance runs one input at a time (a second `execute` waits for the first); `output()`,
 // `progress()` and `cancel()` may be called from any thread.
@@ -37,8 +39,12 @@ public:
     ETOutput output() const;
     double progress() const { return progress_.load(std::memory_order_relaxed); }
     bool isRunning() const { return running_.load(); }
-    // Kills the run under way, if any; its output then fails with `cancelled`.
+    // Stops the run under way, if any (SIGINT, then SIGKILL after a grace period); its output then
+    // fails with `cancelled`.
     void cancel();
+    // Stops every run of the process the same way and lets no new one start: for a program that
+    // is asked to end (SIGINT, SIGTERM). Async-signal-safe.
+    static void stopAllRuns();
 
     // Writes the run's arguments, unknown errors and output to the debug log, when it is on.
     void debugProcessOutputIfEnabled() const;

@@ -194,7 +194,8 @@ std::string readFileBytes(const fs::path& url) {
 
 void writeFileAtomically(const fs::path& url, std::string_view bytes, mode_t mode) {
     std::string pattern = url.string() + ".XXXXXX";
-    int fd = ::mkstemp(pattern.data());
+    // Close-on-exec: a program started meanwhile (ExifTool) must not hold it open.
+    int fd = ::mkostemp(pattern.data(), O_CLOEXEC);
     if (fd < 0) throwWriteError(url, errno);
     auto fail = [&](int err) {
         ::close(fd);

@@ -1,6 +1,7 @@
 #include "corvane/preset_support/PresetFile.hpp"
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/helpers/JSONInput.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -55,7 +56,7 @@ json PresetFile::toJSON() const {
 }
 
 PresetFile PresetFile::fromJSONData(std::string_view data) {
-    return fromJSON(json::parse(data));
+    return fromJSON(parseOrderedJSONInput(data, "preset library"));
 }
 
 std::string PresetFile::jsonData() const {
@@ -63,7 +64,7 @@ std::string PresetFile::jsonData() const {
 }
 
 PresetFile PresetFile::fromJSONURL(const std::filesystem::path& url) {
-    return fromJSONData(readFileBytes(url));
+    return fromJSON(parseOrderedJSONInput(readFileBytes(url), url.string()));
 }
 
 void PresetFile::exportTo(const std::filesystem::path& url) const {

@@ -2,6 +2,7 @@
 
 #include "corvane/converters/DynamicValue.hpp"
 #include "corvane/csv_support/Utf8.hpp"
+#include "corvane/helpers/JSONInput.hpp"
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
 
 #include <nlohmann/json.hpp>
@@ -20,7 +21,7 @@ std::string_view message(JSONSidecarReader::ReadError error) {
 
 SidecarReader::Values JSONSidecarReader::readData(std::string_view data) const {
     // Parse errors (syntax, invalid UTF-8) go to the caller as they are.
-    nlohmann::json root = nlohmann::json::parse(data.begin(), data.end());
+    nlohmann::json root = parseJSONInput(data, "JSON sidecar");
     if (!root.is_object()) throw ReadException(ReadError::dataDecodingFailed);
 
     Values result;

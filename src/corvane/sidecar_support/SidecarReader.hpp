@@ -7,8 +7,11 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace corvane {
+
+class TagStorage;
 
 // Reads the tags of a sidecar file: tag names and their canonical string values, nothing about the
 // media file the sidecar belongs to. Every operation may throw: the reader's own typed errors,
@@ -34,6 +37,16 @@ public:
     // Reads a sidecar with the reader its extension names; std::invalid_argument for an extension
     // that names no sidecar format.
     static Values readSidecar(const std::filesystem::path& url);
+
+    // The values of a sidecar that would change `storage`, as edits to make. Left out: file-system
+    // facts (they belong to the file the sidecar came from), values the storage already holds in
+    // the sidecar's spelling ("1.80000000" and 1.8, "1 0 0" and [1, 0, 0], a value the sidecar
+    // can't hold and its empty text) - such a value may stand for several places of the file (each
+    // track's matrix of a movie), and writing it back would change them - and tags the storage
+    // can't edit, which go to `refused` when given. A sidecar exported from a file and imported
+    // into it changes nothing.
+    static Values changesTo(const TagStorage& storage, const Values& values,
+                            std::vector<TagName>* refused = nullptr);
 };
 
 } // namespace corvane

@@ -1,5 +1,7 @@
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 
+#include "corvane/helpers/JSONInput.hpp"
+
 #include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_storages/FinderResources.hpp"
@@ -461,6 +463,7 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
 std::vector<TagStorage>
 ETTagStorageReader::parseExifToolOutput(std::string_view data,
                                         const std::vector<TagStorageSource>& sources) const {
+    checkJSONNesting(data, "ExifTool output");
     ExifToolJSONDecoder decoder(sources, settings_.bannedValues(), settings_.bannedStreams());
     const bool parsed = nlohmann::json::sax_parse(data, &decoder);
     if (decoder.shapeError()) throw ReadException(ReadError::dataDecodingFailed);

@@ -5,6 +5,7 @@
 #include "corvane/tag_storages/TagStorage.hpp"
 #include "corvane/tag_storages/TagStorageWriter.hpp"
 #include "corvane/tag_storages/TagStorageWriterSettings.hpp"
+#include "corvane/utilities/Error.hpp"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -16,12 +17,15 @@
 
 namespace corvane {
 
+class TagItem;
+
 // Writes the edited values of storages with ExifTool, in place. The values of all files of a write go
 // into one temporary JSON import file read with "-json=", one group per file, all in one ExifTool run;
 // a folder storage gets a file and a group of its own that applies to every file of the folder. A
-// tag to remove travels as "-". Finder resources (dates, Finder tags) are written afterwards without
-// ExifTool. ExifTool replaces a file only once it has written it completely, so a file it can't
-// write stays as it was.
+// tag to remove travels as a deletion marker of the writer. Finder resources (dates, Finder tags) are written
+// afterwards without ExifTool. ExifTool writes each file to a temporary copy first and puts the result back
+// into the same file (same inode, extended attributes, owner and mode) only once it is complete, so a file it
+// can't write stays as it was.
 //
 // Construct, call `write()` once, discard. `write()` blocks; progress callbacks come from the thread
 // that runs ExifTool.
@@ -84,6 +88,34 @@ public:
         WriteError error_;
     };
 
+    /// What a write did to one storage's file (or folder), from what ExifTool reported for it.
+    struct FileOutcome {
+        enum class Status {
+            written,   // changed
+            unchanged, // nothing to write, or ExifTool found nothing to change
+            failed,    // ExifTool reported an error for it, or a stopped run never reached it; the
+                       // file is as it was
+            unknown,   // the run was stopped (time limit, cancel, crash) while on this file
+        };
+        std::filesystem::path url;
+        Status status = Status::unchanged;
+        // ExifTool's reason for `failed`, or the run's failure when it was stopped.
+        std::string reason;
+    };
+
+    /// A file that ExifTool could not write. `what()` is "PATH: REASON", as in
+    /// "/photos/a.jpg: Corrupted JPEG image".
+    class FileWriteException : public Error {
+    public:
+        FileWriteException(std::filesystem::path url, std::string reason);
+        const std::filesystem::path& url() const { return url_; }
+        const std::string& reason() const { return reason_; }
+
+    private:
+        std::filesystem::path url_;
+        std::string reason_;
+    };
+
     explicit ETTagStorageWriter(Settings settings);
     ETTagStorageWriter(const ETTagStorageWriter&) = delete;
     ETTagStorageWriter& operator=(const ETTagStorageWriter&) = delete;
@@ -100,11 +132,18 @@ public:
     void write() override;
     // The same work on another list of storages, without the start and end callbacks.
     void writeStorages(const std::vector<TagStorage>& storages);
+    /// One outcome per storage of the last write, in the storages' order; also after a failure.
+    const std::vector<FileOutcome>& outcomes() const { return outcomes_; }
 
     // The import record of one storage: "SourceFile" (the file, or "*" for every file of a folder),
     // then the values to write under their "Stream:Key" names, the IPTC character set and digest
-    // entries the settings ask for. Nothing when the storage has nothing for ExifTool to write.
+    // entries the settings ask for, and XMP:XMPToolkit (`KitSettings::xmpToolkit()`) when XMP is
+    // written. Nothing when the storage has nothing for ExifTool to write.
     std::optional<nlohmann::ordered_json> importRecord(const TagStorage& storage) const;
+
+    // The imported value that deletes a tag: a random token of this writer, which no value to write
+    // can be, so that "-" and every other text are written as typed.
+    const std::string& deletionMarker() const { return deletionMarker_; }
 
     // The file ExifTool acts on: the temporary copy of a photo-library asset, else the source's file
     // or folder.
@@ -113,15 +152,23 @@ public:
     static std::vector<std::vector<const TagStorage*>> splitStorages(const std::vector<TagStorage>& storages);
 
 private:
+    // The import form of one value: the deletion marker for a blank text, an array for a list.
+    nlohmann::ordered_json importEntry(const TagItem& item, const std::string& string) const;
     void fillTagValues(const TagStorage& storage, nlohmann::ordered_json& values) const;
     void updateIPTCCharSet(const TagStorage& storage, nlohmann::ordered_json& values) const;
     void updateIPTCDigest(const TagStorage& storage, nlohmann::ordered_json& values) const;
+    void updateXMPToolkit(nlohmann::ordered_json& values) const;
     static std::filesystem::path createJSONFile(const nlohmann::ordered_json& records);
-    void addArgs(ETInput& input, const std::filesystem::path& jsonURL,
+    struct ReportFiles;
+    void addArgs(ETInput& input, const std::filesystem::path& jsonURL, const ReportFiles& reports,
                  const std::vector<const TagStorage*>& storages) const;
+    void collectOutcomes(const std::vector<TagStorage>& storages, const std::vector<bool>& sentToExifTool,
+                         const ReportFiles& reports);
 
     ETProcess process_;
     Settings settings_;
+    std::string deletionMarker_;
+    std::vector<FileOutcome> outcomes_;
 };
 
 std::string_view message(ETTagStorageWriter::WriteError error);

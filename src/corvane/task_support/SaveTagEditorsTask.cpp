@@ -1,5 +1,6 @@
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 
+#include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/helpers/ConcurrentPerform.hpp"
 #include "corvane/photos_scripting/PhotoLibrary.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
@@ -90,7 +91,35 @@ void SaveTagEditorsTask::writeStorages(std::vector<TagStorage> storages) {
         if (auto task = weakTask.lock()) setProgress(writer.progress());
     });
     ETTagStorageWriter writer(std::move(writerSettings));
-    writer.writeStorages(writer.settings().storages());
+    try {
+        writer.writeStorages(writer.settings().storages());
+    } catch (const ETOutputException& e) {
+        recordOutcomes(writer.outcomes());
+        // Each file that ExifTool failed to write (or a stopped run didn't reach) is an error of
+        // its own, naming the file and the reason; the failure of the run itself, and one that
+        // names no file, stays an error too.
+        bool named = false;
+        for (const auto& outcome : writer.outcomes()) {
+            if (outcome.status != ETTagStorageWriter::FileOutcome::Status::failed) continue;
+            failable([&] { throw ETTagStorageWriter::FileWriteException(outcome.url, outcome.reason); });
+            named = true;
+        }
+        const bool stopped =
+            e.error() != ETOutputError::exifToolErrors && e.error() != ETOutputError::exifToolFailed;
+        if (!named || stopped) throw;
+        return;
+    }
+    recordOutcomes(writer.outcomes());
+}
+
+void SaveTagEditorsTask::recordOutcomes(const std::vector<ETTagStorageWriter::FileOutcome>& outcomes) {
+    std::lock_guard lock(outcomesMutex_);
+    outcomes_.insert(outcomes_.end(), outcomes.begin(), outcomes.end());
+}
+
+std::vector<ETTagStorageWriter::FileOutcome> SaveTagEditorsTask::fileOutcomes() const {
+    std::lock_guard lock(outcomesMutex_);
+    return outcomes_;
 }
 
 void SaveTagEditorsTask::saveWithExifTool(const std::vector<std::shared_ptr<TagEditor>>& editors) {

@@ -2,9 +2,11 @@
 
 #include "corvane/tag_edition/AbstractTask.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_storages/IPTCDigestUpdate.hpp"
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,7 +20,8 @@ namespace corvane {
 //
 // Each editor is flushed before the write: its written values become originals and the storage as
 // it stood, with its edits, is what gets written. A failed write leaves its error in `errors()` and
-// doesn't bring the edits back; a caller that needs the true state reloads the files.
+// doesn't bring the edits back; a caller that needs the true state reloads the files. Each file's
+// outcome, from what ExifTool reported for it, is kept in `fileOutcomes()`.
 class SaveTagEditorsTask : public AbstractTask {
 public:
     class Settings {
@@ -41,6 +44,10 @@ public:
     static std::shared_ptr<SaveTagEditorsTask> create(Settings settings);
 
     const Settings& settings() const { return settings_; }
+    /// What the save did to each file written through ExifTool: written, unchanged, failed (each
+    /// failed file is also an error of `errors()`, "PATH: REASON") or unknown (the run was stopped).
+    /// Complete once the task has ended; any thread.
+    std::vector<ETTagStorageWriter::FileOutcome> fileOutcomes() const;
 
     Priority priority() const override { return Priority::writing; }
     bool isProgressIndeterminate() const override { return false; }
@@ -61,8 +68,11 @@ private:
     // Flushes the editors in one edition session and gives their storages as they stood.
     static std::vector<TagStorage> flushEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
     void writeStorages(std::vector<TagStorage> storages);
+    void recordOutcomes(const std::vector<ETTagStorageWriter::FileOutcome>& outcomes);
 
     const Settings settings_;
+    mutable std::mutex outcomesMutex_;
+    std::vector<ETTagStorageWriter::FileOutcome> outcomes_;
 };
 
 std::string_view message(SaveTagEditorsTask::ProcessError error);

@@ -11,7 +11,9 @@ KitSettings& KitSettings::shared() {
 KitSettings::KitSettings()
     : nonAtomicSupportedFileTypes_(MediaType::types(MediaKind::allCases())),
       nonAtomicUndoManager_(std::make_shared<UndoManager>()),
-      nonAtomicUserDefaults_(UserDefaults::standardShared()) {}
+      nonAtomicUserDefaults_(UserDefaults::standardShared()),
+      // Every metadata writer records itself in the files it writes.
+      nonAtomicXMPToolkit_(std::string("Corvane ") + CORVANE_VERSION) {}
 
 MediaType::Set KitSettings::supportedFileTypes() const {
     return atomic_.read([&] { return nonAtomicSupportedFileTypes_; });

@@ -48,7 +48,8 @@ public:
     std::vector<std::string> extraArguments() const;
     void setExtraArguments(std::vector<std::string> arguments);
 
-    // Written to XMP:XMPToolkit with every ExifTool write.
+    // Written to XMP:XMPToolkit with every ExifTool write: the library's name and version
+    // ("Corvane 0.1.0") unless the application sets its own; empty deletes the tag.
     std::string xmpToolkit() const;
     void setXmpToolkit(std::string toolkit);
 

@@ -1,6 +1,7 @@
 #include "corvane/utilities/UserDefaults.hpp"
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/helpers/JSONInput.hpp"
 
 #include <cstdlib>
 #include <mutex>
@@ -53,11 +54,13 @@ void UserDefaults::loadIfNeeded() const {
 
 void UserDefaults::loadLocked() const {
     values_ = nlohmann::json::object();
-    // A file that is missing or can't be read counts as empty.
+    // A file that is missing, can't be read or nests beyond reason counts as empty.
     try {
+        checkJSONNesting(readFileBytes(fileURL_), fileURL_.string());
         auto parsed = nlohmann::json::parse(readFileBytes(fileURL_), nullptr, /*allow_exceptions=*/false);
         if (parsed.is_object()) values_ = std::move(parsed);
     } catch (const fs::filesystem_error&) {
+    } catch (const JSONNestingError&) {
     }
     loaded_.store(true, std::memory_order_release);
 }

@@ -1,0 +1,134 @@
+#include "corvane/exiftool_wrapper/detail/ChildProcess.hpp"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace corvane::detail {
+
+namespace {
+
+// The program's path: as given when it holds a slash, else the first executable of PATH.
+std::string resolveProgram(const std::string& program) {
+    if (program.find('/') != std::string::npos) return program;
+    const char* path = std::getenv("PATH");
+    std::string list = path ? path : "/usr/local/bin:/usr/bin:/bin";
+    std::size_t start = 0;
+    while (start <= list.size()) {
+        auto end = list.find(':', start);
+        if (end == std::string::npos) end = list.size();
+        std::string folder = list.substr(start, end - start);
+        const std::string candidate = (folder.empty() ? std::string(".") : folder) + "/" + program;
+        if (::access(candidate.c_str(), X_OK) == 0) return candidate;
+        start = end + 1;
+    }
+    return {};
+}
+
+// In the child, between fork and exec: only async-signal-safe calls.
+[[noreturn]] void execChild(const char* program, char* const* argv, int outFd, int errFd, pid_t parent,
+                            int reportFd) {
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGINT);
+    // The parent may have ended before the line above.
+    if (::getppid() != parent) ::_exit(127);
+    struct sigaction defaults {};
+    defaults.sa_handler = SIG_DFL;
+    for (int sig = 1; sig < NSIG; ++sig)
+        ::sigaction(sig, &defaults, nullptr);
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    const int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    // dup2 clears close-on-exec on the copies; a descriptor already in place keeps it, so clear it.
+    if (in == 0) ::fcntl(0, F_SETFD, 0);
+    if (in < 0 || ::dup2(in, 0) < 0 || ::dup2(outFd, 1) < 0 || ::dup2(errFd, 2) < 0) {
+        const int error = errno;
+        (void)!::write(reportFd, &error, sizeof error);
+        ::_exit(127);
+    }
+    ::execve(program, argv, environ);
+    const int error = errno;
+    (void)!::write(reportFd, &error, sizeof error);
+    ::_exit(127);
+}
+
+} // namespace
+
+pid_t spawnChild(const std::vector<std::string>& arguments, int outFd, int errFd, int& error) {
+    const std::string program = resolveProgram(arguments.at(0));
+    if (program.empty()) {
+        error = ENOENT;
+        return -1;
+    }
+    std::vector<std::string> texts = arguments;
+    std::vector<char*> argv;
+    for (auto& text : texts)
+        argv.push_back(text.data());
+    argv.push_back(nullptr);
+
+    // The child reports a failed exec through this pipe; a successful exec closes it.
+    int report[2];
+    if (::pipe2(report, O_CLOEXEC) != 0) {
+        error = errno;
+        return -1;
+    }
+    const pid_t parent = ::getpid();
+    const pid_t pid = ::fork();
+    if (pid == 0) execChild(program.c_str(), argv.data(), outFd, errFd, parent, report[1]);
+    ::close(report[1]);
+    if (pid < 0) {
+        error = errno;
+        ::close(report[0]);
+        return -1;
+    }
+    // Set from both sides, so that the group exists whichever runs first.
+    ::setpgid(pid, pid);
+    int childError = 0;
+    ssize_t n;
+    while ((n = ::read(report[0], &childError, sizeof childError)) < 0 && errno == EINTR) {
+    }
+    ::close(report[0]);
+    if (n == static_cast<ssize_t>(sizeof childError)) {
+        int status;
+        while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+        }
+        error = childError;
+        return -1;
+    }
+    return pid;
+}
+
+int stopChild(pid_t pid, std::chrono::milliseconds grace) {
+    int status = 0;
+    if (::kill(-pid, SIGINT) != 0) ::kill(pid, SIGINT);
+    const auto deadline = std::chrono::steady_clock::now() + grace;
+    while (std::chrono::steady_clock::now() < deadline) {
+        const pid_t r = ::waitpid(pid, &status, WNOHANG);
+        if (r == pid) {
+            // Whatever the group started goes too.
+            ::kill(-pid, SIGKILL);
+            return status;
+        }
+        if (r < 0 && errno != EINTR) return status;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    if (::kill(-pid, SIGKILL) != 0) ::kill(pid, SIGKILL);
+    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+std::atomic<bool>& stopAllChildren() {
+    static std::atomic<bool> flag{false};
+    return flag;
+}
+
+} // namespace corvane::detail
