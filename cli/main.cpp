@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     corvane::cli::addFileCommands(app, exitCode);
     corvane::cli::addExchangeCommands(app, exitCode);
     corvane::cli::addPresetCommands(app, exitCode);
+    corvane::cli::addTableCommands(app, exitCode);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
