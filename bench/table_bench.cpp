@@ -2,7 +2,8 @@
 // built-in images set: the first content (computed on the caller's thread), a full reload, and the
 // partial reload that follows one edit of one editor (from the edit's flush to the did-reload
 // notification). The last lines print the medians and the ratio of the partial reload to the full
-// one, which is what the partial reload is for.
+// one, which is what the partial reload is for. Processor time (of all threads) is printed beside
+// the wall-clock times, since on a busy machine the wall clock says more about the machine.
 
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
@@ -68,7 +69,7 @@ int main() {
     const auto editors = makeEditors();
     TagValueTable::Request request(TagSetManager::Domain::application, editors);
 
-    std::vector<double> first, full, fullCPU, partial;
+    std::vector<double> first, full, fullCPU, partial, partialCPU;
     for (int round = 0; round < rounds; ++round) {
         auto start = Clock::now();
         auto table = TagValueTable::create(request);
@@ -95,8 +96,10 @@ int main() {
         editors[static_cast<std::size_t>(round)]->setValue("edited " + std::to_string(round),
                                                            TagItem::itemEXIFArtist().name());
         start = Clock::now();
+        const std::clock_t partialCPUStart = std::clock();
         main.runUntil([&] { return didReloads == 2; }, std::chrono::minutes(1));
         partial.push_back(std::chrono::duration<double>(didReload - start).count());
+        partialCPU.push_back(static_cast<double>(std::clock() - partialCPUStart) / CLOCKS_PER_SEC);
         table->drainUntilIdle(std::chrono::minutes(1));
     }
 
@@ -105,6 +108,7 @@ int main() {
     std::printf("  first content  %8.1f ms\n", f * 1e3);
     std::printf("  full reload    %8.1f ms   (target <= 500 ms; %.1f ms of processor time, all threads)\n",
                 r * 1e3, median(fullCPU) * 1e3);
-    std::printf("  partial reload %8.2f ms   (target <= 10 ms)\n", p * 1e3);
+    std::printf("  partial reload %8.2f ms   (target <= 10 ms; %.2f ms of processor time, all threads)\n",
+                p * 1e3, median(partialCPU) * 1e3);
     std::printf("  partial / full %8.4f     (target <= 0.02)\n", p / r);
 }

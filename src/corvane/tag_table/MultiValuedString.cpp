@@ -11,7 +11,7 @@ MultiValuedString::MultiValuedString(const std::set<std::string>& values) : valu
     if (values.size() == 1) {
         if (!values.begin()->empty()) value_ = Single{*values.begin()};
     } else if (values.size() > 1) {
-        value_ = Multiple{std::vector<std::string>(values.begin(), values.end())};
+        value_ = Multiple{std::make_shared<const std::vector<std::string>>(values.begin(), values.end())};
     }
 }
 
@@ -22,7 +22,7 @@ const std::string* MultiValuedString::singleValue() const {
 
 const std::vector<std::string>* MultiValuedString::multipleValues() const {
     const auto* multiple = std::get_if<Multiple>(&value_);
-    return multiple ? &multiple->values : nullptr;
+    return multiple ? multiple->values.get() : nullptr;
 }
 
 std::optional<std::string> MultiValuedString::pastableValue() const {

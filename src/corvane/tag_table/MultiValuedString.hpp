@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -20,9 +21,10 @@ public:
         std::string value;
         friend bool operator==(const Single&, const Single&) = default;
     };
+    // Shared, so that copying a table's content doesn't copy thousands of per-file values.
     struct Multiple {
-        std::vector<std::string> values; // ascending
-        friend bool operator==(const Multiple&, const Multiple&) = default;
+        std::shared_ptr<const std::vector<std::string>> values; // ascending
+        friend bool operator==(const Multiple& a, const Multiple& b) { return *a.values == *b.values; }
     };
     struct None {
         friend bool operator==(const None&, const None&) = default;
@@ -35,7 +37,8 @@ public:
 
     static MultiValuedString single(std::string value) { return MultiValuedString(Single{std::move(value)}); }
     static MultiValuedString multiple(std::vector<std::string> values) {
-        return MultiValuedString(Multiple{std::move(values)});
+        return MultiValuedString(
+            Multiple{std::make_shared<const std::vector<std::string>>(std::move(values))});
     }
     static MultiValuedString none() { return MultiValuedString(); }
 

@@ -21,8 +21,10 @@ public:
 
     /// Reads the tag from every editor, each through its own guard: the distinct current values
     /// (a missing value counts as the empty text), whether any editor holds an unsaved change of
-    /// it, and whether every editor can edit it (true without editors).
-    TagValueRow(std::shared_ptr<const Editors> editors, const TagItem& tagItem);
+    /// it, and whether every editor can edit it (true without editors). With `splitEditors`, the
+    /// editors are read on several threads at once: for rebuilding a few rows over many editors,
+    /// where the rows alone leave cores idle.
+    TagValueRow(std::shared_ptr<const Editors> editors, const TagItem& tagItem, bool splitEditors = false);
 
     const TagItem& tagItem() const { return *tagItem_; }
     const Editors& editors() const { return *editors_; }

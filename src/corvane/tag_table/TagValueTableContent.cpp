@@ -4,7 +4,6 @@
 #include "corvane/tag_table/GenericTableContent.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
-#include <mutex>
 #include <optional>
 
 namespace corvane {
@@ -97,17 +96,16 @@ std::vector<TagName> TagValueTableContent::names(const IndexSet& indexes) const 
 IndexSet TagValueTableContent::reloadValues(const HistoryEdition& history) {
     const HistoryEdition::TagNames touched = history.tagNames(request_.editors());
     IndexSet changed;
-    if (touched.empty()) return changed;
-    std::mutex resultMutex;
-    concurrentPerform(entries_.size(), [&](std::size_t i) {
-        const auto* row = std::get_if<TagValueRow>(&entries_[i]);
-        if (!row || !touched.contains(row->tagItem().name())) return;
-        TagValueRow rebuilt(request_.sharedEditors(), row->tagItem());
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+        if (const auto* row = std::get_if<TagValueRow>(&entries_[i]);
+            row && touched.contains(row->tagItem().name()))
+            changed.insert(i);
+    // An edit touches few rows: each is rebuilt with its editors split across the cores.
+    for (std::size_t i : changed) {
+        TagValueRow rebuilt(request_.sharedEditors(), std::get<TagValueRow>(entries_[i]).tagItem(), true);
         convert(rebuilt);
-        std::lock_guard lock(resultMutex);
         entries_[i] = std::move(rebuilt);
-        changed.insert(i);
-    });
+    }
     return changed;
 }
 

@@ -43,7 +43,7 @@ public:
     /// The tag names of the value rows at these indexes, in index order.
     std::vector<TagName> names(const IndexSet& indexes) const;
 
-    /// Rebuilds, in parallel, the value rows whose tag the history lists for one of the request's
+    /// Rebuilds the value rows whose tag the history lists for one of the request's
     /// editors, and gives their indexes. The filter isn't applied again: row count and order stay,
     /// so a view may redraw just those rows; a row that no longer passes stays until the next full
     /// reload.
