@@ -1,6 +1,5 @@
 #include "corvane/tag_set/TagSet.hpp"
 
-#include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
 #include <nlohmann/json.hpp>
@@ -79,12 +78,6 @@ std::vector<const TagItem*> sortedItems(const std::unordered_set<const TagItem*>
 
 } // namespace
 
-TagSet::FlatEntry::CodingError::CodingError(std::string type)
-    : DecodingError("Unknown tag set entry of type \"" + type + "\""), type_(std::move(type)) {}
-
-TagSet::IndexedEntry::CodingError::CodingError(std::string type)
-    : DecodingError("Unknown tag set entry of type \"" + type + "\""), type_(std::move(type)) {}
-
 const TagItem* TagSet::FlatEntry::tagItem() const {
     const TagName* tagName = name();
     return tagName ? tagName->item() : nullptr;
@@ -139,28 +132,6 @@ json TagSet::toJSON() const {
             list.push_back(json{{"type", "name"}, {"value", entry.name()->rawValue()}});
     }
     return json{{"entries", std::move(list)}};
-}
-
-TagSet TagSet::fromJSONData(std::string_view data) {
-    json j;
-    try {
-        j = json::parse(data);
-    } catch (const json::exception& e) {
-        throw DecodingError(e.what());
-    }
-    return fromJSON(j);
-}
-
-std::string TagSet::jsonData() const {
-    return toJSON().dump(2);
-}
-
-TagSet TagSet::fromJSONURL(const std::filesystem::path& url) {
-    return fromJSONData(readFileBytes(url));
-}
-
-void TagSet::exportTo(const std::filesystem::path& url) const {
-    writeFileAtomically(url, jsonData(), 0600);
 }
 
 // --- Built-in sets

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvane/helpers/JSONFileForm.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TagSection.hpp"
 #include "corvane/tag_value/TagStream.hpp"
@@ -27,7 +28,7 @@ class TagItem;
 /// JSON: {"entries": [{"type": "section", "value": "Camera"}, {"type": "name", "value":
 /// "EXIF:Make"}, ...]}. Reading also accepts the older form, an object from family to its own list
 /// of {"type": "sec"|"key", "value": ...}; see `fromJSON`.
-class TagSet {
+class TagSet : public JSONFileForm<TagSet> {
 public:
     /// Thrown when a set can't be read: not JSON, or neither of the two forms. Every decoding
     /// failure of this file derives from it.
@@ -36,19 +37,26 @@ public:
         using Error::Error;
     };
 
+    class FlatEntry;
+    class IndexedEntry;
+    /// An entry of form `Entry` whose "type" is not one of that form's words; `type()` is the
+    /// "type" text as read. Each form has its own, so a caller can tell which reading failed.
+    template <class Entry> class EntryCodingError : public DecodingError {
+    public:
+        explicit EntryCodingError(std::string type)
+            : DecodingError("Unknown tag set entry of type \"" + type + "\""), type_(std::move(type)) {}
+        const std::string& type() const { return type_; }
+
+    private:
+        std::string type_;
+    };
+
     /// One entry: a heading or a tag, compared by case and payload.
     class FlatEntry {
     public:
-        /// An entry whose "type" is neither "section" nor "name" (any case), or whose name isn't of
-        /// the form Family:Key. `type()` is the "type" text as read.
-        class CodingError : public DecodingError {
-        public:
-            explicit CodingError(std::string type);
-            const std::string& type() const { return type_; }
-
-        private:
-            std::string type_;
-        };
+        /// Thrown for a "type" that is neither "section" nor "name" (any case), and for a name that
+        /// isn't of the form Family:Key.
+        using CodingError = EntryCodingError<FlatEntry>;
 
         FlatEntry(TagSection section) : value_(std::move(section)) {}
         FlatEntry(TagName name) : value_(std::move(name)) {}
@@ -71,15 +79,8 @@ public:
     /// or a key of that family. Only read, and turned into a `FlatEntry` by `flatten`.
     class IndexedEntry {
     public:
-        /// An entry whose "type" is neither "sec" nor "key" (any case); `type()` as read.
-        class CodingError : public DecodingError {
-        public:
-            explicit CodingError(std::string type);
-            const std::string& type() const { return type_; }
-
-        private:
-            std::string type_;
-        };
+        /// Thrown for a "type" that is neither "sec" nor "key" (any case).
+        using CodingError = EntryCodingError<IndexedEntry>;
 
         IndexedEntry(TagSection section) : value_(std::move(section)) {}
         IndexedEntry(TagKey key) : value_(std::move(key)) {}
@@ -117,14 +118,7 @@ public:
     /// reader's complaint about the first entry, not the bad entry.
     static TagSet fromJSON(const nlohmann::ordered_json& j);
     nlohmann::ordered_json toJSON() const;
-    /// Parses and reads; malformed JSON throws DecodingError too.
-    static TagSet fromJSONData(std::string_view data);
-    /// Pretty-printed, two blanks per level.
-    std::string jsonData() const;
-    /// Throws std::filesystem::filesystem_error when the file can't be read.
-    static TagSet fromJSONURL(const std::filesystem::path& url);
-    /// Writes atomically, readable by its owner only. Throws std::filesystem::filesystem_error.
-    void exportTo(const std::filesystem::path& url) const;
+    // fromJSONData, jsonData, fromJSONURL, exportTo: see JSONFileForm.
 
     /// The built-in sets, made anew at each call: 11 sections and 73 tags for images, 5 sections
     /// and 31 tags for videos.

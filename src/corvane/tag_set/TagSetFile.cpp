@@ -1,7 +1,5 @@
 #include "corvane/tag_set/TagSetFile.hpp"
 
-#include "corvane/helpers/FileSystemHelpers.hpp"
-
 #include <nlohmann/json.hpp>
 
 namespace corvane {
@@ -25,28 +23,6 @@ TagSetFile TagSetFile::fromJSON(const json& j) {
 
 json TagSetFile::toJSON() const {
     return json{{"description", description_.value_or(std::string())}, {"tag_set", tagSet_.toJSON()}};
-}
-
-TagSetFile TagSetFile::fromJSONData(std::string_view data) {
-    json j;
-    try {
-        j = json::parse(data);
-    } catch (const json::exception& e) {
-        throw TagSet::DecodingError(e.what());
-    }
-    return fromJSON(j);
-}
-
-std::string TagSetFile::jsonData() const {
-    return toJSON().dump(2);
-}
-
-TagSetFile TagSetFile::fromJSONURL(const std::filesystem::path& url) {
-    return fromJSONData(readFileBytes(url));
-}
-
-void TagSetFile::exportTo(const std::filesystem::path& url) const {
-    writeFileAtomically(url, jsonData(), 0600);
 }
 
 } // namespace corvane

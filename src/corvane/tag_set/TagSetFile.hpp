@@ -18,8 +18,10 @@ namespace corvane {
 /// a file without a readable "tag_set" is read whole as a bare `TagSet` (current or older form), so
 /// an exported set opens as a file. Only the error of that last reading reaches the caller
 /// (`TagSet::DecodingError` or one of its subclasses).
-class TagSetFile {
+class TagSetFile : public JSONFileForm<TagSetFile> {
 public:
+    using DecodingError = TagSet::DecodingError;
+
     TagSetFile() = default;
     TagSetFile(std::optional<std::string> description, TagSet tagSet)
         : description_(std::move(description)), tagSet_(std::move(tagSet)) {}
@@ -29,13 +31,7 @@ public:
 
     static TagSetFile fromJSON(const nlohmann::ordered_json& j);
     nlohmann::ordered_json toJSON() const;
-    static TagSetFile fromJSONData(std::string_view data);
-    /// Pretty-printed, two blanks per level.
-    std::string jsonData() const;
-    /// Throws std::filesystem::filesystem_error when the file can't be read.
-    static TagSetFile fromJSONURL(const std::filesystem::path& url);
-    /// Writes atomically, readable by its owner only. Throws std::filesystem::filesystem_error.
-    void exportTo(const std::filesystem::path& url) const;
+    // fromJSONData, jsonData, fromJSONURL, exportTo: see JSONFileForm.
 
     friend bool operator==(const TagSetFile&, const TagSetFile&) = default;
 

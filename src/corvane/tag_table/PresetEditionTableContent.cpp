@@ -1,6 +1,5 @@
 #include "corvane/tag_table/PresetEditionTableContent.hpp"
 
-#include "corvane/tag_table/GenericTableContent.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
 namespace corvane {
@@ -25,40 +24,18 @@ PresetEditionTableRequest::diff(const PresetEditionTableRequest& other) const {
     return fields;
 }
 
-namespace {
-
-IndexSet entryRows(const IndexSet& requested, const std::vector<PresetEditionEntry>& entries) {
-    return selectableIndexes(requested, entries, [](const PresetEditionEntry& entry) {
-        return std::holds_alternative<PresetEditionRow>(entry);
-    });
+TagSet PresetEditionTableContent::presetTagSet(const PresetItemRef& preset) {
+    std::vector<TagSet::FlatEntry> names;
+    if (preset)
+        for (const auto& entry : preset->entries())
+            names.emplace_back(entry.tagName());
+    return TagSet(std::move(names));
 }
-
-} // namespace
 
 PresetEditionTableContent::PresetEditionTableContent(const PresetEditionTableRequest& request)
-    : request_(request) {
-    if (request_.presetItem) {
-        std::vector<TagSet::FlatEntry> names;
-        for (const auto& entry : request_.presetItem->entries())
-            names.emplace_back(entry.tagName());
-        tagSet_ = TagSet(std::move(names));
-    }
+    : BasicTableContent(request, presetTagSet(request.presetItem)) {
     reloadEntries();
-    selection_ = entryRows(request_.selection, entries_);
-}
-
-PresetEditionTableContent
-PresetEditionTableContent::reselected(const PresetEditionTableRequest& request) const {
-    PresetEditionTableContent content = *this;
-    content.request_ = request;
-    content.selection_ = entryRows(request.selection, entries_);
-    return content;
-}
-
-PresetEditionTableContent PresetEditionTableContent::with(const IndexSet& selection) const {
-    PresetEditionTableRequest request = request_;
-    request.selection = selection;
-    return reselected(request);
+    reloadSelection();
 }
 
 void PresetEditionTableContent::reloadEntries() {

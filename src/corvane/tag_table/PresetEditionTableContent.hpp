@@ -4,6 +4,7 @@
 #include "corvane/preset_support/Identified.hpp"
 #include "corvane/preset_support/PresetItem.hpp"
 #include "corvane/tag_set/TagSet.hpp"
+#include "corvane/tag_table/BasicTableContent.hpp"
 #include "corvane/tag_value/TagSection.hpp"
 #include "corvane/tag_value/TagStream.hpp"
 
@@ -76,28 +77,18 @@ public:
 
 /// What a `PresetEditionTable` shows (its `Content`): the preset's entries in order, as rows, less
 /// the unknown tags and those the filter refuses; `tagSet()` lists the preset's tags in entry order.
-class PresetEditionTableContent {
+class PresetEditionTableContent
+    : public BasicTableContent<PresetEditionTableContent, PresetEditionTableRequest, PresetEditionEntry> {
 public:
-    using TableRequest = PresetEditionTableRequest;
-    using TableEntry = PresetEditionEntry;
-
     explicit PresetEditionTableContent(const PresetEditionTableRequest& request);
 
-    const PresetEditionTableRequest& request() const { return request_; }
-    const TagSet& tagSet() const { return tagSet_; }
-    const std::vector<PresetEditionEntry>& entries() const { return entries_; }
-    const IndexSet& selection() const { return selection_; }
-
-    PresetEditionTableContent reselected(const PresetEditionTableRequest& request) const;
-    PresetEditionTableContent with(const IndexSet& selection) const;
+    static bool isValueRow(const PresetEditionEntry& entry) {
+        return std::holds_alternative<PresetEditionRow>(entry);
+    }
 
 private:
+    static TagSet presetTagSet(const PresetItemRef& preset);
     void reloadEntries();
-
-    PresetEditionTableRequest request_;
-    TagSet tagSet_;
-    std::vector<PresetEditionEntry> entries_;
-    IndexSet selection_;
 };
 
 } // namespace corvane

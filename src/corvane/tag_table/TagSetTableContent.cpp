@@ -1,7 +1,5 @@
 #include "corvane/tag_table/TagSetTableContent.hpp"
 
-#include "corvane/tag_table/GenericTableContent.hpp"
-
 namespace corvane {
 
 std::set<TagSetTableRequest::Field> TagSetTableRequest::diff(const TagSetTableRequest& other) const {
@@ -13,33 +11,10 @@ std::set<TagSetTableRequest::Field> TagSetTableRequest::diff(const TagSetTableRe
     return fields;
 }
 
-namespace {
-
-IndexSet tagRows(const IndexSet& requested, const std::vector<TagSetTableEntry>& entries) {
-    return selectableIndexes(requested, entries, [](const TagSetTableEntry& entry) {
-        return std::holds_alternative<const TagItem*>(entry);
-    });
-}
-
-} // namespace
-
 TagSetTableContent::TagSetTableContent(const TagSetTableRequest& request)
-    : request_(request), tagSet_(TagSetManager::shared().tagSet(request.domain())) {
+    : BasicTableContent(request, TagSetManager::shared().tagSet(request.domain())) {
     reloadEntries();
-    selection_ = tagRows(request_.selection, entries_);
-}
-
-TagSetTableContent TagSetTableContent::reselected(const TagSetTableRequest& request) const {
-    TagSetTableContent content = *this;
-    content.request_ = request;
-    content.selection_ = tagRows(request.selection, entries_);
-    return content;
-}
-
-TagSetTableContent TagSetTableContent::with(const IndexSet& selection) const {
-    TagSetTableRequest request = request_;
-    request.selection = selection;
-    return reselected(request);
+    reloadSelection();
 }
 
 void TagSetTableContent::reloadEntries() {

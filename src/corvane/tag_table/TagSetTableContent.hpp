@@ -4,6 +4,7 @@
 #include "corvane/preset_support/Identified.hpp"
 #include "corvane/tag_set/TagSet.hpp"
 #include "corvane/tag_set/TagSetManager.hpp"
+#include "corvane/tag_table/BasicTableContent.hpp"
 #include "corvane/tag_value/TagSection.hpp"
 
 #include <functional>
@@ -51,29 +52,18 @@ private:
 /// What a `TagSetTable` shows (its `Content`): the domain's user set as rows, without values. Tags
 /// the catalogue doesn't know and tags the filter refuses give no row; a heading shows (when
 /// sections are shown) only before a row that survived.
-class TagSetTableContent {
+class TagSetTableContent
+    : public BasicTableContent<TagSetTableContent, TagSetTableRequest, TagSetTableEntry> {
 public:
-    using TableRequest = TagSetTableRequest;
-    using TableEntry = TagSetTableEntry;
-
     /// Reads the set once from `TagSetManager::shared()` and builds the rows.
     explicit TagSetTableContent(const TagSetTableRequest& request);
 
-    const TagSetTableRequest& request() const { return request_; }
-    const TagSet& tagSet() const { return tagSet_; }
-    const std::vector<TagSetTableEntry>& entries() const { return entries_; }
-    const IndexSet& selection() const { return selection_; }
-
-    TagSetTableContent reselected(const TagSetTableRequest& request) const;
-    TagSetTableContent with(const IndexSet& selection) const;
+    static bool isValueRow(const TagSetTableEntry& entry) {
+        return std::holds_alternative<const TagItem*>(entry);
+    }
 
 private:
     void reloadEntries();
-
-    TagSetTableRequest request_;
-    TagSet tagSet_;
-    std::vector<TagSetTableEntry> entries_;
-    IndexSet selection_;
 };
 
 } // namespace corvane

@@ -1,7 +1,6 @@
 #include "corvane/tag_table/TagValueTableContent.hpp"
 
 #include "corvane/helpers/ConcurrentPerform.hpp"
-#include "corvane/tag_table/GenericTableContent.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
 #include <optional>
@@ -9,22 +8,9 @@
 namespace corvane {
 
 TagValueTableContent::TagValueTableContent(const TagValueTableRequest& request)
-    : request_(request), tagSet_(TagSetManager::shared().tagSet(request.domain())) {
+    : BasicTableContent(request, TagSetManager::shared().tagSet(request.domain())) {
     reloadEntries();
     reloadSelection();
-}
-
-TagValueTableContent TagValueTableContent::reselected(const TagValueTableRequest& request) const {
-    TagValueTableContent content = *this;
-    content.request_ = request;
-    content.reloadSelection();
-    return content;
-}
-
-TagValueTableContent TagValueTableContent::with(const IndexSet& selection) const {
-    TagValueTableRequest request = request_;
-    request.selection = selection;
-    return reselected(request);
 }
 
 void TagValueTableContent::convert(TagValueRow& row) const {
@@ -54,13 +40,6 @@ void TagValueTableContent::reloadEntries() {
         pendingSection = nullptr;
         entries_.emplace_back(std::move(*rows[i]));
     }
-}
-
-void TagValueTableContent::reloadSelection() {
-    selection_ = selectableIndexes(request_.selection, entries_, [](const TagValueEntry& entry) {
-        return std::holds_alternative<TagValueRow>(entry);
-    });
-    reloadValueSet();
 }
 
 TagValueSet TagValueTableContent::values(const IndexSet& indexes) const {

@@ -3,6 +3,7 @@
 #include "corvane/helpers/IndexSet.hpp"
 #include "corvane/tag_edition/HistoryEdition.hpp"
 #include "corvane/tag_set/TagSet.hpp"
+#include "corvane/tag_table/BasicTableContent.hpp"
 #include "corvane/tag_table/TagValueRow.hpp"
 #include "corvane/tag_table/TagValueSet.hpp"
 #include "corvane/tag_table/TagValueTableRequest.hpp"
@@ -15,26 +16,16 @@ namespace corvane {
 /// per tag that passes the filter (with its section heading before it when sections are shown and
 /// some row of the section survives), the selection that exists among those rows, and the merged
 /// value set of that selection. Immutable once handed out by the table.
-class TagValueTableContent {
+class TagValueTableContent
+    : public BasicTableContent<TagValueTableContent, TagValueTableRequest, TagValueEntry> {
 public:
-    using TableRequest = TagValueTableRequest;
-    using TableEntry = TagValueEntry;
-
     /// Computes everything, synchronously: tag set (read once from `TagSetManager::shared()`),
     /// rows (in parallel), selection, value set.
     explicit TagValueTableContent(const TagValueTableRequest& request);
 
-    const TagValueTableRequest& request() const { return request_; }
-    const TagSet& tagSet() const { return tagSet_; }
-    const std::vector<TagValueEntry>& entries() const { return entries_; }
-    const IndexSet& selection() const { return selection_; }
+    /// The merged state of the selected rows.
     const TagValueSet& valueSet() const { return valueSet_; }
-
-    /// A copy for `request`, which differs from `request()` at most in its selection: the rows are
-    /// kept, the selection and value set computed anew.
-    TagValueTableContent reselected(const TagValueTableRequest& request) const;
-    /// A copy whose request asks for `selection`.
-    TagValueTableContent with(const IndexSet& selection) const;
+    static bool isValueRow(const TagValueEntry& entry) { return std::holds_alternative<TagValueRow>(entry); }
 
     /// The merged value set of the value rows at these indexes, over the request's editors.
     TagValueSet values(const IndexSet& indexes) const;
@@ -52,15 +43,12 @@ public:
     void reloadValueSet() { valueSet_ = values(selection_); }
 
 private:
+    friend class BasicTableContent<TagValueTableContent, TagValueTableRequest, TagValueEntry>;
     void reloadEntries();
-    void reloadSelection();
+    void selectionDidChange() { reloadValueSet(); }
     // Sets the row's object value through the request's `convert`, if any.
     void convert(TagValueRow& row) const;
 
-    TagValueTableRequest request_;
-    TagSet tagSet_;
-    std::vector<TagValueEntry> entries_;
-    IndexSet selection_;
     TagValueSet valueSet_;
 };
 
