@@ -1,14 +1,18 @@
 // `corvane show` and `corvane tagset`, run as the built program on files tagged by ExifTool, with
 // the user defaults in a folder of the test.
 #include "cli/CliRun.hpp"
+#include "support/Corpus.hpp"
 #include "support/SampleFiles.hpp"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <set>
+#include <sstream>
 
 namespace {
 
+namespace fs = std::filesystem;
 using corvane::test::CliTest;
 using corvane::test::corvane;
 
@@ -91,6 +95,34 @@ TEST_F(TableCommands, TagSetsAreKeptInTheUserDefaults) {
     ASSERT_EQ(corvane({"tagset", "reset"}, scratch).exitCode, 0);
     EXPECT_EQ(corvane({"tagset", "show"}, scratch).out.rfind("[File]", 0), 0u);
     EXPECT_EQ(corvane({"tagset", "show", "--domain", "elsewhere"}, scratch).exitCode, 1);
+}
+
+// Camera JPEGs of the corpus: the Make row merges what each file holds, as the corpus index says.
+TEST_F(TableCommands, ShowMergesTheMakesOfCameraFiles) {
+    const auto corpus = corvane::test::corpusFolder();
+    if (!fs::exists(corpus / "INDEX.tsv")) GTEST_SKIP() << "no camera corpus at " << corpus;
+    std::ifstream index(corpus / "INDEX.tsv");
+    std::vector<std::string> arguments{"show", "--tagset", "images", "--filter", "make"};
+    std::set<std::string> makes;
+    for (std::string line; std::getline(index, line) && makes.size() < 4;) {
+        std::vector<std::string> columns;
+        std::istringstream fields(line);
+        for (std::string field; std::getline(fields, field, '\t');)
+            columns.push_back(field);
+        // dest, ..., has_exif (11), ..., make (17)
+        if (columns.size() < 18 || columns[0].rfind("jpeg/", 0) != 0 || columns[11] != "True" ||
+            columns[17].empty())
+            continue;
+        if (!makes.insert(columns[17]).second) continue;
+        arguments.push_back((corpus / columns[0]).string());
+    }
+    ASSERT_EQ(makes.size(), 4u);
+    auto shown = corvane(arguments, scratch);
+    ASSERT_EQ(shown.exitCode, 0) << shown.err;
+    std::string expected = "EXIF:Make\t<4 values>";
+    for (const auto& make : makes)
+        expected += "\t\"" + make + "\"";
+    EXPECT_TRUE(has(shown.out, expected + "\n")) << shown.out;
 }
 
 } // namespace
