@@ -23,9 +23,10 @@ namespace corvane {
 /// At launch the application calls `registerDefault` for each domain (usually with
 /// `TagSet::forImages()` or `TagSet::forVideos()`), then `reload`. Every change goes through `edit`,
 /// which posts `willEditSetsNotification` before and `didEditSetsNotification` after, on the main
-/// queue's thread (waiting for it when called from another thread), so a table observing them
-/// reacts before the call returns. Changes last only after `save`, which stores the user set in the
-/// user defaults (`KitSettings::userDefaults()`) under the domain's key.
+/// queue's thread (waiting for it when called from another thread, so the host must be draining
+/// `MainQueue::shared()` then), and a table observing them reacts before the call returns. Changes last only
+/// after `save`, which stores the user set in the user defaults (`KitSettings::userDefaults()`) under the
+/// domain's key.
 ///
 /// The maps are guarded by `atomic()`; the block of an edit runs in its exclusive pass and must not
 /// call back into the manager. Edits are meant to come from the main thread: two edits of one
