@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
     corvane::cli::addFileCommands(app, exitCode);
     corvane::cli::addExchangeCommands(app, exitCode);
     corvane::cli::addPresetCommands(app, exitCode);
+    corvane::cli::addTableCommands(app, exitCode);
     try {
         // CLI11 wants the arguments in reverse order.
         std::vector<std::string> arguments(argv + 1, argv + argc);

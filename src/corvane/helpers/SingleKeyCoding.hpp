@@ -1,0 +1,53 @@
+#pragma once
+
+#include "corvane/utilities/Error.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// The JSON form of an enumeration whose cases may carry a value: an object with exactly one key,
+/// the case's name. A case without a value maps to an empty object ({"ignore": {}}); a case with
+/// one value holds it under "_0" ({"contains": {"_0": "sky"}}). Filters of tables and the Photos
+/// profiles store their choices this way, and read them back through `decode`.
+class SingleKeyCoding {
+public:
+    /// Thrown by `decode` for an object with no key or more than one, and for a value that is not
+    /// an object (`what()` is `invalidKeyCountMessage`); and by the enumerations' decoders for an
+    /// unknown case or a missing value, with a message that says so.
+    class TypeMismatch : public Error {
+    public:
+        TypeMismatch() : Error(std::string(invalidKeyCountMessage)) {}
+        explicit TypeMismatch(const std::string& message) : Error(message) {}
+    };
+
+    static constexpr std::string_view invalidKeyCountMessage = "Invalid number of keys found, expected one.";
+
+    /// {"<caseName>": {}}.
+    static nlohmann::json encode(std::string_view caseName);
+    /// {"<caseName>": {"_0": value}}.
+    static nlohmann::json encode(std::string_view caseName, nlohmann::json value);
+
+    /// The case name of an encoded value, with its payload object. Throws TypeMismatch.
+    struct Decoded {
+        std::string caseName;
+        const nlohmann::json& payload;
+    };
+    static Decoded decode(const nlohmann::json& j);
+
+    /// The value under "_0" of a case's payload, as T; throws TypeMismatch when it is missing or
+    /// not of that type.
+    template <class T> static T associatedValue(const Decoded& decoded) {
+        auto it = decoded.payload.find("_0");
+        try {
+            if (it != decoded.payload.end()) return it->get<T>();
+        } catch (const nlohmann::json::exception&) {
+        }
+        throw TypeMismatch("The case \"" + decoded.caseName + "\" lacks its value");
+    }
+};
+
+} // namespace corvane

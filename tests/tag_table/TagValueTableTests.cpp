@@ -1,0 +1,269 @@
+// The tag value table: rows merged across editors, sections and filters, selection and value set,
+// the three reload paths chosen by the request diff, the partial reload after an edit, tag-set
+// edits, and reloads asked for from several threads at once.
+
+#include "corvane/tag_edition/EditionManager.hpp"
+#include "corvane/tag_table/TagValueTable.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "support/EditorFixtures.hpp"
+#include "tag_table/TableRecorder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+namespace corvane {
+namespace {
+
+using Domain = TagSetManager::Domain;
+using Kind = TagValueTableReloadType::Kind;
+using Recorder = test::TableRecorder<TagValueTable>;
+using I = TagItem;
+
+// People: Artist, By-line; Camera: Make, Model; Unused: Software (no file has it); an unknown tag.
+TagSet testSet() {
+    return TagSet({TagSection("People"), I::itemEXIFArtist().name(), I::itemIPTCBy_line().name(),
+                   TagSection("Camera"), I::itemEXIFMake().name(), I::itemEXIFModel().name(),
+                   TagSection("Unused"), I::itemEXIFSoftware().name(),
+                   TagName(TagStream::streamEXIF, TagKey("NotInTheCatalogue"))});
+}
+
+const TagValueRow& row(const TagValueTable::Content& content, std::size_t index) {
+    return std::get<TagValueRow>(content.entries().at(index));
+}
+
+std::vector<std::string> rowNames(const TagValueTable::Content& content) {
+    std::vector<std::string> names;
+    for (const auto& entry : content.entries())
+        names.push_back(std::holds_alternative<TagSection>(entry)
+                            ? "[" + std::get<TagSection>(entry).rawValue() + "]"
+                            : std::get<TagValueRow>(entry).tagItem().name().rawValue());
+    return names;
+}
+
+class TagValueTableTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        MainQueue::shared().registerCurrentThreadAsMain();
+        MainQueue::shared().drain();
+        TagSetManager::shared().edit(Domain::application, [](TagSet) { return testSet(); });
+    }
+
+    TagValueTable::Request request(bool showSections = false) const {
+        TagValueTable::Request r(Domain::application, {canon, nikon});
+        r.showSections = showSections;
+        return r;
+    }
+
+    TagEditorRef canon = test::editorWith(
+        {{&I::itemEXIFArtist(), "Ann"}, {&I::itemEXIFMake(), "Canon"}, {&I::itemEXIFModel(), "R5"}},
+        "/photos/a.jpg");
+    TagEditorRef nikon =
+        test::editorWith({{&I::itemEXIFArtist(), "Ann"}, {&I::itemEXIFMake(), "Nikon"}}, "/photos/b.jpg");
+};
+
+TEST_F(TagValueTableTest, RowsMergeEachTagAcrossTheEditors) {
+    auto table = TagValueTable::create(request());
+    auto content = table->content();
+    ASSERT_EQ(rowNames(*content), (std::vector<std::string>{"EXIF:Artist", "IPTC:By-line", "EXIF:Make",
+                                                            "EXIF:Model", "EXIF:Software"}))
+        << "no headings without showSections; the unknown tag gives no row";
+    EXPECT_EQ(row(*content, 0).string(), MultiValuedString::single("Ann"));
+    EXPECT_EQ(row(*content, 1).string(), MultiValuedString::none());
+    EXPECT_EQ(row(*content, 2).string(), MultiValuedString::multiple({"Canon", "Nikon"}));
+    EXPECT_EQ(row(*content, 3).string(), MultiValuedString::multiple({"", "R5"}))
+        << "a file without the value differs from one with it";
+    EXPECT_FALSE(row(*content, 0).isEdited());
+    EXPECT_TRUE(row(*content, 0).canBeEdited());
+    EXPECT_EQ(row(*content, 0).editors().size(), 2u);
+
+    auto empty = TagValueTable::create(TagValueTable::Request(Domain::application));
+    for (std::size_t i = 0; i < empty->content()->entries().size(); ++i) {
+        EXPECT_TRUE(row(*empty->content(), i).string().isNone());
+        EXPECT_FALSE(row(*empty->content(), i).isEdited());
+        EXPECT_TRUE(row(*empty->content(), i).canBeEdited()) << "no editor refuses";
+    }
+}
+
+TEST_F(TagValueTableTest, HeadingsShowOnlyAboveRowsThatPassTheFilter) {
+    auto r = request(true);
+    EXPECT_EQ(rowNames(TagValueTable::Content(r)),
+              (std::vector<std::string>{"[People]", "EXIF:Artist", "IPTC:By-line", "[Camera]", "EXIF:Make",
+                                        "EXIF:Model", "[Unused]", "EXIF:Software"}));
+    r.filter.valueStateConstraint = TagValueFilter::ValueStateConstraint::with;
+    EXPECT_EQ(rowNames(TagValueTable::Content(r)),
+              (std::vector<std::string>{"[People]", "EXIF:Artist", "[Camera]", "EXIF:Make", "EXIF:Model"}));
+    r.filter.valueStateConstraint = TagValueFilter::ValueStateConstraint::without;
+    EXPECT_EQ(rowNames(TagValueTable::Content(r)),
+              (std::vector<std::string>{"[People]", "IPTC:By-line", "[Unused]", "EXIF:Software"}));
+
+    r.filter = {};
+    r.filter.nameConstraint = TagValueFilter::StringConstraint::contains("MAK");
+    EXPECT_EQ(rowNames(TagValueTable::Content(r)), (std::vector<std::string>{"[Camera]", "EXIF:Make"}));
+    r.filter.nameConstraint = TagValueFilter::StringConstraint::matches("^By");
+    EXPECT_EQ(rowNames(TagValueTable::Content(r)), (std::vector<std::string>{"[People]", "IPTC:By-line"}));
+    r.filter.nameConstraint = {};
+    r.filter.valueConstraint = TagValueFilter::StringConstraint::contains("nik");
+    EXPECT_EQ(rowNames(TagValueTable::Content(r)), (std::vector<std::string>{"[Camera]", "EXIF:Make"}));
+    r.filter.valueConstraint = TagValueFilter::StringConstraint::contains("  ");
+    EXPECT_EQ(rowNames(TagValueTable::Content(r)),
+              (std::vector<std::string>{"[People]", "EXIF:Artist", "[Camera]", "EXIF:Make", "EXIF:Model"}))
+        << "a search of blanks passes every row that has a value";
+}
+
+TEST_F(TagValueTableTest, SelectionKeepsValueRowsAndMergesThem) {
+    auto r = request(true);
+    r.selection = {0, 4, 5, 99}; // a heading, Make, Model, past the end
+    TagValueTable::Content content(r);
+    EXPECT_EQ(content.selection(), (IndexSet{4, 5}));
+    EXPECT_EQ(content.valueSet().string(), MultiValuedString::multiple({"", "Canon", "Nikon", "R5"}));
+    EXPECT_EQ(content.valueSet().tagItems(),
+              (std::vector<const TagItem*>{&I::itemEXIFMake(), &I::itemEXIFModel()}));
+    EXPECT_EQ(content.indexes(TagSection("Camera")), (IndexSet{4, 5}));
+    EXPECT_TRUE(content.indexes(TagSection("Lens")).isEmpty());
+    EXPECT_EQ(content.names({5, 0, 1}),
+              (std::vector<TagName>{I::itemEXIFArtist().name(), I::itemEXIFModel().name()}));
+    EXPECT_EQ(content.with({1}).valueSet().string(), MultiValuedString::single("Ann"));
+    EXPECT_EQ(content.with({1}).entries().size(), content.entries().size());
+
+    const TagValueSet nothing = content.with({}).valueSet();
+    EXPECT_TRUE(nothing.string().isNone());
+    EXPECT_FALSE(nothing.isEdited());
+    EXPECT_TRUE(nothing.canBeEdited());
+    EXPECT_TRUE(nothing.isSupported());
+}
+
+TEST_F(TagValueTableTest, ValueSetOffersTheChoicesThatEverySelectedTagOffers) {
+    auto editors = std::make_shared<const TagValueSet::Editors>();
+    using Choices = std::vector<TagValueSet::Choice>;
+    EXPECT_EQ(TagValueSet(editors, {&I::itemEXIFContrast(), &I::itemEXIFSharpness()}).filteredChoices(),
+              (Choices{{"0", "Normal"}}));
+    EXPECT_EQ(TagValueSet(editors, {&I::itemEXIFSaturation(), &I::itemEXIFContrast()}).filteredChoices(),
+              (Choices{{"0", "Normal"}, {"1", "Low"}, {"2", "High"}}));
+    EXPECT_EQ(TagValueSet(editors, {&I::itemEXIFWhiteBalance()}).filteredChoices(),
+              (Choices{{"0", "Auto"}, {"1", "Manual"}}));
+    EXPECT_TRUE(TagValueSet(editors, {}).filteredChoices().empty());
+}
+
+TEST_F(TagValueTableTest, ReloadsDoOnlyWhatTheRequestDiffAsksFor) {
+    std::atomic<int> conversions{0};
+    auto r = request(true);
+    r.convert = TagValueTable::Request::Convert::create(
+        [&](const TagValueRow&) -> std::any { return ++conversions; });
+    auto table = TagValueTable::create(r);
+    Recorder recorder(table);
+    const int firstConversions = conversions;
+    EXPECT_EQ(firstConversions, 5) << "one conversion per row";
+
+    table->reload(r);
+    EXPECT_TRUE(recorder.drain().empty()) << "an unchanged request posts nothing";
+
+    r.selection = {1};
+    table->reload(r);
+    auto events = recorder.drain();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_TRUE(events[0].isWill && events[0].isReloading && events[0].onMainThread);
+    EXPECT_TRUE(!events[1].isWill && !events[1].isReloading && events[1].onMainThread);
+    EXPECT_EQ(events[1].type, TagValueTableReloadType::selection);
+    EXPECT_EQ(conversions, firstConversions) << "a selection change rebuilds no row";
+    EXPECT_EQ(table->content()->valueSet().string(), MultiValuedString::single("Ann"));
+
+    r.convert = r.convert->copy(); // the same code, another identity
+    table->reload(r);
+    events = recorder.drain();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[1].type, TagValueTableReloadType::entries);
+    EXPECT_EQ(conversions, firstConversions + 5);
+    EXPECT_EQ(table->content()->selection(), (IndexSet{1}));
+    EXPECT_EQ(TagValueTable::reloadType(Notification("Other")), std::nullopt);
+}
+
+TEST_F(TagValueTableTest, AnEditRebuildsOnlyTheTouchedRowsWithoutFilteringAgain) {
+    std::atomic<int> conversions{0};
+    auto r = request();
+    r.filter.valueStateConstraint = TagValueFilter::ValueStateConstraint::with; // Artist, Make, Model
+    r.convert = TagValueTable::Request::Convert::create(
+        [&](const TagValueRow&) -> std::any { return ++conversions; });
+    auto table = TagValueTable::create(r);
+    Recorder recorder(table);
+    conversions = 0;
+
+    nikon->setValue("Bob", I::itemEXIFArtist().name());
+    auto events = recorder.drain();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[0].type, TagValueTableReloadType::values(std::nullopt));
+    EXPECT_EQ(events[1].type, TagValueTableReloadType::values(IndexSet{0}));
+    EXPECT_EQ(conversions, 1) << "only the touched row";
+    EXPECT_EQ(row(*table->content(), 0).string(), MultiValuedString::multiple({"Ann", "Bob"}));
+    EXPECT_TRUE(row(*table->content(), 0).isEdited());
+
+    {
+        EditionManager::Session session;
+        canon->setValue("", I::itemEXIFArtist().name());
+        nikon->setValue("", I::itemEXIFArtist().name());
+    }
+    events = recorder.drain();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[1].type, TagValueTableReloadType::values(IndexSet{0}));
+    ASSERT_EQ(table->content()->entries().size(), 3u)
+        << "the row that no longer passes stays until a full reload";
+    EXPECT_TRUE(row(*table->content(), 0).string().isNone());
+
+    auto stranger = test::editorWith({{&I::itemEXIFArtist(), "Eve"}}, "/photos/c.jpg");
+    stranger->setValue("Zoe", I::itemEXIFArtist().name());
+    EXPECT_TRUE(recorder.drain().empty()) << "an edit of another editor leaves the table alone";
+}
+
+TEST_F(TagValueTableTest, ATagSetEditReloadsInFullAndDropsTheSelection) {
+    auto r = request();
+    r.selection = {0};
+    auto table = TagValueTable::create(r);
+    Recorder recorder(table);
+    TagSetManager::shared().append(Domain::photosExtension, {I::itemEXIFCopyright().name()});
+    EXPECT_TRUE(recorder.drain().empty()) << "another domain's edit";
+
+    TagSetManager::shared().append(Domain::application, {I::itemEXIFCopyright().name()});
+    auto events = recorder.drain();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[1].type, TagValueTableReloadType::entries);
+    EXPECT_EQ(table->content()->entries().size(), 6u);
+    EXPECT_TRUE(table->content()->selection().isEmpty());
+    EXPECT_EQ(table->latestRequest().selection, (IndexSet{0})) << "the stored request keeps its selection";
+}
+
+// Run under ThreadSanitizer by the lead: requests stored and diffed from several threads while the
+// main thread drains.
+TEST_F(TagValueTableTest, ConcurrentReloadsFromSeveralThreadsEndOnTheLatestRequest) {
+    auto table = TagValueTable::create(request());
+    Recorder recorder(table);
+    std::atomic<int> running{4};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&, t] {
+            std::mt19937 random(static_cast<unsigned>(t));
+            for (int i = 0; i < 40; ++i) {
+                auto r = request(random() % 2 == 0);
+                r.selection = {static_cast<std::size_t>(random() % 6)};
+                table->reload(r);
+                (void)table->content()->entries().size();
+            }
+            --running;
+        });
+    EXPECT_TRUE(MainQueue::shared().runUntil([&] { return running == 0; }, std::chrono::seconds(60)));
+    for (auto& thread : threads)
+        thread.join();
+    auto events = recorder.drain();
+
+    const auto content = table->content();
+    EXPECT_EQ(content->request(), table->latestRequest())
+        << "the last operation diffs against the latest request";
+    EXPECT_EQ(content->entries().size(), content->request().showSections ? 8u : 5u);
+    EXPECT_EQ(table->processCount(), 0);
+    for (std::size_t i = 0; i < events.size(); ++i)
+        EXPECT_EQ(events[i].isWill, i % 2 == 0) << "will and did alternate: one reload at a time";
+}
+
+} // namespace
+} // namespace corvane
