@@ -5,7 +5,7 @@
 #include "corvane/tag_storages/TagStorageReader.hpp"
 #include "corvane/tag_storages/TagStorageReaderSettings.hpp"
 #include "corvane/tag_storages/TagStorageSource.hpp"
-#include "corvane/utilities/ETLanguage.hpp"
+#include "corvane/exiftool_wrapper/ETLanguage.hpp"
 
 #include <optional>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 
 #include "corvane/helpers/ConcurrentPerform.hpp"
-#include "corvane/photos_scripting/PhotoLibrary.hpp"
+#include "corvane/photos_library/PhotoLibrary.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"

@@ -1,6 +1,6 @@
 #include "corvane/value_models/CoordinateParser.hpp"
 
-#include "corvane/value_models/IcuRegex.hpp"
+#include "corvane/helpers/IcuRegex.hpp"
 
 #include <unicode/unistr.h>
 

@@ -1,7 +1,7 @@
 #include "corvane/value_models/TextLocation.hpp"
 
 #include "corvane/helpers/WhiteSpace.hpp"
-#include "corvane/value_models/IcuRegex.hpp"
+#include "corvane/helpers/IcuRegex.hpp"
 
 #include <initializer_list>
 #include <vector>
