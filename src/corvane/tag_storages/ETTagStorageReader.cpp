@@ -388,9 +388,6 @@ std::string_view message(ETTagStorageReader::ReadError error) {
     return "Data decoding failed";
 }
 
-ETTagStorageReader::ReadException::ReadException(ReadError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
-
 // --- Reader
 
 ETTagStorageReader::ETTagStorageReader(Settings settings) : settings_(std::move(settings)) {}

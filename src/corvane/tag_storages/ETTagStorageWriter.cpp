@@ -64,9 +64,6 @@ std::string_view message(ETTagStorageWriter::WriteError error) {
     return "Output is missing";
 }
 
-ETTagStorageWriter::WriteException::WriteException(WriteError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
-
 // --- Writer
 
 ETTagStorageWriter::ETTagStorageWriter(Settings settings) : settings_(std::move(settings)) {}

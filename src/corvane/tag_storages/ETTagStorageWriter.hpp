@@ -5,11 +5,11 @@
 #include "corvane/tag_storages/TagStorage.hpp"
 #include "corvane/tag_storages/TagStorageWriter.hpp"
 #include "corvane/tag_storages/TagStorageWriterSettings.hpp"
+#include "corvane/utilities/CaseException.hpp"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <stdexcept>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -75,14 +75,7 @@ public:
     };
 
     // Thrown by the writer; `what()` is the message of the case.
-    class WriteException : public std::runtime_error {
-    public:
-        explicit WriteException(WriteError error);
-        WriteError error() const { return error_; }
-
-    private:
-        WriteError error_;
-    };
+    using WriteException = CaseException<WriteError>;
 
     explicit ETTagStorageWriter(Settings settings);
     ETTagStorageWriter(const ETTagStorageWriter&) = delete;
