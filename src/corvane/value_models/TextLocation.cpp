@@ -1,7 +1,7 @@
 #include "corvane/value_models/TextLocation.hpp"
 
-#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/helpers/IcuRegex.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 
 #include <initializer_list>
 #include <vector>
@@ -38,7 +38,7 @@ formatAddressComponents(std::initializer_list<std::initializer_list<const TextLo
 } // namespace
 
 TextLocation::Field TextLocation::nonBlank(const Field& text) {
-    if (!text || WhiteSpace::isBlank(*text)) return std::nullopt;
+    if (!text || isUnicodeWhiteSpace(*text)) return std::nullopt;
     return text;
 }
 
