@@ -57,8 +57,8 @@ TEST(CSVSidecarReader, GuessesSemicolonsAndKeepsMultilineValuesWhole) {
 }
 
 TEST(CSVSidecarReader, TrimsWhiteSpaceAndLineEndsOnlyAtTheEnds) {
-    auto values =
-        CSVSidecarReader().readString(" \t EXIF:Artist\u3000, a  b \u00A0\u2028\r\nEXIF:Make,\"\n\n\"\n");
+    auto values = CSVSidecarReader().readString(
+        " \u00A0 EXIF:Artist\u3000, a  b \u00A0\u2028\r\nEXIF:Make,\"\r\n\r\n\"\r\n");
     EXPECT_EQ(values.at(name("EXIF:Artist")), "a  b");
     EXPECT_EQ(values.at(name("EXIF:Make")), "") << "a value of line ends alone is empty";
 }
