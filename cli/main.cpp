@@ -1,5 +1,7 @@
 #include "Commands.hpp"
 
+#include "corvane/Version.hpp"
+
 #include <iostream>
 
 int main(int argc, char** argv) {
