@@ -126,8 +126,9 @@ void ETTagStorageWriter::writeStorages(const std::vector<TagStorage>& storages) 
         auto& debugger = KitDebugger::shared();
         debugger.log([&] {
             std::string line = "-XMP:XMPToolkit=";
+            // Appended, not " " + ...: GCC 12 flags that with a false overlap warning in release builds.
             for (const TagStorage* storage : written)
-                line += " " + targetURL(*storage).string();
+                line.append(" ").append(targetURL(*storage).string());
             return line;
         });
         debugger.log([&] {

@@ -65,14 +65,8 @@ std::string TextLocation::shortFormattedAddress() const {
 
 TextLocation::Field TextLocation::iptcSublocation() const {
     if (placeName_) return placeName_;
-    std::string text = " " + streetNumber_.value_or("") + " " + streetName_.value_or("");
-    const auto isBlankChar = [](char c) { return c == ' ' || c == '\t'; };
-    size_t begin = 0, end = text.size();
-    while (begin < end && isBlankChar(text[begin]))
-        ++begin;
-    while (end > begin && isBlankChar(text[end - 1]))
-        --end;
-    return nonBlank(text.substr(begin, end - begin));
+    const std::string text = streetNumber_.value_or("") + " " + streetName_.value_or("");
+    return nonBlank(std::string(trimAsciiBlanks(text)));
 }
 
 } // namespace corvane
