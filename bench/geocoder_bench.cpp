@@ -1,6 +1,6 @@
 // Reverse-geocodes 10,000 random coordinates with the offline GeoNames geocoder. Prints the time of
 // the one-off index build and of the whole pass before the per-look-up Google Benchmark figures.
-#include "corvane/tag_editor/GeoNamesGeocoder.hpp"
+#include "corvane/location_support/GeoNamesGeocoder.hpp"
 
 #include <benchmark/benchmark.h>
 

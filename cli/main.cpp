@@ -1,6 +1,7 @@
 #include "Commands.hpp"
 #include "StorageReading.hpp"
 
+#include "corvane/Version.hpp"
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 
 #include <csignal>

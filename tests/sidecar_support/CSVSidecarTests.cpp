@@ -57,12 +57,10 @@ TEST(CSVSidecarReader, GuessesSemicolonsAndKeepsMultilineValuesWhole) {
 }
 
 TEST(CSVSidecarReader, TrimsWhiteSpaceAndLineEndsOnlyAtTheEnds) {
-    EXPECT_EQ(CSVSidecarReader::trimmed(" \t\r\n a  b \u00A0\u2028\n"), "a  b");
-    EXPECT_EQ(CSVSidecarReader::trimmed("Zoë"), "Zoë");
-    EXPECT_EQ(CSVSidecarReader::trimmed("\n\n"), "");
-    EXPECT_TRUE(CSVSidecarReader::trimCharSet(U'\n'));
-    EXPECT_TRUE(CSVSidecarReader::trimCharSet(U'\u3000'));
-    EXPECT_FALSE(CSVSidecarReader::trimCharSet(U'x'));
+    auto values = CSVSidecarReader().readString(
+        " \u00A0 EXIF:Artist\u3000, a  b \u00A0\u2028\r\nEXIF:Make,\"\r\n\r\n\"\r\n");
+    EXPECT_EQ(values.at(name("EXIF:Artist")), "a  b");
+    EXPECT_EQ(values.at(name("EXIF:Make")), "") << "a value of line ends alone is empty";
 }
 
 TEST(CSVSidecarReader, MalformedInputFailsWithClearErrors) {

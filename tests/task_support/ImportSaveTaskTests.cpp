@@ -1,7 +1,7 @@
 // Import and save tasks on real files with the real ExifTool.
 #include "TaskTestSupport.hpp"
 
-#include "corvane/photos_scripting/PhotoLibrary.hpp"
+#include "corvane/photos_library/PhotoLibrary.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_value/TagItem.hpp"

@@ -1,6 +1,6 @@
 #include "corvane/utilities/KitSettings.hpp"
+#include "corvane/exiftool_wrapper/ETLanguage.hpp"
 #include "corvane/helpers/NotificationCenter.hpp"
-#include "corvane/utilities/ETLanguage.hpp"
 
 #include "support/TemporaryFolder.hpp"
 

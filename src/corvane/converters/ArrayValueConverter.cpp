@@ -2,6 +2,7 @@
 
 #include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/NoneValueConverter.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 
 namespace corvane {
 
@@ -13,7 +14,8 @@ std::optional<DynamicArray> ArrayValueConverter::elements(const OptionalString& 
     if (!value || value->empty()) return std::nullopt;
     DynamicArray out;
     for (auto& piece : converter_text::split(*value, separator_)) {
-        DynamicValue element = valueConverter_->nativeValueFromStringValue(converter_text::trimBlanks(piece));
+        DynamicValue element =
+            valueConverter_->nativeValueFromStringValue(std::string(trimUnicodeBlanks(piece)));
         if (!element.isNothing()) out.push_back(std::move(element));
     }
     return out;
@@ -41,7 +43,7 @@ OptionalString ArrayValueConverter::joinedElements(const DynamicArray& elements)
         auto text = valueConverter_->stringValueFromNativeValue(element);
         if (!text) continue;
         if (!first) out += separator_;
-        out += converter_text::trimBlanks(*text);
+        out += trimUnicodeBlanks(*text);
         first = false;
     }
     return out;
@@ -72,7 +74,8 @@ DynamicValue ArrayValueConverter::jsonValueFromNativeValue(const DynamicValue& v
     if (!text || text->empty()) return {};
     DynamicArray out;
     for (auto& piece : converter_text::split(*text, separator_)) {
-        DynamicValue element = valueConverter_->jsonValueFromNativeValue(converter_text::trimBlanks(piece));
+        DynamicValue element =
+            valueConverter_->jsonValueFromNativeValue(std::string(trimUnicodeBlanks(piece)));
         if (!element.isNothing()) out.push_back(std::move(element));
     }
     return out;

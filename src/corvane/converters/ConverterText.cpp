@@ -25,32 +25,6 @@ bool isCSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
 }
 
-// Length of a leading Unicode blank (tab or space separator) at `i`, 0 if none.
-size_t blankLengthAt(std::string_view s, size_t i) {
-    unsigned char c = static_cast<unsigned char>(s[i]);
-    if (c == ' ' || c == '\t') return 1;
-    if (c == 0xC2 && i + 1 < s.size() && static_cast<unsigned char>(s[i + 1]) == 0xA0) return 2; // U+00A0
-    if (c == 0xE1 && i + 2 < s.size() && static_cast<unsigned char>(s[i + 1]) == 0x9A &&
-        static_cast<unsigned char>(s[i + 2]) == 0x80)
-        return 3; // U+1680
-    if (c == 0xE2 && i + 2 < s.size()) {
-        unsigned char c1 = static_cast<unsigned char>(s[i + 1]), c2 = static_cast<unsigned char>(s[i + 2]);
-        if (c1 == 0x80 && (c2 <= 0x8A || c2 == 0xAF)) return 3; // U+2000-200A, U+202F
-        if (c1 == 0x81 && c2 == 0x9F) return 3;                 // U+205F
-    }
-    if (c == 0xE3 && i + 2 < s.size() && static_cast<unsigned char>(s[i + 1]) == 0x80 &&
-        static_cast<unsigned char>(s[i + 2]) == 0x80)
-        return 3; // U+3000
-    return 0;
-}
-
-// Length of a trailing Unicode blank ending just before `end`, 0 if none.
-size_t blankLengthBefore(std::string_view s, size_t end) {
-    for (size_t len = 1; len <= 3 && len <= end; ++len)
-        if (blankLengthAt(s, end - len) == len) return len;
-    return 0;
-}
-
 } // namespace
 
 std::optional<double> parseCDouble(std::string_view text) {
@@ -106,21 +80,6 @@ std::string formatEightDecimals(double value) {
     }
     uselocale(previous);
     return out;
-}
-
-std::string trimBlanks(std::string_view text) {
-    size_t begin = 0, end = text.size();
-    while (begin < end) {
-        size_t len = blankLengthAt(text, begin);
-        if (len == 0 || begin + len > end) break;
-        begin += len;
-    }
-    while (end > begin) {
-        size_t len = blankLengthBefore(text.substr(0, end), end);
-        if (len == 0 || end - len < begin) break;
-        end -= len;
-    }
-    return std::string(text.substr(begin, end - begin));
 }
 
 std::vector<std::string> split(std::string_view text, std::string_view separator) {

@@ -25,10 +25,6 @@ int64_t integerFromDoubleText(double value);
 // "%.8f" in the C locale, whatever the process's locale: 1.5 is "1.50000000".
 std::string formatEightDecimals(double value);
 
-// Strips leading and trailing blanks and tabs: U+0009 and the Unicode space
-// separators (U+0020, U+00A0, U+2000...), never newlines.
-std::string trimBlanks(std::string_view text);
-
 // Splits on every occurrence of `separator`, keeping empty pieces. An empty
 // separator gives the whole text as one piece.
 std::vector<std::string> split(std::string_view text, std::string_view separator);

@@ -1,5 +1,7 @@
 #include "corvane/converters/DateTimeValueConverter.hpp"
 
+#include "corvane/helpers/WhiteSpace.hpp"
+
 #include <unicode/calendar.h>
 #include <unicode/locid.h>
 #include <unicode/parsepos.h>
@@ -66,18 +68,6 @@ struct ThreadFormatting {
 ThreadFormatting& threadFormatting() {
     thread_local ThreadFormatting formatting;
     return formatting;
-}
-
-icu::UnicodeString trimmedWhiteSpace(const icu::UnicodeString& s) {
-    int32_t start = 0, end = s.length();
-    while (start < end && u_isUWhiteSpace(s.char32At(start)))
-        start = s.moveIndex32(start, 1);
-    while (end > start) {
-        int32_t previous = s.moveIndex32(end, -1);
-        if (!u_isUWhiteSpace(s.char32At(previous))) break;
-        end = previous;
-    }
-    return icu::UnicodeString(s, start, end - start);
 }
 
 // The first `count` code points of `s`.
@@ -264,7 +254,7 @@ std::optional<Date> DateTimeValueConverter::typedValueFromStringValue(const Opti
     icu::UnicodeString text = icu::UnicodeString::fromUTF8(*value);
     text.findAndReplace(u":", u"");
     text.findAndReplace(u"_", u"");
-    text = trimmedWhiteSpace(text);
+    text = trimUnicodeWhiteSpace(text);
     if (text.isEmpty()) return std::nullopt;
 
     static const std::string working = "yyyyMMdd HHmmss";

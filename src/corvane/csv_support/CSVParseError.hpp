@@ -1,13 +1,14 @@
 #pragma once
 
-#include <stdexcept>
+#include "corvane/utilities/Error.hpp"
+
 #include <string>
 #include <utility>
 
 namespace corvane {
 
 // A failure of the CSV state machine. `what()` is the message.
-class CSVParseError : public std::runtime_error {
+class CSVParseError : public Error {
 public:
     enum class Case { generic, quotation };
 
@@ -22,7 +23,7 @@ public:
     std::string message() const { return what(); }
 
 private:
-    CSVParseError(Case c, std::string message) : std::runtime_error(std::move(message)), case_(c) {}
+    CSVParseError(Case c, std::string message) : Error(std::move(message)), case_(c) {}
 
     Case case_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <stdexcept>
+#include "corvane/utilities/CaseException.hpp"
+
 #include <string_view>
 
 namespace corvane {
@@ -11,14 +12,6 @@ enum class CSVWriteError { cannotOpenFile, cannotReadFile, cannotWriteStream };
 std::string_view message(CSVWriteError error);
 
 // Thrown by CSVWriter; `what()` is the message of the case.
-class CSVWriteException : public std::runtime_error {
-public:
-    explicit CSVWriteException(CSVWriteError error)
-        : std::runtime_error(std::string(message(error))), error_(error) {}
-    CSVWriteError error() const { return error_; }
-
-private:
-    CSVWriteError error_;
-};
+using CSVWriteException = CaseException<CSVWriteError>;
 
 } // namespace corvane

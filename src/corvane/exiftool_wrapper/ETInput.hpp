@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "corvane/exiftool_wrapper/ETLanguage.hpp"
 #include "corvane/exiftool_wrapper/ETPathFilter.hpp"
-#include "corvane/utilities/ETLanguage.hpp"
 
 namespace corvane {
 

@@ -36,7 +36,7 @@ std::string ETFileMessage::description() const {
 }
 
 ETOutputException::ETOutputException(ETOutputError error, std::vector<ETFileMessage> errors)
-    : std::runtime_error(std::string(message(error))), error_(error), fileErrors_(std::move(errors)) {}
+    : Error(std::string(message(error))), error_(error), fileErrors_(std::move(errors)) {}
 
 std::string ETOutputException::details() const {
     std::string out = what();

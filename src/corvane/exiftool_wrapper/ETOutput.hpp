@@ -1,8 +1,9 @@
 #pragma once
 
+#include "corvane/utilities/Error.hpp"
+
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,7 +40,7 @@ struct ETFileMessage {
     friend bool operator==(const ETFileMessage&, const ETFileMessage&) = default;
 };
 
-class ETOutputException : public std::runtime_error {
+class ETOutputException : public Error {
 public:
     ETOutputException(ETOutputError error, std::vector<ETFileMessage> errors);
     ETOutputError error() const { return error_; }

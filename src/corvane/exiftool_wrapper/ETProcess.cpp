@@ -21,6 +21,7 @@
 #include "corvane/exiftool_wrapper/detail/ChildProcess.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/JSONInput.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
 
 namespace corvane {
@@ -240,13 +241,6 @@ bool isBlank(std::string_view s) {
     return s.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
-std::string_view trimmed(std::string_view s) {
-    const auto b = s.find_first_not_of(" \t\r\n");
-    if (b == std::string_view::npos) return {};
-    const auto e = s.find_last_not_of(" \t\r\n");
-    return s.substr(b, e - b + 1);
-}
-
 // ---- One run ---------------------------------------------------------------------------------
 
 struct RunState {
@@ -442,7 +436,7 @@ std::string joinOutputs(const std::vector<std::string>& chunks) {
     std::size_t nonEmpty = 0;
     bool allArrays = true;
     for (const auto& c : chunks) {
-        const auto t = trimmed(c);
+        const auto t = trimAsciiWhiteSpace(c);
         if (t.empty()) continue;
         ++nonEmpty;
         if (t.front() != '[' || t.back() != ']') allArrays = false;
@@ -456,9 +450,9 @@ std::string joinOutputs(const std::vector<std::string>& chunks) {
     out = "[";
     bool first = true;
     for (const auto& c : chunks) {
-        auto t = trimmed(c);
+        auto t = trimAsciiWhiteSpace(c);
         if (t.empty()) continue;
-        const auto inner = trimmed(t.substr(1, t.size() - 2));
+        const auto inner = trimAsciiWhiteSpace(t.substr(1, t.size() - 2));
         if (inner.empty()) continue;
         if (!first) out += ",\n";
         out.append(inner);
@@ -619,7 +613,7 @@ void collectJSONMessages(const std::string& chunk, const Command& command,
     if (chunk.find("\"Error\"") == std::string::npos && chunk.find("\"Warning\"") == std::string::npos &&
         chunk.find(":Error\"") == std::string::npos && chunk.find(":Warning\"") == std::string::npos)
         return;
-    const auto t = trimmed(chunk);
+    const auto t = trimAsciiWhiteSpace(chunk);
     if (t.empty() || t.front() != '[') return;
     try {
         checkJSONNesting(t, "ExifTool output");

@@ -75,7 +75,7 @@ void TagEditorPresets::useCustomAction(const TagItem& item, const UseCustomActio
 }
 
 void TagEditorPresets::searchAndReplace(const TagItem& item, const SearchAndReplaceSettings& settings) const {
-    if (WhiteSpace::isBlank(settings.search)) return;
+    if (isUnicodeWhiteSpace(settings.search)) return;
     TextReplacement::Options options = 0;
     if (settings.ignoreCase) options |= TextReplacement::caseInsensitive;
     if (settings.ignoreDiacritic) options |= TextReplacement::diacriticInsensitive;

@@ -4,6 +4,7 @@
 #include "corvane/csv_support/CSVDelimiter.hpp"
 #include "corvane/csv_support/EnumeratedCSVView.hpp"
 #include "corvane/csv_support/Utf8.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_value/TagPair.hpp"
 
 namespace corvane {
@@ -14,32 +15,6 @@ std::string_view message(CSVSidecarReader::ReadError error) {
         return "Data decoding failed";
     }
     return "Data decoding failed";
-}
-
-bool CSVSidecarReader::trimCharSet(char32_t scalar) {
-    // The White_Space property holds the blanks and also LF, CR, VT, FF, NEL, LS and PS.
-    return utf8::isWhitespace(scalar);
-}
-
-std::string_view CSVSidecarReader::trimmed(std::string_view text) {
-    std::size_t begin = 0;
-    while (begin < text.size()) {
-        std::size_t next = begin;
-        if (!trimCharSet(utf8::decode(text, next))) break;
-        begin = next;
-    }
-    std::size_t end = text.size();
-    while (end > begin) {
-        // Step back to the first byte of the last scalar.
-        std::size_t start = end - 1;
-        while (start > begin && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80)
-            --start;
-        std::size_t next = start;
-        char32_t scalar = utf8::decode(text, next);
-        if (next != end || !trimCharSet(scalar)) break;
-        end = start;
-    }
-    return text.substr(begin, end - begin);
 }
 
 SidecarReader::Values CSVSidecarReader::readData(std::string_view data) const {
@@ -56,9 +31,10 @@ SidecarReader::Values CSVSidecarReader::readString(std::string_view string) cons
     result.reserve(view.rows().size());
     for (const auto& row : view.rows()) {
         if (row.size() != 2) continue;
-        auto name = TagName::fromRawValue(trimmed(row[0]));
+        // Blanks and CR/LF around a name or a value never reach the tag.
+        auto name = TagName::fromRawValue(trimUnicodeWhiteSpace(row[0]));
         if (!name) continue;
-        auto pair = TagPair::fromName(*name, DynamicValue(std::string(trimmed(row[1]))));
+        auto pair = TagPair::fromName(*name, DynamicValue(std::string(trimUnicodeWhiteSpace(row[1]))));
         if (!pair) continue;
         result.insert_or_assign(pair->name(), pair->value());
     }

@@ -18,12 +18,6 @@ public:
     // Thrown by the reader; `what()` is the message of the case.
     using ReadException = CaseException<ReadError>;
 
-    // Whether the reader trims `scalar` from both ends of names and values: white space and line
-    // ends, so that blanks and CR/LF around a value never reach the tag.
-    static bool trimCharSet(char32_t scalar);
-    // `text` without the characters of `trimCharSet` at both ends.
-    static std::string_view trimmed(std::string_view text);
-
     // ReadException(dataDecodingFailed) when the bytes aren't UTF-8; a leading byte-order mark is
     // dropped. Then as `readString`.
     Values readData(std::string_view data) const override;

@@ -233,7 +233,7 @@ std::string TagEditorEditions::capitalized(const std::string& text) {
 }
 
 std::string TagEditorEditions::trimmed(const std::string& text) {
-    return std::string(WhiteSpace::trimmed(text));
+    return std::string(trimUnicodeWhiteSpace(text));
 }
 
 void TagEditorEditions::lowercaseText(const TagItem& item) const {

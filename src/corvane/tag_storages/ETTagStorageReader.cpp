@@ -4,6 +4,7 @@
 
 #include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_storages/FinderResources.hpp"
 #include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
@@ -20,13 +21,6 @@ namespace {
 // The tail of ExifTool's placeholder for binary values: "(Binary data 1234 bytes, use -b option to extract)".
 constexpr std::string_view binaryPlaceholder = "use -b option to extract";
 constexpr std::string_view keysGroup = "Keys";
-
-std::string_view trimmedView(std::string_view s) {
-    const auto b = s.find_first_not_of(" \t\r\n\v\f");
-    if (b == std::string_view::npos) return {};
-    const auto e = s.find_last_not_of(" \t\r\n\v\f");
-    return s.substr(b, e - b + 1);
-}
 
 bool containsAny(std::string_view text, const std::vector<std::string>& needles) {
     for (const auto& needle : needles)
@@ -275,10 +269,10 @@ private:
         const auto colon = key.find(':');
         const std::string_view text(key);
         if (colon == std::string::npos) {
-            info.g0 = info.g1 = std::string(trimmedView(text));
+            info.g0 = info.g1 = std::string(trimAsciiWhiteSpace(text));
         } else {
-            info.g0 = std::string(trimmedView(text.substr(0, colon)));
-            info.g1 = std::string(trimmedView(text.substr(colon + 1)));
+            info.g0 = std::string(trimAsciiWhiteSpace(text.substr(0, colon)));
+            info.g1 = std::string(trimAsciiWhiteSpace(text.substr(colon + 1)));
         }
         info.banned = (!info.g0.empty() && containsAny(info.g0, bannedStreams_)) ||
                       (!info.g1.empty() && containsAny(info.g1, bannedStreams_));
@@ -389,9 +383,6 @@ std::string_view message(ETTagStorageReader::ReadError error) {
     }
     return "Data decoding failed";
 }
-
-ETTagStorageReader::ReadException::ReadException(ReadError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
 
 // --- Reader
 

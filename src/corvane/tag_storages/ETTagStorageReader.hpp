@@ -1,14 +1,14 @@
 #pragma once
 
+#include "corvane/exiftool_wrapper/ETLanguage.hpp"
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
 #include "corvane/tag_storages/TagStorageReader.hpp"
 #include "corvane/tag_storages/TagStorageReaderSettings.hpp"
 #include "corvane/tag_storages/TagStorageSource.hpp"
-#include "corvane/utilities/ETLanguage.hpp"
+#include "corvane/utilities/CaseException.hpp"
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,14 +80,7 @@ public:
     enum class ReadError { readerOutputIsEmpty, dataDecodingFailed };
 
     // Thrown by the reader; `what()` is the message of the case.
-    class ReadException : public std::runtime_error {
-    public:
-        explicit ReadException(ReadError error);
-        ReadError error() const { return error_; }
-
-    private:
-        ReadError error_;
-    };
+    using ReadException = CaseException<ReadError>;
 
     explicit ETTagStorageReader(Settings settings);
     ETTagStorageReader(const ETTagStorageReader&) = delete;

@@ -158,9 +158,6 @@ struct ETTagStorageWriter::ReportFiles {
     }
 };
 
-ETTagStorageWriter::WriteException::WriteException(WriteError error)
-    : std::runtime_error(std::string(message(error))), error_(error) {}
-
 // --- Writer
 
 ETTagStorageWriter::ETTagStorageWriter(Settings settings)
@@ -228,8 +225,9 @@ void ETTagStorageWriter::writeStorages(const std::vector<TagStorage>& storages) 
         auto& debugger = KitDebugger::shared();
         debugger.log([&] {
             std::string line = "-XMP:XMPToolkit=" + KitSettings::shared().xmpToolkit();
+            // Appended, not " " + ...: GCC 12 flags that with a false overlap warning in release builds.
             for (const TagStorage* storage : written)
-                line += " " + targetURL(*storage).string();
+                line.append(" ").append(targetURL(*storage).string());
             return line;
         });
         debugger.log([&] {

@@ -5,12 +5,12 @@
 #include "corvane/tag_storages/TagStorage.hpp"
 #include "corvane/tag_storages/TagStorageWriter.hpp"
 #include "corvane/tag_storages/TagStorageWriterSettings.hpp"
+#include "corvane/utilities/CaseException.hpp"
 #include "corvane/utilities/Error.hpp"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <stdexcept>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -79,14 +79,7 @@ public:
     };
 
     // Thrown by the writer; `what()` is the message of the case.
-    class WriteException : public std::runtime_error {
-    public:
-        explicit WriteException(WriteError error);
-        WriteError error() const { return error_; }
-
-    private:
-        WriteError error_;
-    };
+    using WriteException = CaseException<WriteError>;
 
     /// What a write did to one storage's file (or folder), from what ExifTool reported for it.
     struct FileOutcome {

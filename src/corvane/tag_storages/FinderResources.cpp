@@ -1,5 +1,7 @@
 #include "corvane/tag_storages/FinderResources.hpp"
 
+#include "corvane/helpers/WhiteSpace.hpp"
+
 #include <cerrno>
 #include <charconv>
 #include <chrono>
@@ -73,15 +75,6 @@ std::error_code storeAttribute(const std::filesystem::path& url, const char* nam
 std::error_code removeAttribute(const std::filesystem::path& url, const char* name) {
     if (::removexattr(url.c_str(), name) == 0 || errno == ENODATA) return {};
     return lastError();
-}
-
-std::string_view trimmed(std::string_view text) {
-    auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
 }
 
 template <typename Int> bool parseDigits(std::string_view text, Int& out) {
@@ -158,7 +151,7 @@ void FinderResources::write(const std::filesystem::path& url) const {
 std::string FinderResources::encodeTags(const std::vector<std::string>& tags) {
     std::string text;
     for (const std::string& tag : tags) {
-        if (trimmed(tag).empty()) continue; // cannot be told from a separator
+        if (trimAsciiWhiteSpace(tag).empty()) continue; // cannot be told from a separator
         if (!text.empty()) text += ',';
         for (char c : tag) {
             if (c == ',' || c == '\\') text += '\\';
@@ -172,7 +165,7 @@ std::vector<std::string> FinderResources::decodeTags(std::string_view text) {
     std::vector<std::string> tags;
     std::string current;
     auto flush = [&] {
-        std::string_view tag = trimmed(current);
+        std::string_view tag = trimAsciiWhiteSpace(current);
         if (!tag.empty()) tags.emplace_back(tag);
         current.clear();
     };
@@ -209,7 +202,7 @@ std::string FinderResources::encodeDate(Date date) {
 
 std::optional<Date> FinderResources::decodeDate(std::string_view text) {
     using namespace std::chrono;
-    text = trimmed(text);
+    text = trimAsciiWhiteSpace(text);
     // YYYY-MM-DDTHH:MM:SS[.fraction](Z|+HH:MM|-HH:MM)
     if (text.size() < 20 || text[4] != '-' || text[7] != '-' || (text[10] != 'T' && text[10] != ' ') ||
         text[13] != ':' || text[16] != ':')

@@ -215,7 +215,7 @@ std::vector<TagName> TagStorage::flushChanges() {
     std::vector<TagName> names = writtenTagNames();
     for (const TagName& name : names) {
         std::string& value = writtenValues_.at(name);
-        if (WhiteSpace::isBlank(value))
+        if (isUnicodeWhiteSpace(value))
             originalValues_.erase(name);
         else
             originalValues_.insert_or_assign(name, std::move(value));

@@ -2,7 +2,7 @@
 
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/helpers/ConcurrentPerform.hpp"
-#include "corvane/photos_scripting/PhotoLibrary.hpp"
+#include "corvane/photos_library/PhotoLibrary.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"

@@ -1,5 +1,6 @@
 #include "corvane/utilities/KitDebugger.hpp"
 
+#include "corvane/Version.hpp"
 #include "corvane/utilities/Date.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/UserDefaults.hpp"

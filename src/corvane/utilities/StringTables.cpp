@@ -87,7 +87,7 @@ constexpr RawEntry englishEntries[] = {
 
 // Country names: key, text.
 constexpr std::pair<const char*, const char*> englishCountries[] = {
-#include "corvane/utilities/CountryNames.inc"
+#include "corvane/utilities/detail/CountryNames.inc"
 };
 
 struct BundleCloser {

@@ -1,6 +1,6 @@
 #include "corvane/value_models/CoordinateParser.hpp"
 
-#include "corvane/value_models/IcuRegex.hpp"
+#include "corvane/helpers/IcuRegex.hpp"
 
 #include <unicode/unistr.h>
 
@@ -30,12 +30,17 @@ std::string compose(std::initializer_list<std::string> parts) {
     return out + str(CoordinateParser::spacePattern);
 }
 
+// Appended rather than "(" + ..., which GCC 12 flags with a false overlap warning in release builds.
 std::string optionalGroup(std::string_view piece) {
-    return "(" + str(piece) + "?)";
+    return std::string("(").append(piece).append("?)");
 }
 std::string signedGroup(std::string_view number) {
-    return "(" + str(CoordinateParser::signPattern) + "?" + str(CoordinateParser::spacePattern) +
-           str(number) + ")";
+    return std::string("(")
+        .append(CoordinateParser::signPattern)
+        .append("?")
+        .append(CoordinateParser::spacePattern)
+        .append(number)
+        .append(")");
 }
 std::string optional(std::string_view piece) {
     return str(piece) + "?";
@@ -341,7 +346,7 @@ const std::string& CoordinateParser::coordinateISO6709Pattern() {
 }
 
 std::string CoordinateParser::makeCoordinatePattern(const std::vector<std::string>& parts) {
-    std::string out = "^" + str(spacePattern);
+    std::string out = std::string("^").append(spacePattern);
     for (size_t i = 0; i < parts.size(); ++i) {
         if (i > 0) out += separatorPattern;
         out += parts[i];

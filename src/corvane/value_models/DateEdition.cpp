@@ -1,7 +1,7 @@
 #include "corvane/value_models/DateEdition.hpp"
 
+#include "corvane/helpers/IcuRegex.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
-#include "corvane/value_models/IcuRegex.hpp"
 
 #include <nlohmann/json.hpp>
 

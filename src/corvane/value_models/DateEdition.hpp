@@ -1,12 +1,12 @@
 #pragma once
 
+#include "corvane/utilities/CaseException.hpp"
 #include "corvane/utilities/Date.hpp"
 #include "corvane/value_models/DateValues.hpp"
 
 #include <nlohmann/json_fwd.hpp>
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -48,15 +48,7 @@ public:
     static std::string_view message(DecodingError error);
 
     // Thrown when a JSON value can't be read as an edition.
-    class DecodingException : public std::runtime_error {
-    public:
-        explicit DecodingException(DecodingError error)
-            : std::runtime_error(std::string(message(error))), error_(error) {}
-        DecodingError error() const { return error_; }
-
-    private:
-        DecodingError error_;
-    };
+    using DecodingException = CaseException<DecodingError>;
 
     DateEdition(Case value) : value_(std::move(value)) {}
     template <class T>
@@ -87,6 +79,11 @@ public:
 private:
     Case value_;
 };
+
+// The message of a decoding error, as the case exception asks for it.
+inline std::string_view message(DateEdition::DecodingError error) {
+    return DateEdition::message(error);
+}
 
 } // namespace corvane
 

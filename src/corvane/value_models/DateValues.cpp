@@ -1,5 +1,6 @@
 #include "corvane/value_models/DateValues.hpp"
 
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/value_models/GregorianCalendar.hpp"
 
 #include <charconv>
@@ -19,15 +20,6 @@ constexpr Key kKeys[] = {
     {"YY", &DateValues::year}, {"MM", &DateValues::month},  {"DD", &DateValues::day},
     {"hh", &DateValues::hour}, {"mm", &DateValues::minute}, {"ss", &DateValues::second},
 };
-
-std::string_view trimBlanks(std::string_view s) {
-    const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
-    while (!s.empty() && isBlank(s.front()))
-        s.remove_prefix(1);
-    while (!s.empty() && isBlank(s.back()))
-        s.remove_suffix(1);
-    return s;
-}
 
 // A base-10 integer with an optional sign and nothing else.
 std::optional<int64_t> parseInteger(std::string_view s) {
@@ -68,9 +60,9 @@ DateValues DateValues::fromDescription(const std::optional<std::string>& descrip
         const std::string_view piece = rest.substr(0, cut);
         const size_t colon = piece.find(':');
         if (colon != std::string_view::npos) {
-            const std::string_view key = trimBlanks(piece.substr(0, colon));
+            const std::string_view key = trimAsciiBlanks(piece.substr(0, colon));
             for (const Key& k : kKeys)
-                if (key == k.name) values.*k.field = parseInteger(trimBlanks(piece.substr(colon + 1)));
+                if (key == k.name) values.*k.field = parseInteger(trimAsciiBlanks(piece.substr(colon + 1)));
         }
         if (cut == std::string_view::npos) break;
         rest.remove_prefix(cut + 2);

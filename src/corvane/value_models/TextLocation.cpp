@@ -1,7 +1,7 @@
 #include "corvane/value_models/TextLocation.hpp"
 
+#include "corvane/helpers/IcuRegex.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
-#include "corvane/value_models/IcuRegex.hpp"
 
 #include <initializer_list>
 #include <vector>
@@ -38,7 +38,7 @@ formatAddressComponents(std::initializer_list<std::initializer_list<const TextLo
 } // namespace
 
 TextLocation::Field TextLocation::nonBlank(const Field& text) {
-    if (!text || WhiteSpace::isBlank(*text)) return std::nullopt;
+    if (!text || isUnicodeWhiteSpace(*text)) return std::nullopt;
     return text;
 }
 
@@ -65,14 +65,8 @@ std::string TextLocation::shortFormattedAddress() const {
 
 TextLocation::Field TextLocation::iptcSublocation() const {
     if (placeName_) return placeName_;
-    std::string text = " " + streetNumber_.value_or("") + " " + streetName_.value_or("");
-    const auto isBlankChar = [](char c) { return c == ' ' || c == '\t'; };
-    size_t begin = 0, end = text.size();
-    while (begin < end && isBlankChar(text[begin]))
-        ++begin;
-    while (end > begin && isBlankChar(text[end - 1]))
-        --end;
-    return nonBlank(text.substr(begin, end - begin));
+    const std::string text = streetNumber_.value_or("") + " " + streetName_.value_or("");
+    return nonBlank(std::string(trimAsciiBlanks(text)));
 }
 
 } // namespace corvane

@@ -1,4 +1,4 @@
-#include "corvane/tag_editor/AddressLookup.hpp"
+#include "corvane/location_support/AddressLookup.hpp"
 
 #include "corvane/tag_editor/EXIFAccessor.hpp"
 #include "corvane/tag_editor/IPTCAccessor.hpp"

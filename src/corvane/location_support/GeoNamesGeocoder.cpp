@@ -1,4 +1,4 @@
-#include "corvane/tag_editor/GeoNamesGeocoder.hpp"
+#include "corvane/location_support/GeoNamesGeocoder.hpp"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>

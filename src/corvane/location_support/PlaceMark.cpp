@@ -1,4 +1,4 @@
-#include "corvane/tag_editor/PlaceMark.hpp"
+#include "corvane/location_support/PlaceMark.hpp"
 
 namespace corvane {
 

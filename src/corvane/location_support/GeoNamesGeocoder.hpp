@@ -1,6 +1,6 @@
 #pragma once
 
-#include "corvane/tag_editor/Geocoder.hpp"
+#include "corvane/location_support/Geocoder.hpp"
 
 #include <cstddef>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "corvane/value_models/IcuRegex.hpp"
+#include "corvane/helpers/IcuRegex.hpp"
 
 #include "corvane/utilities/FatalError.hpp"
 

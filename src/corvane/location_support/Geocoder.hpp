@@ -1,6 +1,6 @@
 #pragma once
 
-#include "corvane/tag_editor/PlaceMark.hpp"
+#include "corvane/location_support/PlaceMark.hpp"
 #include "corvane/value_models/Coordinate.hpp"
 
 #include <memory>

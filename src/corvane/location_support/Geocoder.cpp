@@ -1,6 +1,6 @@
-#include "corvane/tag_editor/Geocoder.hpp"
+#include "corvane/location_support/Geocoder.hpp"
 
-#include "corvane/tag_editor/GeoNamesGeocoder.hpp"
+#include "corvane/location_support/GeoNamesGeocoder.hpp"
 
 #include <mutex>
 

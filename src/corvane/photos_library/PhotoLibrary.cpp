@@ -1,4 +1,4 @@
-#include "corvane/photos_scripting/PhotoLibrary.hpp"
+#include "corvane/photos_library/PhotoLibrary.hpp"
 
 #include "corvane/tag_editor/TagEditor.hpp"
 

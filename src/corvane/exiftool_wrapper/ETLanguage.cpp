@@ -1,4 +1,4 @@
-#include "corvane/utilities/ETLanguage.hpp"
+#include "corvane/exiftool_wrapper/ETLanguage.hpp"
 
 #include "corvane/helpers/NotificationCenter.hpp"
 #include "corvane/utilities/KitSettings.hpp"

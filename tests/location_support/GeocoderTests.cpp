@@ -1,10 +1,10 @@
 // Address look-ups: the offline GeoNames geocoder on known cities, the shared geocoder, and the
 // completion of an editor's place from one family's position or address.
 
-#include "corvane/tag_editor/AddressLookup.hpp"
+#include "corvane/location_support/AddressLookup.hpp"
+#include "corvane/location_support/GeoNamesGeocoder.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_editor/EXIFAccessor.hpp"
-#include "corvane/tag_editor/GeoNamesGeocoder.hpp"
 #include "corvane/tag_editor/IPTCAccessor.hpp"
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
