@@ -134,9 +134,22 @@ void SaveTagEditorsTask::saveWithCoreImage(const std::vector<std::shared_ptr<Tag
     const auto storages = flushEditors(editors);
     // One subprocess per file, up to eight at a time; each failure is that file's own error.
     const double step = 1.0 / static_cast<double>(storages.size());
+    // Each file's outcome is recorded as the ExifTool writer's are, so that callers count both alike.
     mapSubprocess(storages, [this, step](const TagStorage& storage) {
-        CGTagStorageWriter writer(CGTagStorageWriter::Settings({storage}));
-        writer.write();
+        using Outcome = ETTagStorageWriter::FileOutcome;
+        Outcome outcome{storage.source().url(), Outcome::Status::written, {}};
+        try {
+            CGTagStorageWriter writer(CGTagStorageWriter::Settings({storage}));
+            writer.write();
+            if (storage.writtenValues().empty()) outcome.status = Outcome::Status::unchanged;
+        } catch (const std::exception& e) {
+            outcome.status = Outcome::Status::failed;
+            outcome.reason = e.what();
+            recordOutcomes({outcome});
+            incrementProgress(step);
+            throw;
+        }
+        recordOutcomes({outcome});
         incrementProgress(step);
     });
 #else

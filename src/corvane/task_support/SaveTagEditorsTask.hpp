@@ -21,7 +21,7 @@ namespace corvane {
 // Each editor is flushed before the write: its written values become originals and the storage as
 // it stood, with its edits, is what gets written. A failed write leaves its error in `errors()` and
 // doesn't bring the edits back; a caller that needs the true state reloads the files. Each file's
-// outcome, from what ExifTool reported for it, is kept in `fileOutcomes()`.
+// outcome, from what the engine reported for it, is kept in `fileOutcomes()`.
 class SaveTagEditorsTask : public AbstractTask {
 public:
     class Settings {

@@ -1,5 +1,7 @@
 #include "corvane/utilities/KitSettings.hpp"
 
+#include "corvane/Version.hpp"
+
 namespace corvane {
 
 KitSettings& KitSettings::shared() {
