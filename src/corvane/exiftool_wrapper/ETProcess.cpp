@@ -13,6 +13,7 @@
 #include <poll.h>
 #include <random>
 #include <string_view>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -21,6 +22,7 @@
 #include "corvane/exiftool_wrapper/detail/ChildProcess.hpp"
 #include "corvane/exiftool_wrapper/detail/ETArgumentFile.hpp"
 #include "corvane/exiftool_wrapper/detail/ETRunOutput.hpp"
+#include "corvane/exiftool_wrapper/detail/ETStayOpenProcess.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/JSONInput.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
@@ -137,6 +139,121 @@ ETOutput ETProcess::run(const ETInput& input) {
     return process.execute(input);
 }
 
+void ETProcess::setPool(std::shared_ptr<ETProcessPool> pool) {
+    std::lock_guard lock(stateMutex_);
+    pool_ = std::move(pool);
+}
+
+std::shared_ptr<ETProcessPool> ETProcess::pool() const {
+    std::lock_guard lock(stateMutex_);
+    return pool_;
+}
+
+void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile& lines,
+                              detail::ETRunState& run, std::chrono::steady_clock::time_point deadline,
+                              ETOutput& state, const std::function<void(double)>& setProgress) {
+    int startError = 0;
+    auto process = pool.acquire(startError);
+    if (!process) {
+        state.processError_ = startError == ENOENT || startError == EACCES ? ETOutputError::executableNotFound
+                                                                           : ETOutputError::launchFailed;
+        return;
+    }
+    const auto id = std::to_string(++process->runs);
+    std::string request;
+    for (const auto& part : lines.parts())
+        request += part.text;
+    request += "-execute" + id + "\n";
+    const std::string ready = "{ready" + id + "}\n";
+
+    auto stopRequested = [this] { return cancelRequested_.load() || detail::stopAllChildren().load(); };
+    // Reads what is there; false once the stream has ended (the process died).
+    auto drain = [](int fd, auto&& append) {
+        char buffer[65536];
+        for (;;) {
+            const auto n = ::read(fd, buffer, sizeof buffer);
+            if (n > 0) {
+                append(std::string_view(buffer, static_cast<std::size_t>(n)));
+                continue;
+            }
+            if (n < 0 && errno == EINTR) continue;
+            return n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
+        }
+    };
+    auto endsWithLine = [](const std::string& text, const std::string& line) {
+        return text.ends_with(line) &&
+               (text.size() == line.size() || text[text.size() - line.size() - 1] == '\n');
+    };
+    // The last command's marker ends its standard error, after "{ready}" has ended its output.
+    auto errorStreamEnded = [&run] {
+        std::string_view text = run.err.text;
+        if (!text.ends_with('\n')) return false;
+        text.remove_suffix(1);
+        // rfind gives npos, and npos + 1 is 0, when the marker is the only line.
+        const auto k = run.markerIndex(text.substr(text.rfind('\n') + 1));
+        return k && *k + 1 == run.commands.size();
+    };
+
+    std::size_t sent = 0;
+    bool died = false, answered = false;
+    std::optional<ETOutputError> killedFor;
+    std::optional<Clock::time_point> errorGrace;
+    for (;;) {
+        if (stopRequested()) {
+            killedFor = ETOutputError::cancelled;
+            break;
+        }
+        const auto now = Clock::now();
+        if (now >= deadline) {
+            killedFor = ETOutputError::timedOut;
+            break;
+        }
+        if (answered && (errorStreamEnded() || now >= *errorGrace)) break;
+        pollfd fds[3] = {{process->out, POLLIN, 0}, {process->err, POLLIN, 0}, {process->in, POLLOUT, 0}};
+        const nfds_t count = sent < request.size() ? 3 : 2;
+        const auto wait = std::min<long long>(
+            100, std::chrono::duration_cast<std::chrono::milliseconds>(deadline - now).count() + 1);
+        if (::poll(fds, count, static_cast<int>(wait)) < 0 && errno != EINTR) {
+            died = true;
+            break;
+        }
+        if (count == 3 && (fds[2].revents & (POLLOUT | POLLERR | POLLHUP))) {
+            const auto n = ::send(process->in, request.data() + sent, request.size() - sent,
+                                  MSG_NOSIGNAL | MSG_DONTWAIT);
+            if (n > 0)
+                sent += static_cast<std::size_t>(n);
+            else if (n < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) {
+                died = true;
+                break;
+            }
+        }
+        if (fds[0].revents & (POLLIN | POLLHUP | POLLERR))
+            died = !drain(process->out, [&](std::string_view data) { run.out.text.append(data); }) || died;
+        if (fds[1].revents & (POLLIN | POLLHUP | POLLERR))
+            died = !drain(process->err, [&](std::string_view data) { run.err.append(data); }) || died;
+        const bool movedOut = run.scan(run.out);
+        const bool movedErr = run.scan(run.err);
+        if (movedOut || movedErr) setProgress(run.fraction());
+        if (died) break;
+        if (!answered && endsWithLine(run.out.text, ready)) {
+            answered = true;
+            // ExifTool flushed its standard error before answering: what is left is in the pipe.
+            errorGrace = Clock::now() + std::chrono::milliseconds(500);
+        }
+    }
+
+    if (killedFor) {
+        // ExifTool removes its temporary file on SIGINT; the process is replaced.
+        state.processError_ = killedFor;
+    } else if (died) {
+        state.processError_ = ETOutputError::abnormalTermination;
+    } else {
+        run.out.text.erase(run.out.text.size() - ready.size());
+        state.exitStatus_ = run.exitStatus(run.out.text);
+    }
+    pool.release(std::move(process), answered && !killedFor && !died);
+}
+
 ETOutput ETProcess::execute(const ETInput& input) {
     std::lock_guard runLock(runMutex_);
     cancelRequested_.store(false);
@@ -206,6 +323,21 @@ ETOutput ETProcess::execute(const ETInput& input) {
     };
 
     const auto limit = input.timeLimit ? *input.timeLimit : defaultTimeLimit(fileCount, folderCount);
+    if (auto pool = this->pool()) {
+        // A persistent process reads its arguments from one stream: a run with an argument that no
+        // line can hold goes to a process of its own.
+        detail::ETArgumentFile lines;
+        run.stayOpen = true;
+        detail::addRunArguments(lines, run.commands, [&run](std::size_t k) { return run.statusMarker(k); });
+        if (lines.fitsInLines()) {
+            state.arguments_ = lines.logged();
+            publish(state);
+            executeOnPool(*pool, lines, run, Clock::now() + limit, state, setProgress);
+            return conclude();
+        }
+        run.stayOpen = false;
+    }
+
     ArgumentPlan plan;
     detail::ETArgumentFile arguments;
     detail::addRunArguments(arguments, run.commands, [&run](std::size_t k) { return run.marker(k); });

@@ -4,13 +4,20 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 
 #include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
+#include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 
 namespace corvane {
+
+namespace detail {
+class ETArgumentFile;
+struct ETRunState;
+} // namespace detail
 
 // Runs the ExifTool program, one process per `ETInput`, whatever the number of files.
 //
@@ -49,6 +56,11 @@ public:
     // Writes the run's arguments, unknown errors and output to the debug log, when it is on.
     void debugProcessOutputIfEnabled() const;
 
+    // The pool of persistent processes that runs this instance's inputs; none (the default) starts
+    // a process per run. Set while no run is under way.
+    void setPool(std::shared_ptr<ETProcessPool> pool);
+    std::shared_ptr<ETProcessPool> pool() const;
+
     // One-shot form: a new process, one run, its output.
     static ETOutput run(const ETInput& input);
 
@@ -61,6 +73,9 @@ public:
 
 private:
     void publish(const ETOutput& state);
+    void executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile& lines, detail::ETRunState& run,
+                       std::chrono::steady_clock::time_point deadline, ETOutput& state,
+                       const std::function<void(double)>& setProgress);
 
     mutable std::mutex stateMutex_;
     ETOutput output_;
@@ -68,6 +83,7 @@ private:
     std::atomic<double> progress_{0};
     std::atomic<bool> running_{false};
     std::atomic<bool> cancelRequested_{false};
+    std::shared_ptr<ETProcessPool> pool_;
 };
 
 } // namespace corvane
