@@ -19,7 +19,8 @@ class ETArgumentFile;
 struct ETRunState;
 } // namespace detail
 
-// Runs the ExifTool program, one process per `ETInput`, whatever the number of files.
+// Runs the ExifTool program, one process per `ETInput`, whatever the number of files; or, given a
+// pool (`setPool`), one command sequence per `ETInput` on one of the pool's persistent processes.
 //
 // Arguments travel in an argument file ("-@"), never through a shell; an argument that such a file
 // can't hold as a plain line goes as an escaped C-string line, or straight in the process's argument
@@ -28,7 +29,10 @@ struct ETRunState;
 // "-progress" reports (their window-title form for commands that print JSON, which keeps ExifTool's
 // output buffered). A run that doesn't end within its time limit, or is cancelled, is stopped with
 // SIGINT (ExifTool then removes its temporary file) and killed only if it doesn't end within a
-// grace period; ExifTool also stops when the thread that started it dies.
+// grace period; ExifTool also stops when the thread that started it dies. A pooled run sends the same
+// lines through the process's standard input, ended by a numbered "-execute"; its outcome is the same
+// as a run of its own (the exit status comes from "${status}" in the command markers). A pooled run
+// whose arguments can't all be lines runs on a process of its own.
 //
 // One instance runs one input at a time (a second `execute` waits for the first); `output()`,
 // `progress()` and `cancel()` may be called from any thread.
@@ -39,8 +43,9 @@ public:
     ETProcess(const ETProcess&) = delete;
     ETProcess& operator=(const ETProcess&) = delete;
 
-    // Runs the input and blocks until ExifTool has ended (or was killed). The input's handlers are
-    // called on this thread. Never throws for a failed run: see ETOutput::throwIfErrors().
+    // Runs the input and blocks until ExifTool has ended (or was killed), or, on a pool, answered.
+    // The input's handlers are called on this thread. Never throws for a failed run: see
+    // ETOutput::throwIfErrors().
     ETOutput execute(const ETInput& input);
     // The last run's output, or the state so far while a run is under way.
     ETOutput output() const;
