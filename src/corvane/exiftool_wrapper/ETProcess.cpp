@@ -251,7 +251,9 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
         run.out.text.erase(run.out.text.size() - ready.size());
         state.exitStatus_ = run.exitStatus(run.out.text);
     }
-    pool.release(std::move(process), answered && !killedFor && !died);
+    // Standard error that didn't end with the run's last marker may still carry some of this run:
+    // the next run would take it for its own, so the process goes.
+    pool.release(std::move(process), answered && !killedFor && !died && errorStreamEnded());
 }
 
 ETOutput ETProcess::execute(const ETInput& input) {
