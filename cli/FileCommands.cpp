@@ -315,8 +315,13 @@ std::vector<std::string>& pathsAfterMark() {
 } // namespace
 
 void takePathsAfterMark(std::vector<std::string>& arguments) {
-    if (arguments.empty() || arguments.front() != "set") return;
-    const auto mark = std::find(arguments.begin(), arguments.end(), "--");
+    // The program's own options ("--engine NAME") may come before the command.
+    std::size_t command = 0;
+    while (command < arguments.size() && arguments[command].starts_with("-"))
+        command += arguments[command] == "--engine" ? 2 : 1;
+    if (command >= arguments.size() || arguments[command] != "set") return;
+    const auto mark =
+        std::find(arguments.begin() + static_cast<std::ptrdiff_t>(command), arguments.end(), "--");
     if (mark == arguments.end()) return;
     pathsAfterMark().assign(mark + 1, arguments.end());
     arguments.erase(mark, arguments.end());

@@ -4,15 +4,23 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 
 #include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
+#include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 
 namespace corvane {
 
-// Runs the ExifTool program, one process per `ETInput`, whatever the number of files.
+namespace detail {
+class ETArgumentFile;
+struct ETRunState;
+} // namespace detail
+
+// Runs the ExifTool program, one process per `ETInput`, whatever the number of files; or, given a
+// pool (`setPool`), one command sequence per `ETInput` on one of the pool's persistent processes.
 //
 // Arguments travel in an argument file ("-@"), never through a shell; an argument that such a file
 // can't hold as a plain line goes as an escaped C-string line, or straight in the process's argument
@@ -21,7 +29,10 @@ namespace corvane {
 // "-progress" reports (their window-title form for commands that print JSON, which keeps ExifTool's
 // output buffered). A run that doesn't end within its time limit, or is cancelled, is stopped with
 // SIGINT (ExifTool then removes its temporary file) and killed only if it doesn't end within a
-// grace period; ExifTool also stops when the thread that started it dies.
+// grace period; ExifTool also stops when the thread that started it dies. A pooled run sends the same
+// lines through the process's standard input, ended by a numbered "-execute"; its outcome is the same
+// as a run of its own (the exit status comes from "${status}" in the command markers). A pooled run
+// whose arguments can't all be lines runs on a process of its own.
 //
 // One instance runs one input at a time (a second `execute` waits for the first); `output()`,
 // `progress()` and `cancel()` may be called from any thread.
@@ -32,8 +43,9 @@ public:
     ETProcess(const ETProcess&) = delete;
     ETProcess& operator=(const ETProcess&) = delete;
 
-    // Runs the input and blocks until ExifTool has ended (or was killed). The input's handlers are
-    // called on this thread. Never throws for a failed run: see ETOutput::throwIfErrors().
+    // Runs the input and blocks until ExifTool has ended (or was killed), or, on a pool, answered.
+    // The input's handlers are called on this thread. Never throws for a failed run: see
+    // ETOutput::throwIfErrors().
     ETOutput execute(const ETInput& input);
     // The last run's output, or the state so far while a run is under way.
     ETOutput output() const;
@@ -49,6 +61,11 @@ public:
     // Writes the run's arguments, unknown errors and output to the debug log, when it is on.
     void debugProcessOutputIfEnabled() const;
 
+    // The pool of persistent processes that runs this instance's inputs; none (the default) starts
+    // a process per run. Set while no run is under way.
+    void setPool(std::shared_ptr<ETProcessPool> pool);
+    std::shared_ptr<ETProcessPool> pool() const;
+
     // One-shot form: a new process, one run, its output.
     static ETOutput run(const ETInput& input);
 
@@ -61,6 +78,9 @@ public:
 
 private:
     void publish(const ETOutput& state);
+    void executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile& lines, detail::ETRunState& run,
+                       std::chrono::steady_clock::time_point deadline, ETOutput& state,
+                       const std::function<void(double)>& setProgress);
 
     mutable std::mutex stateMutex_;
     ETOutput output_;
@@ -68,6 +88,7 @@ private:
     std::atomic<double> progress_{0};
     std::atomic<bool> running_{false};
     std::atomic<bool> cancelRequested_{false};
+    std::shared_ptr<ETProcessPool> pool_;
 };
 
 } // namespace corvane

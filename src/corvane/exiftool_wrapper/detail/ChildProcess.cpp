@@ -33,8 +33,8 @@ std::string resolveProgram(const std::string& program) {
 }
 
 // In the child, between fork and exec: only async-signal-safe calls.
-[[noreturn]] void execChild(const char* program, char* const* argv, int outFd, int errFd, pid_t parent,
-                            int reportFd) {
+[[noreturn]] void execChild(const char* program, char* const* argv, int inFd, int outFd, int errFd,
+                            pid_t parent, int reportFd) {
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGINT);
     // The parent may have ended before the line above.
@@ -46,7 +46,7 @@ std::string resolveProgram(const std::string& program) {
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    const int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    const int in = inFd >= 0 ? inFd : ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     // dup2 clears close-on-exec on the copies; a descriptor already in place keeps it, so clear it.
     if (in == 0) ::fcntl(0, F_SETFD, 0);
     if (in < 0 || ::dup2(in, 0) < 0 || ::dup2(outFd, 1) < 0 || ::dup2(errFd, 2) < 0) {
@@ -63,6 +63,10 @@ std::string resolveProgram(const std::string& program) {
 } // namespace
 
 pid_t spawnChild(const std::vector<std::string>& arguments, int outFd, int errFd, int& error) {
+    return spawnChild(arguments, -1, outFd, errFd, error);
+}
+
+pid_t spawnChild(const std::vector<std::string>& arguments, int inFd, int outFd, int errFd, int& error) {
     const std::string program = resolveProgram(arguments.at(0));
     if (program.empty()) {
         error = ENOENT;
@@ -82,7 +86,7 @@ pid_t spawnChild(const std::vector<std::string>& arguments, int outFd, int errFd
     }
     const pid_t parent = ::getpid();
     const pid_t pid = ::fork();
-    if (pid == 0) execChild(program.c_str(), argv.data(), outFd, errFd, parent, report[1]);
+    if (pid == 0) execChild(program.c_str(), argv.data(), inFd, outFd, errFd, parent, report[1]);
     ::close(report[1]);
     if (pid < 0) {
         error = errno;

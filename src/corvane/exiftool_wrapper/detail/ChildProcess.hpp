@@ -18,6 +18,8 @@ namespace corvane::detail {
 // or SIGKILL. Descriptors other than the three are not inherited (everything is opened
 // close-on-exec). Gives the process id, or -1 with `error` set to the errno of the failure.
 pid_t spawnChild(const std::vector<std::string>& arguments, int outFd, int errFd, int& error);
+// The same with standard input from `inFd` (or /dev/null when negative).
+pid_t spawnChild(const std::vector<std::string>& arguments, int inFd, int outFd, int errFd, int& error);
 
 // Asks the child's process group to stop with SIGINT, which lets ExifTool remove its temporary file
 // and exit; after `grace`, SIGKILL. Reaps the child and gives its wait status.

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <sys/types.h>
+#include <thread>
+#include <vector>
+
+namespace corvane {
+
+namespace detail {
+struct ETStayOpenProcess;
+}
+
+/// ExifTool processes kept running between runs, so that a run doesn't pay ExifTool's start-up
+/// (a Perl start, some 70 ms; more when the writing modules load).
+///
+/// An `ETProcess` given a pool (`ETProcess::setPool`) sends each run to an idle process of the pool,
+/// starting one when none is idle and fewer than `size()` run; with all of them busy, the run waits
+/// for one. Each run is one ExifTool command sequence ended by a numbered "-execute"; ExifTool starts
+/// every command with fresh options, so nothing a run asks for (overwriting in place, recursion,
+/// extensions, passwords, API settings) reaches the next. A process that dies is replaced at its
+/// next use (the run under way when it died fails with `abnormalTermination`); one that timed out,
+/// was cancelled or answered out of turn is stopped and replaced; every process is replaced after
+/// `maxRunsPerProcess` runs, which bounds what a long-lived Perl process may accumulate.
+///
+/// The processes are started by a thread of the pool and stop when it ends: when the pool is
+/// destroyed, and when this process ends, however it ends (they get SIGINT as their parent-death
+/// signal). Thread-safe.
+class ETProcessPool {
+public:
+    /// A pool of at most `size` processes (at least 1); none is started before its first run.
+    explicit ETProcessPool(std::size_t size = defaultSize());
+    ~ETProcessPool();
+    ETProcessPool(const ETProcessPool&) = delete;
+    ETProcessPool& operator=(const ETProcessPool&) = delete;
+
+    /// The number of processors of the machine.
+    static std::size_t defaultSize();
+    static constexpr int maxRunsPerProcess = 1000;
+
+    std::size_t size() const { return size_; }
+    /// The process ids of the pool's ExifTool processes, idle or busy.
+    std::vector<pid_t> processIDs() const;
+
+private:
+    friend class ETProcess;
+    // An idle, running process, started if needed; none (with `error` set) when it can't be
+    // started. Blocks while `size()` processes are busy.
+    std::unique_ptr<detail::ETStayOpenProcess> acquire(int& error);
+    // Gives a process back after a run: kept when `reusable`, else stopped.
+    void release(std::unique_ptr<detail::ETStayOpenProcess> process, bool reusable);
+
+    std::unique_ptr<detail::ETStayOpenProcess> startOnPoolThread(int& error);
+    void threadLoop();
+
+    const std::size_t size_;
+    mutable std::mutex mutex_;
+    std::condition_variable released_;
+    std::vector<std::unique_ptr<detail::ETStayOpenProcess>> idle_;
+    std::vector<pid_t> busy_;
+    std::size_t count_ = 0;
+
+    // The thread that starts the processes, so that they live as long as the pool and not only as
+    // long as the thread of the run that needed them.
+    std::mutex tasksMutex_;
+    std::condition_variable tasksChanged_;
+    std::deque<std::function<void()>> tasks_;
+    bool ending_ = false;
+    std::thread thread_;
+};
+
+} // namespace corvane

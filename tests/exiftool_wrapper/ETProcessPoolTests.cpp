@@ -1,0 +1,248 @@
+// Runs through persistent ExifTool processes: the same outcomes as a process per run, nothing of one
+// run reaching the next, and no process lost, stuck or left behind.
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "corvane/exiftool_wrapper/ETProcessPool.hpp"
+#include "support/SampleFiles.hpp"
+#include "support/TemporaryFolder.hpp"
+
+using namespace corvane;
+using namespace corvane::test;
+
+namespace {
+
+using Paths = std::vector<std::filesystem::path>;
+
+ETInput groupsOf(const Paths& files, const std::function<void(ETInput::ArgumentsMaker&)>& set) {
+    ETInput input;
+    input.addArguments(files, [&](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.url = url;
+        set(maker);
+    });
+    return input;
+}
+
+ETInput readInput(const Paths& files, std::vector<std::string> arguments = {"-j", "-G", "-EXIF:Artist"}) {
+    return groupsOf(files, [&](ETInput::ArgumentsMaker& m) {
+        m.arguments = arguments;
+        m.soloRun = false;
+    });
+}
+
+// A run that holds ExifTool for `seconds` (an "-if" condition is Perl code).
+ETInput stallingInput(const std::filesystem::path& file, int seconds) {
+    return readInput({file}, {"-if", "sleep " + std::to_string(seconds) + "; 1", "-j"});
+}
+
+nlohmann::json records(const ETOutput& output) {
+    return nlohmann::json::parse(output.data());
+}
+
+bool processEnded(pid_t pid) {
+    // Gone, or a zombie that nobody waits for yet.
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string text((std::istreambuf_iterator<char>(stat)), {});
+    const auto close = text.rfind(')');
+    return text.empty() || (close != std::string::npos && text.substr(close + 2, 1) == "Z");
+}
+
+bool waitForEnd(pid_t pid) {
+    for (int i = 0; i < 500 && !processEnded(pid); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return processEnded(pid);
+}
+
+} // namespace
+
+TEST(ETProcessPool, RunsInputsInARowOnOneProcessLikeSeparateProcessesAndLeaksNoOption) {
+    TemporaryFolder folder;
+    const auto a = makeJPEG(folder / "a.jpg");
+    const auto b = makeJPEG(folder / "b.jpg");
+    std::filesystem::create_directories(folder / "sub");
+    const auto nested = makeJPEG(folder / "sub" / "c.jpg");
+    makePNG(folder / "sub" / "d.png");
+    auto pool = std::make_shared<ETProcessPool>(1);
+    ETProcess process;
+    process.setPool(pool);
+
+    // Several commands in one run, a missing file among them: the same as a process of its own.
+    auto input = readInput({a, folder / "missing.jpg"});
+    input.addGroup([&] {
+        ETInput::ArgumentsMaker m;
+        m.arguments = {"-j", "-FileType"};
+        m.rawValues = true;
+        m.url = b;
+        return m;
+    }());
+    const auto alone = ETProcess::run(input);
+    const auto pooled = process.execute(input);
+    EXPECT_EQ(pooled.data(), alone.data());
+    EXPECT_EQ(pooled.messages(), alone.messages());
+    EXPECT_EQ(pooled.exitStatus(), alone.exitStatus());
+    EXPECT_EQ(pooled.exitStatus(), 1);
+    EXPECT_DOUBLE_EQ(pooled.progress(), 1.0);
+    ASSERT_EQ(pool->processIDs().size(), 1u);
+    const pid_t pid = pool->processIDs().front();
+
+    // Overwriting in place, then a plain write: ExifTool keeps its "_original" copy again.
+    struct stat before {};
+    ::stat(a.c_str(), &before);
+    EXPECT_NO_THROW(process
+                        .execute(groupsOf({a},
+                                          [](auto& m) {
+                                              m.arguments = {"-EXIF:Artist=in place"};
+                                              m.overwriteInPlace = true;
+                                          }))
+                        .throwIfErrors());
+    struct stat after {};
+    ::stat(a.c_str(), &after);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_NO_THROW(process.execute(groupsOf({b}, [](auto& m) { m.arguments = {"-EXIF:Artist=copy kept"}; }))
+                        .throwIfErrors());
+    EXPECT_TRUE(std::filesystem::exists(folder / "b.jpg_original"));
+    EXPECT_EQ(exifToolValue(a, "EXIF:Artist"), "in place");
+
+    // Recursion and an extension filter, then neither.
+    const auto countFiles = [&](bool recurse) {
+        auto output = process.execute(groupsOf({folder.path()}, [&](auto& m) {
+            m.arguments = {"-j", "-FileName"};
+            if (recurse) {
+                m.recurseSubfolders = true;
+                m.filePathFilter = ETPathFilter({"png"});
+            }
+        }));
+        EXPECT_NO_THROW(output.throwIfErrors());
+        return records(output).size();
+    };
+    EXPECT_EQ(countFiles(true), 1u);  // sub/d.png only
+    EXPECT_EQ(countFiles(false), 2u); // a.jpg, b.jpg: no recursion, every type again
+
+    // An API setting of one run doesn't reach the next.
+    const auto missingValue = [&](bool set) {
+        auto output = process.execute(readInput(
+            {nested}, set ? std::vector<std::string>{"-j", "-f", "-api", "MissingTagValue=gone", "-XMP:Title"}
+                          : std::vector<std::string>{"-j", "-f", "-XMP:Title"}));
+        return records(output).at(0).at("Title").get<std::string>();
+    };
+    EXPECT_EQ(missingValue(true), "gone");
+    EXPECT_EQ(missingValue(false), "-");
+    EXPECT_EQ(pool->processIDs(), std::vector<pid_t>{pid});
+}
+
+TEST(ETProcessPool, AProcessKilledBetweenOrDuringRunsIsReplaced) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    auto pool = std::make_shared<ETProcessPool>(1);
+    ETProcess process;
+    process.setPool(pool);
+    ASSERT_NO_THROW(process.execute(readInput({file})).throwIfErrors());
+    const pid_t first = pool->processIDs().at(0);
+
+    // Between runs: the next run doesn't notice.
+    ::kill(first, SIGKILL);
+    ASSERT_TRUE(waitForEnd(first));
+    ASSERT_NO_THROW(process.execute(readInput({file})).throwIfErrors());
+    const pid_t second = pool->processIDs().at(0);
+    EXPECT_NE(second, first);
+
+    // During a run: that run fails as such, the next works.
+    std::thread killer([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        ::kill(second, SIGKILL);
+    });
+    const auto killed = process.execute(stallingInput(file, 30));
+    killer.join();
+    EXPECT_EQ(killed.processError(), ETOutputError::abnormalTermination);
+    ASSERT_NO_THROW(process.execute(readInput({file})).throwIfErrors());
+    EXPECT_NE(pool->processIDs().at(0), second);
+}
+
+TEST(ETProcessPool, AStalledRunHitsItsTimeLimitAndItsProcessIsReplaced) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    auto pool = std::make_shared<ETProcessPool>(1);
+    ETProcess process;
+    process.setPool(pool);
+    auto input = stallingInput(file, 30);
+    input.timeLimit = std::chrono::milliseconds(500);
+    const auto start = std::chrono::steady_clock::now();
+    const auto output = process.execute(input);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(output.processError(), ETOutputError::timedOut);
+    EXPECT_TRUE(pool->processIDs().empty());
+    // The stalled process's late answer can't be taken for the next run's.
+    const auto next = process.execute(readInput({file}, {"-j", "-FileType"}));
+    ASSERT_NO_THROW(next.throwIfErrors());
+    EXPECT_EQ(records(next).at(0).at("FileType"), "JPEG");
+}
+
+// Run under ThreadSanitizer by the lead.
+TEST(ETProcessPool, EightThreadsShareAPool) {
+    TemporaryFolder folder;
+    auto pool = std::make_shared<ETProcessPool>(2);
+    Paths files;
+    for (int t = 0; t < 8; ++t) {
+        files.push_back(makeJPEG(folder / ("f" + std::to_string(t) + ".jpg")));
+        tagWithExifTool(files.back(), {"-EXIF:Artist=thread " + std::to_string(t), "-overwrite_original"});
+    }
+    std::vector<std::string> failures(8);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t)
+        threads.emplace_back([&, t] {
+            ETProcess process;
+            process.setPool(pool);
+            for (int round = 0; round < 4; ++round) {
+                const auto output = process.execute(readInput({files[t]}));
+                try {
+                    output.throwIfErrors();
+                    const auto artist = records(output).at(0).at("EXIF:Artist").get<std::string>();
+                    if (artist != "thread " + std::to_string(t)) failures[t] = "got " + artist;
+                } catch (const std::exception& e) {
+                    failures[t] = e.what();
+                }
+            }
+        });
+    for (auto& thread : threads)
+        thread.join();
+    for (int t = 0; t < 8; ++t)
+        EXPECT_EQ(failures[t], "") << "thread " << t;
+    EXPECT_LE(pool->processIDs().size(), 2u);
+}
+
+TEST(ETProcessPool, NoExifToolOutlivesAKilledProgram) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    int report[2];
+    ASSERT_EQ(::pipe(report), 0);
+    const pid_t program = ::fork();
+    if (program == 0) {
+        ::close(report[0]);
+        auto pool = std::make_shared<ETProcessPool>(1);
+        ETProcess process;
+        process.setPool(pool);
+        process.execute(readInput({file}));
+        const pid_t exifTool = pool->processIDs().empty() ? -1 : pool->processIDs().front();
+        (void)!::write(report[1], &exifTool, sizeof exifTool);
+        ::pause();
+        ::_exit(0);
+    }
+    ::close(report[1]);
+    pid_t exifTool = -1;
+    ASSERT_EQ(::read(report[0], &exifTool, sizeof exifTool), static_cast<ssize_t>(sizeof exifTool));
+    ::close(report[0]);
+    ASSERT_GT(exifTool, 0);
+    EXPECT_FALSE(processEnded(exifTool));
+    ::kill(program, SIGKILL);
+    ::waitpid(program, nullptr, 0);
+    EXPECT_TRUE(waitForEnd(exifTool));
+}

@@ -1,0 +1,141 @@
+// The argument file and the parsers of ExifTool's output, on canned text cut the way pipes cut it.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "corvane/exiftool_wrapper/detail/ETArgumentFile.hpp"
+#include "corvane/exiftool_wrapper/detail/ETRunOutput.hpp"
+
+using namespace corvane;
+using namespace corvane::detail;
+using ::testing::ElementsAre;
+
+namespace {
+
+ETRunState runOf(std::vector<std::vector<std::string>> targets) {
+    ETRunState run;
+    run.setToken("t0k");
+    for (auto& t : targets) {
+        ETCommand command;
+        command.targets = std::move(t);
+        run.progress.push_back(
+            {0, static_cast<double>(std::max<std::size_t>(command.targets.size(), 1)), false});
+        run.commands.push_back(std::move(command));
+    }
+    return run;
+}
+
+} // namespace
+
+TEST(ETArgumentFile, EncodesEachArgumentSoThatExifToolReadsItBackAndKeepsTheirOrder) {
+    EXPECT_EQ(argumentEncoding("-EXIF:Artist=Ann"), ArgumentEncoding::plainLine);
+    // ExifTool would trim these as plain lines, or take them for comments.
+    for (const char* arg : {" lead.jpg", "-Artist= Ann", "-Artist = Ann", "#hash.jpg", "two\nlines", ""})
+        EXPECT_EQ(argumentEncoding(arg), ArgumentEncoding::cStringLine) << arg;
+    // "$" and "@" would come back escaped from a C-string line.
+    EXPECT_EQ(argumentEncoding("-Comment= $HOME\n@"), ArgumentEncoding::argumentVector);
+    EXPECT_EQ(cStringLine("a\\b\"c\nd\te"), "#[CSTR]a\\\\b\\\"c\\nd\\te");
+
+    EXPECT_EQ(targetText("-x.jpg"), "./-x.jpg");
+    EXPECT_EQ(targetText("\xE2\x88\x92x.jpg"), "./\xE2\x88\x92x.jpg");
+    EXPECT_EQ(targetText("/abs/-x.jpg"), "/abs/-x.jpg");
+
+    ETArgumentFile file;
+    for (const char* arg : {"-password", "secret", "-Comment= $x\n@", " b.jpg"})
+        file.add(arg);
+    ASSERT_EQ(file.parts().size(), 3u);
+    EXPECT_EQ(file.parts()[0].text, "-password\nsecret\n");
+    EXPECT_TRUE(file.parts()[1].inVector);
+    EXPECT_EQ(file.parts()[2].text, "#[CSTR] b.jpg\n");
+    EXPECT_FALSE(file.fitsInLines());
+    EXPECT_THAT(file.logged(), ElementsAre("-password", "********", "-Comment= $x\n@", " b.jpg"));
+}
+
+TEST(ETRunOutput, ProgressReportsCutAcrossReadsStillCount) {
+    auto run = runOf({{"a.jpg", "b.jpg"}, {"c.jpg"}});
+    // A window-title report cut inside its escape sequence, then inside its counts.
+    run.err.append("\x1b]");
+    run.err.append("0;1/2\x07\x1b]0;2/");
+    EXPECT_TRUE(run.scan(run.err));
+    EXPECT_DOUBLE_EQ(run.progress[0].done, 0);
+    run.err.append("2\x07");
+    run.scan(run.err);
+    EXPECT_DOUBLE_EQ(run.progress[0].done, 1);
+    EXPECT_EQ(run.err.text, "");
+
+    // A line report cut in the middle of its counts, for a file whose name holds " - ".
+    run.out.append("{ready-t0k-0}\n======== x - y.jpg [1");
+    run.scan(run.out);
+    EXPECT_TRUE(run.progress[0].finished);
+    EXPECT_DOUBLE_EQ(run.progress[1].done, 0);
+    run.out.append("/1]\n");
+    run.scan(run.out);
+    std::vector<std::string> started;
+    const auto chunks = splitAtMarkers(run.out.text, run, true, &started);
+    EXPECT_THAT(started, ElementsAre("x - y.jpg"));
+    EXPECT_THAT(chunks, ElementsAre("", ""));
+    // An escape that starts no title is text.
+    run.err.append("\x1bX");
+    run.err.flush();
+    EXPECT_EQ(run.err.text, "\x1bX");
+}
+
+TEST(ETRunOutput, OutputIsSplitAtMarkersByteForByte) {
+    auto run = runOf({{"a.jpg"}, {"b.bin"}});
+    const std::string binary("\x00\xff\r\n\x1b]0;1/1\x07\n\xfe", 12);
+    const std::string text = "[{\"A\":1}]\n{ready-t0k-0}\n" + binary;
+    const auto chunks = splitAtMarkers(text, run, true);
+    EXPECT_THAT(chunks, ElementsAre("[{\"A\":1}]\n", binary));
+    EXPECT_EQ(joinOutputs({"[{\"A\":1}]\n", "", " [ {\"B\":2} ]\n"}), "[{\"A\":1},\n{\"B\":2}]\n");
+    EXPECT_EQ(joinOutputs({"plain\n", "[1]"}), "plain\n[1]");
+}
+
+TEST(ETRunOutput, ErrorStreamReportsFindTheirFileEvenWithDashesAndLineBreaks) {
+    ETCommand command;
+    command.targets = {"a - b.jpg", "two\nlines.jpg", "dir"};
+    command.folderTargets = {"dir"};
+    std::vector<ETFileMessage> messages;
+    std::vector<std::string> unknown;
+    parseErrorText("======== a - b.jpg [1/3]\n"
+                   "Error: Not a JPEG - file - a - b.jpg\n"
+                   "Warning: [minor] Odd - two\nlines.jpg\n"
+                   "Error: Bad - dir/x - y.jpg\n"
+                   "    1 image files updated\n"
+                   "Perl said something\n",
+                   command, messages, unknown);
+    ASSERT_EQ(messages.size(), 3u);
+    EXPECT_EQ(messages[0].text, "Not a JPEG - file");
+    EXPECT_EQ(messages[0].path, std::filesystem::path("a - b.jpg"));
+    EXPECT_TRUE(messages[1].minor);
+    EXPECT_EQ(messages[1].kind, ETFileMessage::Kind::warning);
+    EXPECT_EQ(messages[1].path, std::filesystem::path("two\nlines.jpg"));
+    EXPECT_EQ(messages[2].path, std::filesystem::path("dir/x - y.jpg"));
+    EXPECT_THAT(unknown, ElementsAre("Perl said something"));
+}
+
+TEST(ETRunOutput, JSONReportsAreCollectedInEveryGroupingAndExcusedUnderIgnoreMinorErrors) {
+    const std::string json = R"([{"SourceFile":"a.jpg","ExifTool:Error":"Bad","Warning":"W1","Warning":"W2"},
+        {"SourceFile":"b.jpg","ExifTool":{"Warning":"[minor] Odd","Other":{"Error":"nested, not a report"}}},
+        {"SourceFile":"c.jpg","Error":{"structured":[1,2]}}])";
+    ETCommand command;
+    std::vector<ETFileMessage> messages, excused;
+    collectJSONMessages(json, command, messages, excused);
+    ASSERT_EQ(messages.size(), 4u);
+    EXPECT_EQ(messages[0].text, "Bad");
+    EXPECT_EQ(messages[1].text, "W2");
+    EXPECT_EQ(messages[2].text, "Odd");
+    EXPECT_TRUE(messages[2].minor);
+    EXPECT_EQ(messages[2].path, std::filesystem::path("b.jpg"));
+    EXPECT_EQ(messages[3].text, R"({"structured":[1,2]})");
+
+    command.ignoreMinorErrors = true;
+    messages.clear();
+    collectJSONMessages(json, command, messages, excused);
+    EXPECT_EQ(messages.size(), 2u);
+    EXPECT_EQ(excused.size(), 2u);
+    // Output that isn't one JSON array reports nothing.
+    messages.clear();
+    collectJSONMessages(R"({"Error":"x"})", command, messages, excused);
+    collectJSONMessages(R"([{"Error":"x"})", command, messages, excused);
+    EXPECT_TRUE(messages.empty());
+}
