@@ -794,7 +794,8 @@ bool buildArguments(const RunState& run, ArgumentPlan& plan) {
     };
     for (std::size_t k = 0; k < run.commands.size(); ++k) {
         const auto& command = run.commands[k];
-        bool ok = add(progressOption(command.arguments));
+        // Files over 4 GB are read and written whole, not cut off at their first large atom.
+        bool ok = add(progressOption(command.arguments)) && add("-api") && add("LargeFileSupport=1");
         for (const auto& a : command.arguments)
             ok = ok && add(a);
         for (const auto& t : command.targets)

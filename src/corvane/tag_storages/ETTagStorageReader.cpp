@@ -10,6 +10,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace corvane {
 
@@ -312,13 +313,45 @@ private:
                                                     source);
         const auto normal = std::filesystem::path(path).lexically_normal().native();
         if (auto it = normalizedSources_.find(normal); it != normalizedSources_.end()) return it->second;
+        // ExifTool prints a name that isn't valid UTF-8 with "?" for each stray byte: such a record
+        // goes to the first source of that spelling not yet read.
+        for (const auto& [text, source] : sourcesByPath_)
+            if (!readSources_.contains(source) &&
+                (withStrayBytesReplaced(text) == path || withStrayBytesReplaced(text) == normal))
+                return source;
         return nullptr;
+    }
+
+    // The text with each byte that is no part of a valid UTF-8 sequence replaced by "?".
+    static std::string withStrayBytesReplaced(std::string_view text) {
+        std::string out;
+        out.reserve(text.size());
+        for (std::size_t i = 0; i < text.size();) {
+            const auto byte = static_cast<unsigned char>(text[i]);
+            const std::size_t length = byte < 0x80           ? 1
+                                       : (byte >> 5) == 0x6  ? 2
+                                       : (byte >> 4) == 0xE  ? 3
+                                       : (byte >> 3) == 0x1E ? 4
+                                                             : 0;
+            bool valid = length > 0 && i + length <= text.size();
+            for (std::size_t k = 1; valid && k < length; ++k)
+                valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+            if (valid) {
+                out.append(text.substr(i, length));
+                i += length;
+            } else {
+                out += '?';
+                ++i;
+            }
+        }
+        return out;
     }
 
     void endRecord() {
         if (!sourceFile_) return;
         const TagStorageSource* source = sourceOf(*sourceFile_);
         if (!source) return;
+        readSources_.insert(source);
         TagStorage storage(*source);
         storage.setOriginalStreams(std::move(streams_));
         storage.setOriginalValues(std::move(values_));
@@ -339,6 +372,7 @@ private:
     const std::vector<std::string>& bannedStreams_;
     std::unordered_map<std::string, const TagStorageSource*> sourcesByPath_;
     std::unordered_map<std::string, const TagStorageSource*> normalizedSources_;
+    std::unordered_set<const TagStorageSource*> readSources_;
     std::unordered_map<std::string, GroupInfo> groups_;
 
     Level level_ = Level::top;
