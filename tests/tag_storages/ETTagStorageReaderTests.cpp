@@ -92,6 +92,20 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
     EXPECT_TRUE(storage.writtenValues().empty());
 }
 
+// What the file holds is shown even where the tag's converter can't read it: more numbers than the
+// tag's table declares, an unset date, a number ExifTool prints as text.
+TEST_F(ETReaderDecoding, ValuesTheConverterCantReadAreKeptAsPrinted) {
+    const TagStorage storage = decodeOne(R"(
+        "EXIF:ExifIFD": {"ExifImageWidth": "100 0", "DateTimeOriginal": "0000:00:00 00:00:00",
+                         "DigitalZoomRatio": "undef", "ExposureTime": 0.002},
+        "XMP:XMP-photoshop": {"DateCreated": "2004:02:26"})");
+    EXPECT_EQ(original(storage, "EXIF:ExifImageWidth"), "100 0");
+    EXPECT_EQ(original(storage, TagItem::itemEXIFDateTimeOriginal()), "0000:00:00 00:00:00");
+    EXPECT_EQ(original(storage, TagItem::itemEXIFDigitalZoomRatio()), "undef");
+    EXPECT_EQ(original(storage, TagItem::itemEXIFExposureTime()), "0.00200000");
+    EXPECT_EQ(original(storage, "XMP:DateCreated"), "2004:02:26") << "a date alone stays so";
+}
+
 TEST_F(ETReaderDecoding, BannedGroupsAndValuesAreDropped) {
     const TagStorage storage = decodeOne(R"json(
         "Composite": {"ImageSize": "8x8"},
