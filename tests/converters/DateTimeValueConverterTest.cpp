@@ -76,6 +76,8 @@ TEST_F(DateTimeValueConverterTest, ValuesKeepTheirOwnClockOnAnyMachine) {
          {"2023:05:06 11:25:40+03:00", "2023:05:06 11:25:40.5-04:00", "2023:05:06 11:25:40Z"})
         EXPECT_EQ(xmp->stringValueFromStringValue(text), text);
     EXPECT_EQ(xmp->stringValueFromStringValue("2023:05:06 11:25+03:00"), "2023:05:06 11:25:00+03:00");
+    EXPECT_EQ(xmp->stringValueFromStringValue("2004:02:26"), "2004:02:26");
+    EXPECT_EQ(xmp->stringValueFromStringValue("1920"), "1920");
     EXPECT_EQ(quickTime->stringValueFromStringValue("2023:05:06 11:25:40+03:00"),
               "2023:05:06 11:25:40+03:00");
     EXPECT_EQ(iptcTime->stringValueFromStringValue("23:37:53-04:00"), "23:37:53-04:00");

@@ -97,6 +97,7 @@ struct TextFields {
     double fraction = 0;    // of a second
     int fractionDigits = 0; // as written
     std::optional<int32_t> offsetSeconds;
+    Date::Fields fields = Date::Fields::all;
 };
 
 // Milliseconds since the epoch of the fields read as UTC, through a strict GMT calendar, so that
@@ -154,7 +155,8 @@ std::optional<Date> dateOfFields(const TextFields& f) {
         if (U_FAILURE(status)) return std::nullopt;
         if (actualRaw + actualDst != raw + dst) ownOffset = (raw + dst) / 1000;
     }
-    return Date::fromUDate(udate + f.fraction * 1000.0).withPresentation(ownOffset, f.fractionDigits);
+    return Date::fromUDate(udate + f.fraction * 1000.0)
+        .withPresentation(ownOffset, f.fractionDigits, f.fields);
 }
 
 bool readDigits(std::string_view s, std::size_t start, std::size_t count, int32_t& out) {
@@ -221,6 +223,7 @@ FastParse parseTextFields(std::string_view text, Date& result) {
         read = dateAndTime(core.substr(0, 8), core.substr(9));
     } else if (core.size() == 13 && core[8] == ' ') {
         read = dateAndTime(core.substr(0, 8), core.substr(9)); // no seconds
+        f.fields = Date::Fields::noSeconds;
     } else if (core.size() == 14) {
         read = dateAndTime(core.substr(0, 8), core.substr(8));
     } else if (core.size() == 6 && allDigits(core)) {
@@ -230,9 +233,11 @@ FastParse parseTextFields(std::string_view text, Date& result) {
     } else if (!decorated && core.size() == 8 && allDigits(core)) {
         read = readDigits(core, 0, 4, f.year) && readDigits(core, 4, 2, f.month) &&
                readDigits(core, 6, 2, f.day);
+        f.fields = Date::Fields::dateOnly;
     } else if (!decorated && core.size() == 4 && allDigits(core)) {
         f.month = f.day = 1;
         read = readDigits(core, 0, 4, f.year);
+        f.fields = Date::Fields::yearOnly;
     } else if (!decorated && core.size() == 2 && allDigits(core)) {
         setToday(f);
         read = readDigits(core, 0, 2, f.hour);
@@ -513,6 +518,11 @@ OptionalString DateTimeValueConverter::stringValueFromTypedValue(const std::opti
     case Clock::ownWithZone:
         break;
     }
+    // A year or a date alone stays so where the format has a date; a time without seconds gets them.
+    const bool hasDate = dateFormat_.starts_with("yyyy:MM:dd");
+    if (hasDate && value->fields() == Date::Fields::yearOnly) return formatOnOwnClock(*value, "yyyy", 0);
+    if (hasDate && value->fields() == Date::Fields::dateOnly)
+        return formatOnOwnClock(*value, "yyyy:MM:dd", 0);
     std::string text = formatOnOwnClock(*value, dateFormat_, value->fractionDigits());
     if (value->ownOffset() && dateFormat_.find('Z') == std::string::npos)
         text += offsetText(*value->ownOffset());

@@ -166,8 +166,9 @@ ValueConverterRef TagType::converter() const {
         auto sInt = std::make_shared<const SIntValueConverter>();
         auto uInt = std::make_shared<const UIntValueConverter>();
         // A tag's value keeps its own clock: written back as read, whatever the machine's zone.
-        // QuickTime and XMP dates may also carry a zone and a fraction, IPTC times a zone: they
-        // keep what the file wrote. EXIF dates, dates alone and GPS times can't hold either.
+        // QuickTime and XMP dates may also carry a zone, a fraction or only some fields, IPTC times
+        // a zone, GPS times a fraction: they keep what the file wrote. EXIF dates and dates alone
+        // hold none of these.
         using Clock = DateTimeValueConverter::Clock;
         auto dateTimeConverter =
             std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd HH:mm:ss", Clock::own);
@@ -176,9 +177,7 @@ ValueConverterRef TagType::converter() const {
         auto zonedConverter =
             std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd HH:mm:ssZZZZZ", Clock::ownWithZone);
         auto dateConverter = std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd", Clock::own);
-        auto timeConverter = std::make_shared<const DateTimeValueConverter>("HH:mm:ss", Clock::own);
-        auto zonedTimeConverter =
-            std::make_shared<const DateTimeValueConverter>("HH:mm:ss", Clock::ownWithZone);
+        auto timeConverter = std::make_shared<const DateTimeValueConverter>("HH:mm:ss", Clock::ownWithZone);
         auto boolConverter = std::make_shared<const BoolValueConverter>();
         auto countryConverter = std::make_shared<const CountryValueConverter>();
         auto noneConverter = std::make_shared<const NoneValueConverter>();
@@ -216,8 +215,6 @@ ValueConverterRef TagType::converter() const {
                     c = dateConverter;
                     break;
                 case 42:
-                    c = zonedTimeConverter;
-                    break;
                 case 43:
                     c = timeConverter;
                     break;

@@ -137,7 +137,7 @@ std::optional<Date> GregorianCalendar::adding(const DateComponents& offset, Date
     if (U_FAILURE(status)) return std::nullopt;
     result += ms - wholeMs;
     if (offset.nanosecond) result += static_cast<double>(*offset.nanosecond % kNanosPerMilli) / 1e6;
-    return Date::fromUDate(result).withPresentation(date.ownOffset(), date.fractionDigits());
+    return Date::fromUDate(result).withPresentation(date.ownOffset(), date.fractionDigits(), date.fields());
 }
 
 std::string GregorianCalendar::timeZoneIdentifier() {
