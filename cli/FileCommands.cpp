@@ -2,6 +2,7 @@
 // tasks.
 #include "Commands.hpp"
 #include "StorageReading.hpp"
+#include "ValueChecks.hpp"
 
 #include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/preset_support/UseCustomValueSettings.hpp"
@@ -13,7 +14,6 @@
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
-#include "corvane/value_models/CoordinateParser.hpp"
 #include "corvane/value_models/DateEdition.hpp"
 
 #include <nlohmann/json.hpp>
@@ -177,10 +177,12 @@ int runSet(const SetOptions& options) {
                            "\" (tags are named Family:Key, see `corvane tags`)");
         } else if (!item->isWritable()) {
             reporter.error("tag \"" + nameText + "\" is not editable");
-        } else if (!value.empty() && !item->nativeValueFromStringValue(value)) {
-            reporter.error("\"" + value + "\" is not a valid value for " + nameText);
-        } else {
+        } else if (value.empty()) {
             assignments.push_back({item->name(), value, argument});
+        } else if (const CheckedValue checked = checkedTagValue(*item, value); !checked.ok()) {
+            reporter.error(checked.error);
+        } else {
+            assignments.push_back({item->name(), checked.text, argument});
         }
     }
     const std::vector<std::string>& paths = options.paths;
@@ -198,10 +200,12 @@ int runSet(const SetOptions& options) {
     if (options.location) {
         if (options.location->find_first_not_of(" \t") == std::string::npos) {
             coordinate = TypedTagValue<Coordinate>::clear();
-        } else if (auto parsed = CoordinateParser::coordinate(*options.location)) {
-            coordinate = TypedTagValue<Coordinate>::value(*parsed);
         } else {
-            reporter.error("\"" + *options.location + "\" is not a coordinate");
+            auto checked = checkedPosition(*options.location);
+            if (const auto* position = std::get_if<Coordinate>(&checked))
+                coordinate = TypedTagValue<Coordinate>::value(*position);
+            else
+                reporter.error(std::get<std::string>(checked));
         }
     }
     std::optional<std::vector<PresetItemEntry>> preset;
@@ -299,10 +303,14 @@ int runSet(const SetOptions& options) {
             }
         }
     }
+    if (coordinate && updated && coordinate->isValue())
+        std::cout << "position " << positionText(coordinate->get()) << '
+';
     std::cout << updated << (updated == 1 ? " file" : " files") << " updated, " << unchanged << " unchanged";
     if (failedCount) std::cout << ", " << failedCount << " failed";
     if (unknown) std::cout << ", " << unknown << " not known";
-    std::cout << '\n';
+    std::cout << '
+';
     return reporter.errorCount() ? 1 : 0;
 }
 

@@ -40,6 +40,11 @@ void Reporter::fileError(const fs::path& path, const std::string& text) {
     error(path.string() + ": " + text);
 }
 
+void Reporter::fileNote(const fs::path& path, const std::string& text) {
+    clearProgress();
+    std::cerr << "corvane: " << path.string() << ": " << text << '\n';
+}
+
 void Reporter::progress(const std::string& label, double fraction, Clock::time_point start) {
     if (!isTerminal_ || Clock::now() - start < std::chrono::milliseconds(400)) return;
     const int percent = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 100);
@@ -111,7 +116,7 @@ namespace {
 
 // The files of a folder whose name has a dot: such a folder counts as a file for the engines, so
 // its supported files are listed here, in name order, hidden ones left out.
-std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively) {
+std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively, Reporter& reporter) {
     std::vector<fs::path> files;
     std::error_code ec;
     std::vector<fs::path> entries;
@@ -121,11 +126,13 @@ std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively)
     for (const auto& entry : entries) {
         if (fs::is_directory(entry, ec)) {
             if (!recursively) continue;
-            auto inner =
-                pathExtension(entry).empty() ? listFolderFiles(entry, true) : listDottedFolder(entry, true);
+            auto inner = pathExtension(entry).empty() ? listFolderFiles(entry, true)
+                                                      : listDottedFolder(entry, true, reporter);
             files.insert(files.end(), inner.begin(), inner.end());
         } else if (ImportTagEditorsTask::canImportEditor(entry)) {
             files.push_back(entry);
+        } else {
+            reporter.fileNote(entry, "skipped: File format is not supported");
         }
     }
     return files;
@@ -150,7 +157,7 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
             if (pathExtension(path).empty()) {
                 add(path);
             } else {
-                for (const auto& file : listDottedFolder(path, recursive))
+                for (const auto& file : listDottedFolder(path, recursive, reporter))
                     add(file);
             }
         } else if (!ImportTagEditorsTask::canImportEditor(path)) {
@@ -162,7 +169,37 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
     return sources;
 }
 
+namespace {
+
+// Reports each file of the request that no editor shows and no error named.
+void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const EditorList& editors,
+                        bool recursive, const std::set<std::string>& reported, Reporter& reporter) {
+    std::set<std::string> shown;
+    for (const auto& editor : editors)
+        shown.insert(pathKey(editor->source().url()));
+    auto check = [&](const fs::path& url) {
+        const std::string key = pathKey(url);
+        if (!shown.contains(key) && !reported.contains(key)) reporter.fileError(url, "was not read");
+    };
+    for (const auto& source : requested) {
+        if (!source.isFolder()) {
+            check(source.url());
+            continue;
+        }
+        for (const auto& url : listFolderFiles(source.url(), recursive)) {
+            if (ImportTagEditorsTask::canImportEditor(url))
+                check(url);
+            else
+                reporter.fileNote(url, "skipped: File format is not supported");
+        }
+    }
+}
+
+} // namespace
+
 EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter) {
+    const std::vector<TagStorageSource> requested = sources;
+    std::set<std::string> reported;
     EditorList editors;
     while (!sources.empty()) {
         ImportTagEditorsTask::Settings settings(sources);
@@ -174,6 +211,7 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         auto task = ImportTagEditorsTask::create(settings);
         runTask(task, "Reading", reporter);
         auto failed = reportTaskErrors(*task, reporter);
+        reported.insert(failed.begin(), failed.end());
         // The in-process engine reads file by file: its errors cost only their own files.
         if (task->errors().empty() || !task->engineOption().contains(EngineOption::exifTool())) {
             editors = task->importedEditors();
@@ -196,6 +234,7 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
             sources.insert(sources.end(), files.begin(), files.end());
         }
     }
+    reportUnshownFiles(requested, editors, recursive, reported, reporter);
     std::sort(editors.begin(), editors.end(),
               [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
     return editors;

@@ -29,6 +29,8 @@ public:
 
     void error(const std::string& text);
     void fileError(const std::filesystem::path& path, const std::string& text);
+    // A file passed over for a reason that is no error (a folder's file of a format not read).
+    void fileNote(const std::filesystem::path& path, const std::string& text);
     std::size_t errorCount() const { return errorCount_; }
 
     // A progress line on a terminal, shown only once a batch has run for a moment.
@@ -58,7 +60,9 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
                                              Reporter& reporter);
 
 // Reads the sources into editors, sorted by path. A file that ExifTool can't read fails the whole
-// read; its error is reported and the others are read again without it.
+// read; its error is reported and the others are read again without it. Every file given or found
+// in a folder is shown or reported: a folder's files of a format not read are noted, a file that
+// gives no editor without an error of its own is reported as not read.
 EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter);
 
 // The storages of the files that `paths` name (a folder gives its own files, in name order), in

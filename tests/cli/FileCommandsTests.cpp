@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -197,6 +198,123 @@ TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
     EXPECT_EQ(preset.exitCode, 2);
     EXPECT_NE(preset.err.find("SELECT(garbage)"), std::string::npos) << preset.err;
     EXPECT_EQ(readText(jpeg), before);
+}
+
+// Values typed for a tag go through its converter and are checked against what the tag holds;
+// refused ones name the tag and the value and leave the file as it was.
+TEST_F(FileCommands, setChecksValuesAgainstTheTag) {
+    auto jpeg = makeJPEG(folder / "a.jpg");
+    const std::string before = readText(jpeg);
+    const std::pair<std::string, std::string> refused[] = {
+        {"EXIF:DateTimeOriginal=2024:01:02 03:04:05+02:00", "time zone"}, // EXIF dates hold no zone
+        {"EXIF:DateTimeOriginal=2024:01:02", "date and time"},
+        {"EXIF:Orientation=99", "one of"},
+        {"EXIF:GPSLatitude=123", "degrees"},
+        {"IPTC:ObjectName=" + std::string(300, 'x'), "64 bytes"},
+        {"EXIF:LensInfo=24 70 2.8", "4 values"},
+        {"EXIF:SubjectArea=10 x 20", "element"},
+    };
+    for (const auto& [assignment, why] : refused) {
+        auto run = corvane({"set", assignment, jpeg.string()}, scratch);
+        EXPECT_EQ(run.exitCode, 2) << assignment;
+        const std::string tag = assignment.substr(0, assignment.find('='));
+        EXPECT_NE(run.err.find(tag), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find(why), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(readText(jpeg), before);
+
+    // The usual notations are read: a fraction for a real number, a choice by its value.
+    auto run =
+        corvane({"set", "EXIF:ExposureTime=1/500", "EXIF:Orientation=6", "EXIF:SubjectArea=10 20 30 40",
+                 "XMP:DateCreated=2024:01:02 03:04:05.25+02:00", jpeg.string()},
+                scratch);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:ExposureTime", true), "0.002");
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Orientation", true), "6");
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:SubjectArea", true), "10 20 30 40");
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2024:01:02 03:04:05.25+02:00");
+}
+
+// A position is written only when it reads whole and in range, not through one of the parser's
+// kept quirks; the position written is printed.
+TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
+    auto jpeg = makeJPEG(folder / "a.jpg");
+    const std::string before = readText(jpeg);
+    for (const char* text :
+         {"40 26 46, -79 58 56", "40 26 46 N 79 58 56 W extra", "40.5, 200", "95.0, 10.0"}) {
+        auto run = corvane({"set", "--location", text, jpeg.string()}, scratch);
+        EXPECT_EQ(run.exitCode, 2) << text;
+        EXPECT_NE(run.err.find(text), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(readText(jpeg), before);
+
+    auto primes = corvane({"set", "--location", "40°26′46″N 79°58′56″W", jpeg.string()}, scratch);
+    ASSERT_EQ(primes.exitCode, 0) << primes.err;
+    EXPECT_NE(primes.out.find("position 40.44611111, -79.98222222"), std::string::npos) << primes.out;
+    EXPECT_NEAR(std::stod(exifToolValue(jpeg, "EXIF:GPSLatitude", true)), 40.446111, 1e-5);
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:GPSLongitudeRef", true), "W");
+
+    auto greenwich = corvane({"set", "--location", "51.48, 0", jpeg.string()}, scratch);
+    ASSERT_EQ(greenwich.exitCode, 0) << greenwich.err;
+    EXPECT_NEAR(std::stod(exifToolValue(jpeg, "EXIF:GPSLatitude", true)), 51.48, 1e-6);
+    EXPECT_NEAR(std::stod(exifToolValue(jpeg, "EXIF:GPSLongitude", true)), 0.0, 1e-9);
+}
+
+// Every file given or found in a folder is shown or reported: a name that isn't valid UTF-8 is
+// read like any other, and a folder's file of a format not read is named on standard error.
+TEST_F(FileCommands, everyFileIsShownOrReported) {
+    const fs::path latin1 = folder / std::string("caf\xe9.jpg");
+    makeJPEG(latin1);
+    corvane::test::tagWithExifTool(latin1, {"-EXIF:Artist=Latin"});
+    makeJPEG(folder / "plain.jpg");
+    corvane::test::writeBytes(folder / "notes.txt", {'h', 'i'});
+
+    auto run = corvane({"read", "--json", folder.path().string()}, scratch);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    auto json = nlohmann::json::parse(run.out);
+    EXPECT_EQ(json.size(), 2u) << run.out;
+    bool sawLatin1 = false;
+    for (const auto& [path, tags] : json.items())
+        if (tags.contains("EXIF:Artist")) sawLatin1 = tags["EXIF:Artist"] == "Latin";
+    EXPECT_TRUE(sawLatin1) << run.out;
+    EXPECT_NE(run.err.find("notes.txt: skipped"), std::string::npos) << run.err;
+
+    auto direct = corvane({"read", latin1.string()}, scratch);
+    EXPECT_EQ(direct.exitCode, 0) << direct.err;
+    EXPECT_NE(direct.out.find("EXIF:Artist\tLatin"), std::string::npos) << direct.out;
+}
+
+// Dates are shown as the file holds them whatever the machine's zone, and a shift moves their
+// wall clock and keeps their own offset; a date and its time move together.
+TEST_F(FileCommands, datesKeepTheirOwnClock) {
+    auto jpeg = makeJPEG(folder / "a.jpg");
+    auto mov = makeMOV(folder / "b.mov");
+    corvane::test::tagWithExifTool(
+        jpeg, {"-EXIF:DateTimeOriginal=2023:03:12 02:30:00", "-IPTC:DigitalCreationDate=2023:05:06",
+               "-IPTC:DigitalCreationTime=23:37:53-04:00", "-XMP:DateCreated=2023:05:06 11:25:40.5+03:00",
+               "-XMP:MetadataDate=2023:05:06 11:25+03:00"});
+    corvane::test::tagWithExifTool(mov, {"-Keys:CreationDate=2023:05:06 11:25:40+03:00"});
+    // 02:30 on that day doesn't exist in New York: the clocks went from 02:00 to 03:00.
+    const char* savedZone = std::getenv("TZ");
+    const std::string saved = savedZone ? savedZone : "";
+    setenv("TZ", "America/New_York", 1);
+    auto json = readJSON({jpeg.string(), mov.string()}, scratch);
+    auto shift = corvane({"set", "--shift-dates", "hh: 1", jpeg.string(), mov.string()}, scratch);
+    savedZone ? setenv("TZ", saved.c_str(), 1) : unsetenv("TZ");
+
+    EXPECT_EQ(json[jpeg.string()]["EXIF:DateTimeOriginal"], "2023:03:12 02:30:00");
+    EXPECT_EQ(json[jpeg.string()]["IPTC:DigitalCreationTime"], "23:37:53-04:00");
+    EXPECT_EQ(json[jpeg.string()]["XMP:DateCreated"], "2023:05:06 11:25:40.5+03:00");
+    EXPECT_EQ(json[jpeg.string()]["XMP:MetadataDate"], "2023:05:06 11:25:00+03:00");
+    EXPECT_EQ(json[mov.string()]["QuickTime:CreationDate"], "2023:05:06 11:25:40+03:00");
+
+    ASSERT_EQ(shift.exitCode, 0) << shift.err;
+    EXPECT_NE(shift.out.find("2 files updated"), std::string::npos) << shift.out;
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:DateTimeOriginal", true), "2023:03:12 03:30:00");
+    EXPECT_EQ(exifToolValue(jpeg, "IPTC:DigitalCreationDate", true), "2023:05:07");
+    EXPECT_EQ(exifToolValue(jpeg, "IPTC:DigitalCreationTime", true), "00:37:53-04:00");
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2023:05:06 12:25:40.5+03:00");
+    EXPECT_EQ(exifToolValue(mov, "Keys:CreationDate", true), "2023:05:06 12:25:40+03:00");
 }
 
 } // namespace

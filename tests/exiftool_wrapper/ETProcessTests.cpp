@@ -456,8 +456,10 @@ TEST(ETProcess, LogsItsTrafficWhenTheDebugLogIsOn) {
     KitDebugger::shared().disableLog();
     std::ifstream in(log);
     const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    EXPECT_THAT(text,
-                HasSubstr("EXIFTOOL ARGS -progress:%r -password ******** -j -FileType " + file.string()));
+    EXPECT_THAT(
+        text,
+        HasSubstr("EXIFTOOL ARGS -progress:%r -api LargeFileSupport=1 -password ******** -j -FileType " +
+                  file.string()));
     EXPECT_THAT(text, HasSubstr("EXIFTOOL ERR Error: \n"));
     EXPECT_THAT(text, HasSubstr("EXIFTOOL OUT Output: [{"));
     EXPECT_THAT(text, HasSubstr("\"FileType\": \"JPEG\""));

@@ -74,6 +74,24 @@ TEST(EditionArrayTest, FamilyValuesCountOnlyWhenAllEditorsAgree) {
     EXPECT_EQ(both.xmpGPSCoordinate(), Coordinate(-1.5, 36.8));
     EXPECT_EQ(both.currentOrEmptyValues(city()), (std::set<std::string>{"Rome"}));
     EXPECT_EQ(both.originalValues(TagItem::itemEXIFGPSLatitude().name()), (std::set<std::string>{"10"}));
+
+    // Every family accessor of one editor exists on the selection.
+    both.setExifGPSAltitude(TypedTagValue<Altitude>::value(Altitude(-12)));
+    EXPECT_EQ(both.exifGPSAltitude(), Altitude(-12));
+    EXPECT_EQ(a->currentValue(TagItem::itemEXIFGPSAltitudeRef().name()), "1");
+    both.setIptcCity(TypedTagValue<std::string>::value("Oslo"));
+    both.setXmpCountryCode(TypedTagValue<std::string>::value("NO"));
+    EXPECT_EQ(both.iptcCity(), "Oslo");
+    EXPECT_EQ(both.xmpCountryCode(), "NO");
+    a->setValue("Bergen", city());
+    EXPECT_FALSE(both.iptcCity()) << "the editors differ";
+    EXPECT_TRUE(both.oneOrMoreIptcLocationTagsAreEdited());
+    EXPECT_FALSE(both.hasOneOrMoreQuicktimeLocationValues());
+    both.setExifOrientationValue(6);
+    both.horizontalFlipExifOrientation();
+    EXPECT_EQ(both.exifOrientationValue(), EXIFAccessor(*b).exifOrientationValue());
+    EXPECT_NE(both.exifOrientationValue(), 6);
+    EXPECT_FALSE(both.hasCurrentExifThumbnail());
 }
 
 TEST(EditionArrayTest, DateEditionsReachEveryMetadataDateButNotTheFileDates) {
@@ -87,6 +105,14 @@ TEST(EditionArrayTest, DateEditionsReachEveryMetadataDateButNotTheFileDates) {
     EXPECT_EQ(a->currentValue(TagItem::itemEXIFDateTimeOriginal().name()), "2024:02:01 01:00:00");
     EXPECT_FALSE(a->isValueEdited(TagItem::itemFileFileModifyDate().name()));
     EXPECT_EQ(b->currentValue(TagItem::itemEXIFCreateDate().name()), "2025:01:01 01:00:00");
+
+    // A date and its time move as one moment, on the time's own offset, whatever the machine's zone.
+    auto c = editorWith({{&TagItem::itemIPTCDigitalCreationDate(), "2023:05:06"},
+                         {&TagItem::itemIPTCDigitalCreationTime(), "23:37:53-04:00"}});
+    hours.hour = 1;
+    TagEditorArrayEditions({c}).applyDateEditionToDateTags(DateEdition::shift(hours));
+    EXPECT_EQ(c->currentValue(TagItem::itemIPTCDigitalCreationDate().name()), "2023:05:07");
+    EXPECT_EQ(c->currentValue(TagItem::itemIPTCDigitalCreationTime().name()), "00:37:53-04:00");
 }
 
 TEST(PasteboardTextTest, PairsRoundTripWithEscapes) {

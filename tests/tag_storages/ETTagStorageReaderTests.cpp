@@ -92,6 +92,20 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
     EXPECT_TRUE(storage.writtenValues().empty());
 }
 
+// What the file holds is shown even where the tag's converter can't read it: more numbers than the
+// tag's table declares, an unset date, a number ExifTool prints as text.
+TEST_F(ETReaderDecoding, ValuesTheConverterCantReadAreKeptAsPrinted) {
+    const TagStorage storage = decodeOne(R"(
+        "EXIF:ExifIFD": {"ExifImageWidth": "100 0", "DateTimeOriginal": "0000:00:00 00:00:00",
+                         "DigitalZoomRatio": "undef", "ExposureTime": 0.002},
+        "XMP:XMP-photoshop": {"DateCreated": "2004:02:26"})");
+    EXPECT_EQ(original(storage, "EXIF:ExifImageWidth"), "100 0");
+    EXPECT_EQ(original(storage, TagItem::itemEXIFDateTimeOriginal()), "0000:00:00 00:00:00");
+    EXPECT_EQ(original(storage, TagItem::itemEXIFDigitalZoomRatio()), "undef");
+    EXPECT_EQ(original(storage, TagItem::itemEXIFExposureTime()), "0.00200000");
+    EXPECT_EQ(original(storage, "XMP:DateCreated"), "2004:02:26") << "a date alone stays so";
+}
+
 TEST_F(ETReaderDecoding, BannedGroupsAndValuesAreDropped) {
     const TagStorage storage = decodeOne(R"json(
         "Composite": {"ImageSize": "8x8"},
@@ -257,6 +271,76 @@ TEST(ETReader, ReadsTaggedFilesOfSeveralFormatsInOneRun) {
     const ETOutput output = reader.process().output();
     EXPECT_EQ(std::count(output.arguments().begin(), output.arguments().end(), "-g0:1"), 1)
         << "files with the same options share one command";
+}
+
+// A PNG chunk: length, type, data and the CRC-32 of type and data.
+std::string pngChunk(const std::string& type, const std::string& data) {
+    auto bigEndian = [](std::uint32_t v) {
+        return std::string{static_cast<char>(v >> 24), static_cast<char>(v >> 16), static_cast<char>(v >> 8),
+                           static_cast<char>(v)};
+    };
+    std::uint32_t crc = 0xFFFFFFFFu;
+    for (unsigned char c : type + data) {
+        crc ^= c;
+        for (int k = 0; k < 8; ++k)
+            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
+    }
+    std::string chunk = bigEndian(static_cast<std::uint32_t>(data.size())) + type + data;
+    return chunk + bigEndian(~crc);
+}
+
+// Values reach the storage as ExifTool holds them: an open count of numbers keeps its blanks, and
+// a number that ExifTool converts (PNG chromaticities stored in 100000ths) keeps its fraction.
+TEST(ETReader, NumbersAreReadAsExifToolHoldsThem) {
+    test::TemporaryFolder folder("corvane-etio");
+    const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
+    test::tagWithExifTool(jpeg, {"-EXIF:SubjectArea=2009 1506 2318 1390"});
+    // The sample PNG with the sRGB chromaticities behind its header chunk.
+    const auto sample = test::pngBytes();
+    std::string png(sample.begin(), sample.end());
+    std::string chromaticities;
+    for (std::uint32_t v : {31270u, 32900u, 64000u, 33000u, 30000u, 60000u, 15000u, 6000u})
+        chromaticities += std::string{static_cast<char>(v >> 24), static_cast<char>(v >> 16),
+                                      static_cast<char>(v >> 8), static_cast<char>(v)};
+    png.insert(8 + 25, pngChunk("cHRM", chromaticities));
+    const fs::path pngPath = test::writeBytes(folder / "image.png", {png.begin(), png.end()});
+
+    auto settings = defaultSettings({TagStorageSource(jpeg), TagStorageSource(pngPath)});
+    const auto storages = ETTagStorageReader(settings).readStorages();
+    ASSERT_TRUE(storages.contains(jpeg) && storages.contains(pngPath));
+    EXPECT_EQ(original(storages.at(jpeg), "EXIF:SubjectArea"), "2009 1506 2318 1390");
+    EXPECT_EQ(original(storages.at(pngPath), "PNG:WhitePointX"), "0.31270000");
+    EXPECT_EQ(original(storages.at(pngPath), "PNG:RedX"), "0.64000000");
+}
+
+// A movie over 4 GB is read whole: its tags behind a large media atom are found.
+TEST(ETReader, ReadsMoviesOverFourGigabytes) {
+    test::TemporaryFolder folder("corvane-etio");
+    const fs::path small = test::makeMOV(folder / "small.mov");
+    test::tagWithExifTool(small, {"-QuickTime:Title=Large"});
+    std::ifstream in(small, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    // The top-level atoms in order; a sparse media atom of 5 GB goes behind the first one.
+    const fs::path large = folder / "large.mov";
+    {
+        std::ofstream out(large, std::ios::binary);
+        const auto firstSize =
+            (static_cast<unsigned char>(bytes[0]) << 24) | (static_cast<unsigned char>(bytes[1]) << 16) |
+            (static_cast<unsigned char>(bytes[2]) << 8) | static_cast<unsigned char>(bytes[3]);
+        out.write(bytes.data(), firstSize);
+        const std::uint64_t mediaSize = (5ull << 30) + 16;
+        unsigned char header[16] = {0, 0, 0, 1, 'm', 'd', 'a', 't'};
+        for (int i = 0; i < 8; ++i)
+            header[8 + i] = static_cast<unsigned char>(mediaSize >> (56 - 8 * i));
+        out.write(reinterpret_cast<const char*>(header), sizeof header);
+        out.seekp(static_cast<std::streamoff>(firstSize + mediaSize));
+        out.write(bytes.data() + firstSize, static_cast<std::streamsize>(bytes.size() - firstSize));
+    }
+    ASSERT_GT(fs::file_size(large), 4ull << 30);
+    auto settings = defaultSettings({TagStorageSource(large)});
+    const auto storages = ETTagStorageReader(settings).readStorages();
+    ASSERT_TRUE(storages.contains(large));
+    EXPECT_EQ(original(storages.at(large), TagItem::itemQuickTimeTitle()), "Large");
 }
 
 TEST(ETReader, FilesWithDifficultNamesAreReadUnderTheirOwnURL) {

@@ -104,8 +104,10 @@ TEST(TagItem, ArrangementSeparatorAndConverterFollowTheCount) {
     };
     using A = TagItem::Arrangement;
     const Case cases[] = {
-        {TagType::int16u, std::nullopt, false, A::dynamicSequence, ", ", ","},
-        {TagType::int16u, -1, false, A::dynamicSequence, ", ", ","},
+        // An open count of numbers keeps ExifTool's blanks: "8 8 8" is three values, not 888.
+        {TagType::int16u, std::nullopt, false, A::dynamicSequence, " ", " "},
+        {TagType::int16u, -1, false, A::dynamicSequence, " ", " "},
+        {TagType::int16u, -1, true, A::dynamicSequence, ", ", ","},
         {TagType::int16u, 0, false, A::singleValue, " ", ""},
         {TagType::int16u, 1, false, A::singleValue, " ", ""},
         {TagType::rational64u, 3, false, A::staticSequence, " ", " "},

@@ -2,6 +2,7 @@
 
 #include "corvane/helpers/WhiteSpace.hpp"
 
+#include <unicode/basictz.h>
 #include <unicode/calendar.h>
 #include <unicode/locid.h>
 #include <unicode/parsepos.h>
@@ -10,8 +11,11 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include <cmath>
 #include <cstdio>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <unordered_map>
 
 namespace corvane {
@@ -75,57 +79,181 @@ icu::UnicodeString prefix(const icu::UnicodeString& s, int32_t count) {
     return icu::UnicodeString(s, 0, s.moveIndex32(0, count));
 }
 
-bool readDigits(const icu::UnicodeString& s, int32_t start, int32_t count, int32_t& out) {
+enum class FastParse { date, failed, unsupported };
+
+// The fields of one text date, as read.
+struct TextFields {
+    int32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    double fraction = 0;    // of a second
+    int fractionDigits = 0; // as written
+    std::optional<int32_t> offsetSeconds;
+    Date::Fields fields = Date::Fields::all;
+};
+
+// Milliseconds since the epoch of the fields read as UTC, through a strict GMT calendar, so that
+// out-of-range fields fail as the strict formatter fails them (and old dates follow ICU's
+// Julian calendar before the Gregorian reform, as the formatter does).
+std::optional<double> wallClockAsUTC(const TextFields& f) {
+    thread_local std::unique_ptr<icu::Calendar> gmt;
+    UErrorCode status = U_ZERO_ERROR;
+    if (!gmt) {
+        gmt.reset(icu::Calendar::createInstance(icu::TimeZone::getGMT()->clone(),
+                                                icu::Locale("en_US_POSIX@calendar=gregorian"), status));
+        if (U_FAILURE(status)) {
+            gmt.reset();
+            return std::nullopt;
+        }
+        gmt->setLenient(false);
+    }
+    gmt->clear();
+    gmt->set(UCAL_YEAR, f.year);
+    gmt->set(UCAL_MONTH, f.month - 1);
+    gmt->set(UCAL_DATE, f.day);
+    gmt->set(UCAL_HOUR_OF_DAY, f.hour);
+    gmt->set(UCAL_MINUTE, f.minute);
+    gmt->set(UCAL_SECOND, f.second);
+    const UDate udate = gmt->getTime(status);
+    if (U_FAILURE(status)) return std::nullopt;
+    return udate;
+}
+
+// The moment the fields name. A written offset is the value's own. Without one the fields are
+// wall-clock time in the process's zone, a repeated one (the hour gained back) taken at its second
+// occurrence as the formatter takes it; a wall-clock time that the zone skips (the hour lost to
+// daylight saving) is read with the offset in force before the change and keeps that offset as
+// its own, so that the value is neither lost nor moved.
+std::optional<Date> dateOfFields(const TextFields& f) {
+    const auto wall = wallClockAsUTC(f);
+    if (!wall) return std::nullopt;
+    std::optional<int32_t> ownOffset = f.offsetSeconds;
+    double udate;
+    if (ownOffset) {
+        udate = *wall - *ownOffset * 1000.0;
+    } else {
+        const auto zone = currentZone();
+        if (!zone) return std::nullopt;
+        UErrorCode status = U_ZERO_ERROR;
+        int32_t raw = 0, dst = 0;
+        if (const auto* basic = dynamic_cast<const icu::BasicTimeZone*>(zone.get()))
+            basic->getOffsetFromLocal(*wall, UCAL_TZ_LOCAL_FORMER, UCAL_TZ_LOCAL_LATTER, raw, dst, status);
+        else
+            zone->getOffset(*wall, true, raw, dst, status);
+        if (U_FAILURE(status)) return std::nullopt;
+        udate = *wall - (raw + dst);
+        int32_t actualRaw = 0, actualDst = 0;
+        zone->getOffset(udate, false, actualRaw, actualDst, status);
+        if (U_FAILURE(status)) return std::nullopt;
+        if (actualRaw + actualDst != raw + dst) ownOffset = (raw + dst) / 1000;
+    }
+    return Date::fromUDate(udate + f.fraction * 1000.0)
+        .withPresentation(ownOffset, f.fractionDigits, f.fields);
+}
+
+bool readDigits(std::string_view s, std::size_t start, std::size_t count, int32_t& out) {
     out = 0;
-    for (int32_t i = start; i < start + count; ++i) {
-        char16_t c = s.charAt(i);
-        if (c < u'0' || c > u'9') return false;
-        out = out * 10 + (c - u'0');
+    if (start + count > s.size()) return false;
+    for (std::size_t i = start; i < start + count; ++i) {
+        const char c = s[i];
+        if (c < '0' || c > '9') return false;
+        out = out * 10 + (c - '0');
     }
     return true;
 }
 
-enum class FastParse { date, failed, unsupported };
+bool allDigits(std::string_view s) {
+    return !s.empty() && s.find_first_not_of("0123456789") == std::string_view::npos;
+}
 
-// The two working shapes, "yyyyMMdd HHmmss" and the same followed by "+HHmm",
-// in ASCII digits: read directly and validated by the strict calendar, as ICU's
-// formatter would, without its per-field number parsing (over 100 us a date).
-// Any other spelling is left to the formatter itself.
-FastParse parseWorkingShape(const icu::UnicodeString& text, bool withZone, Date& result) {
-    const int32_t length = text.length();
-    if (length != (withZone ? 20 : 15) || text.charAt(8) != u' ') return FastParse::unsupported;
-    int32_t year, month, day, hour, minute, second;
-    if (!readDigits(text, 0, 4, year) || !readDigits(text, 4, 2, month) || !readDigits(text, 6, 2, day) ||
-        !readDigits(text, 9, 2, hour) || !readDigits(text, 11, 2, minute) || !readDigits(text, 13, 2, second))
-        return FastParse::unsupported;
-    int32_t offsetMinutes = 0;
-    if (withZone) {
-        char16_t sign = text.charAt(15);
-        int32_t offsetHours, offsetMins;
-        if ((sign != u'+' && sign != u'-') || !readDigits(text, 16, 2, offsetHours) ||
-            !readDigits(text, 18, 2, offsetMins) || offsetHours > 23 || offsetMins > 59)
-            return FastParse::unsupported;
-        offsetMinutes = (offsetHours * 60 + offsetMins) * (sign == u'-' ? -1 : 1);
+// Today's year, month and day in the current zone, or 2000-01-01 if the calendar fails.
+void setToday(TextFields& f);
+
+// The shapes of ExifTool's date texts, in ASCII, after the colons and underscores are taken out:
+// "yyyyMMdd HHmmss" (or without the blank), a date, a year, a time "HHmmss" or an hour "HH";
+// where there is a time, also without seconds ("yyyyMMdd HHmm", as XMP allows), with a
+// fraction of a second (".5", ",123456") and with a zone ("Z", "+0200"). The strict formatter
+// is left the rest (shapes it reads by length that these don't cover).
+FastParse parseTextFields(std::string_view text, Date& result) {
+    TextFields f;
+    std::string_view core = text;
+    // A zone behind a time: "Z" is UTC, "+HHMM" the offset.
+    const bool mayHaveTime = core.size() >= 7;
+    if (mayHaveTime && core.back() == 'Z' && core[core.size() - 2] >= '0' && core[core.size() - 2] <= '9') {
+        f.offsetSeconds = 0;
+        core.remove_suffix(1);
+    } else if (mayHaveTime && core.size() >= 11) {
+        const std::string_view zone = core.substr(core.size() - 5);
+        int32_t hours, minutes;
+        if ((zone[0] == '+' || zone[0] == '-') && readDigits(zone, 1, 2, hours) &&
+            readDigits(zone, 3, 2, minutes)) {
+            if (hours > 23 || minutes > 59) return FastParse::unsupported;
+            f.offsetSeconds = (hours * 3600 + minutes * 60) * (zone[0] == '-' ? -1 : 1);
+            core.remove_suffix(5);
+        }
     }
+    // A fraction of a second.
+    if (const auto dot = core.find_first_of(".,"); dot != std::string_view::npos) {
+        const std::string_view digits = core.substr(dot + 1);
+        if (!allDigits(digits) || digits.size() > 9) return FastParse::unsupported;
+        f.fractionDigits = static_cast<int>(digits.size());
+        int32_t value = 0;
+        readDigits(digits, 0, digits.size(), value);
+        f.fraction = value / std::pow(10.0, static_cast<double>(digits.size()));
+        core = core.substr(0, dot);
+    }
+    const bool decorated = f.offsetSeconds || f.fractionDigits > 0;
+    const auto dateAndTime = [&](std::string_view date, std::string_view time) {
+        return allDigits(date) && date.size() == 8 && allDigits(time) &&
+               (time.size() == 6 || time.size() == 4) && readDigits(date, 0, 4, f.year) &&
+               readDigits(date, 4, 2, f.month) && readDigits(date, 6, 2, f.day) &&
+               readDigits(time, 0, 2, f.hour) && readDigits(time, 2, 2, f.minute) &&
+               (time.size() == 4 || readDigits(time, 4, 2, f.second));
+    };
+    bool read = false;
+    if (core.size() == 15 && core[8] == ' ') {
+        read = dateAndTime(core.substr(0, 8), core.substr(9));
+    } else if (core.size() == 13 && core[8] == ' ') {
+        read = dateAndTime(core.substr(0, 8), core.substr(9)); // no seconds
+        f.fields = Date::Fields::noSeconds;
+    } else if (core.size() == 14) {
+        read = dateAndTime(core.substr(0, 8), core.substr(8));
+    } else if (core.size() == 6 && allDigits(core)) {
+        setToday(f);
+        read = readDigits(core, 0, 2, f.hour) && readDigits(core, 2, 2, f.minute) &&
+               readDigits(core, 4, 2, f.second);
+    } else if (!decorated && core.size() == 8 && allDigits(core)) {
+        read = readDigits(core, 0, 4, f.year) && readDigits(core, 4, 2, f.month) &&
+               readDigits(core, 6, 2, f.day);
+        f.fields = Date::Fields::dateOnly;
+    } else if (!decorated && core.size() == 4 && allDigits(core)) {
+        f.month = f.day = 1;
+        read = readDigits(core, 0, 4, f.year);
+        f.fields = Date::Fields::yearOnly;
+    } else if (!decorated && core.size() == 2 && allDigits(core)) {
+        setToday(f);
+        read = readDigits(core, 0, 2, f.hour);
+    }
+    if (!read) return FastParse::unsupported;
+    if (auto date = dateOfFields(f)) {
+        result = *date;
+        return FastParse::date;
+    }
+    return FastParse::failed;
+}
+
+void setToday(TextFields& f) {
     icu::Calendar* calendar = threadFormatting().strictCalendar();
-    if (!calendar) return FastParse::unsupported;
-    calendar->clear();
-    calendar->set(UCAL_YEAR, year);
-    calendar->set(UCAL_MONTH, month - 1);
-    calendar->set(UCAL_DATE, day);
-    calendar->set(UCAL_HOUR_OF_DAY, hour);
-    calendar->set(UCAL_MINUTE, minute);
-    calendar->set(UCAL_SECOND, second);
-    if (withZone) {
-        // A written offset replaces the zone's own, as the formatter does.
-        calendar->set(UCAL_ZONE_OFFSET, offsetMinutes * 60000);
-        calendar->set(UCAL_DST_OFFSET, 0);
-    }
     UErrorCode status = U_ZERO_ERROR;
-    UDate udate = calendar->getTime(status);
-    if (U_FAILURE(status)) return FastParse::failed;
-    result = Date::fromUDate(udate);
-    return FastParse::date;
+    f.year = 2000;
+    f.month = f.day = 1;
+    if (!calendar) return;
+    calendar->setTime(Date::now().udate(), status);
+    const int32_t year = calendar->get(UCAL_YEAR, status);
+    const int32_t month = calendar->get(UCAL_MONTH, status) + 1;
+    const int32_t day = calendar->get(UCAL_DATE, status);
+    if (U_FAILURE(status) || year <= 0 || year > 9999) return;
+    f.year = year;
+    f.month = month;
+    f.day = day;
 }
 
 // Today as "yyyyMMdd" in the current zone, or "20000101" if the calendar fails.
@@ -178,11 +306,26 @@ void appendDigits(std::string& out, int32_t value, int width) {
 // from the strict calendar's fields, as ICU's formatter would write them, without its per-field
 // number formatting (most of the cost of reading a file's dates). Gives false for anything else:
 // other pattern letters or quotes, years outside 1...9999, offsets with seconds.
-bool formatWorkingShape(Date date, const std::string& pattern, std::string& out) {
+// A date with its own offset is written on its own wall clock, with that offset; `fractionDigits`
+// digits of the second's fraction follow the seconds.
+bool formatWorkingShape(Date date, const std::string& pattern, int fractionDigits, std::string& out) {
     icu::Calendar* calendar = threadFormatting().strictCalendar();
+    double udate = date.udate();
+    if (date.ownOffset()) {
+        thread_local std::unique_ptr<icu::Calendar> gmt;
+        if (!gmt) {
+            UErrorCode status = U_ZERO_ERROR;
+            gmt.reset(icu::Calendar::createInstance(icu::TimeZone::getGMT()->clone(),
+                                                    icu::Locale("en_US_POSIX@calendar=gregorian"), status));
+            if (U_FAILURE(status)) gmt.reset();
+        }
+        calendar = gmt.get();
+        udate += *date.ownOffset() * 1000.0;
+    }
     if (!calendar) return false;
     UErrorCode status = U_ZERO_ERROR;
-    calendar->setTime(date.udate(), status);
+    const double wholeSeconds = std::floor(udate / 1000.0) * 1000.0;
+    calendar->setTime(wholeSeconds, status);
     const int32_t era = calendar->get(UCAL_ERA, status);
     const int32_t year = calendar->get(UCAL_YEAR, status);
     if (U_FAILURE(status) || era != 1 || year < 1 || year > 9999) return false;
@@ -207,8 +350,9 @@ bool formatWorkingShape(Date date, const std::string& pattern, std::string& out)
             field = UCAL_SECOND;
         else if (c == 'Z' && run == 5) {
             // ISO 8601 extended offset: "Z" for UTC, else "+HH:mm".
-            const int32_t offset =
-                calendar->get(UCAL_ZONE_OFFSET, status) + calendar->get(UCAL_DST_OFFSET, status);
+            const int32_t offset = date.ownOffset() ? *date.ownOffset() * 1000
+                                                    : calendar->get(UCAL_ZONE_OFFSET, status) +
+                                                          calendar->get(UCAL_DST_OFFSET, status);
             if (U_FAILURE(status) || offset % 60000 != 0) return false;
             if (offset == 0) {
                 out += 'Z';
@@ -231,17 +375,46 @@ bool formatWorkingShape(Date date, const std::string& pattern, std::string& out)
         const int32_t value = calendar->get(field, status) + (field == UCAL_MONTH ? 1 : 0);
         if (U_FAILURE(status)) return false;
         appendDigits(out, value, static_cast<int>(run));
+        if (field == UCAL_SECOND && fractionDigits > 0) {
+            const double scale = std::pow(10.0, fractionDigits);
+            const auto digits = static_cast<int32_t>(
+                std::min(std::floor((udate - wholeSeconds) / 1000.0 * scale + 0.5), scale - 1));
+            out += '.';
+            appendDigits(out, digits, fractionDigits);
+        }
         i += run;
     }
     return true;
 }
 
+// "+02:00", or "Z" at zero offset, as the "ZZZZZ" pattern writes it.
+std::string offsetText(int32_t offsetSeconds) {
+    if (offsetSeconds == 0) return "Z";
+    const int32_t minutes = (offsetSeconds < 0 ? -offsetSeconds : offsetSeconds) / 60;
+    std::string out(1, offsetSeconds < 0 ? '-' : '+');
+    appendDigits(out, minutes / 60, 2);
+    out += ':';
+    appendDigits(out, minutes % 60, 2);
+    return out;
+}
+
 } // namespace
 
 std::string DateTimeValueConverter::format(Date date, const std::string& pattern) {
-    if (std::string text; formatWorkingShape(date, pattern, text)) return text;
+    return formatOnOwnClock(date.withPresentation(std::nullopt, 0), pattern, 0);
+}
+
+std::string DateTimeValueConverter::formatOnOwnClock(Date date, const std::string& pattern,
+                                                     int fractionDigits) {
+    if (std::string text; formatWorkingShape(date, pattern, fractionDigits, text)) return text;
     icu::SimpleDateFormat* formatter = threadFormatting().formatter(pattern);
     if (!formatter) return {};
+    // The formatter is set back to the process's zone at its next use.
+    if (date.ownOffset()) {
+        const auto offsetId = icu::UnicodeString::fromUTF8(
+            "GMT" + (*date.ownOffset() == 0 ? std::string() : offsetText(*date.ownOffset())));
+        formatter->adoptTimeZone(icu::TimeZone::createTimeZone(offsetId));
+    }
     icu::UnicodeString output;
     formatter->format(date.udate(), output);
     std::string text;
@@ -257,10 +430,22 @@ std::optional<Date> DateTimeValueConverter::typedValueFromStringValue(const Opti
     text = trimUnicodeWhiteSpace(text);
     if (text.isEmpty()) return std::nullopt;
 
+    // The shapes ExifTool writes are read field by field, with their zone and fraction.
+    std::string ascii;
+    text.toUTF8String(ascii);
+    Date date;
+    switch (parseTextFields(ascii, date)) {
+    case FastParse::date:
+        return date;
+    case FastParse::failed:
+        return std::nullopt;
+    case FastParse::unsupported:
+        break;
+    }
+
+    // Anything else by its length, through the strict formatter.
     static const std::string working = "yyyyMMdd HHmmss";
     static const std::string workingWithZone = working + "Z";
-
-    // Only the shapes without a date need today's (a calendar pass per call).
     icu::UnicodeString rebuilt;
     const std::string* pattern = &working;
     switch (text.countChar32()) {
@@ -288,8 +473,8 @@ std::optional<Date> DateTimeValueConverter::typedValueFromStringValue(const Opti
     case 15: // yyyyMMdd HHmmss
         rebuilt = text;
         break;
-    case 16: // the same and one more character, such as "Z": read as local time
-    case 22: // the same, a zone and a fraction, or a six-digit fraction: cut off
+    case 16: // the same and one more character: cut off
+    case 22: // the same and seven more characters: cut off
         rebuilt = prefix(text, 15);
         break;
     case 20: // yyyyMMdd HHmmss and a zone
@@ -298,15 +483,6 @@ std::optional<Date> DateTimeValueConverter::typedValueFromStringValue(const Opti
         break;
     default:
         return std::nullopt;
-    }
-    Date date;
-    switch (parseWorkingShape(rebuilt, pattern == &workingWithZone, date)) {
-    case FastParse::date:
-        return date;
-    case FastParse::failed:
-        return std::nullopt;
-    case FastParse::unsupported:
-        break;
     }
     std::string utf8;
     rebuilt.toUTF8String(utf8);
@@ -324,7 +500,23 @@ std::optional<Date> DateTimeValueConverter::typedValueFromNativeValue(const Dyna
 
 OptionalString DateTimeValueConverter::stringValueFromTypedValue(const std::optional<Date>& value) const {
     if (!value) return std::nullopt;
-    return format(*value, dateFormat_);
+    switch (clock_) {
+    case Clock::processZone:
+        return format(*value, dateFormat_);
+    case Clock::own:
+        return formatOnOwnClock(*value, dateFormat_, 0);
+    case Clock::ownWithZone:
+        break;
+    }
+    // A year or a date alone stays so where the format has a date; a time without seconds gets them.
+    const bool hasDate = dateFormat_.starts_with("yyyy:MM:dd");
+    if (hasDate && value->fields() == Date::Fields::yearOnly) return formatOnOwnClock(*value, "yyyy", 0);
+    if (hasDate && value->fields() == Date::Fields::dateOnly)
+        return formatOnOwnClock(*value, "yyyy:MM:dd", 0);
+    std::string text = formatOnOwnClock(*value, dateFormat_, value->fractionDigits());
+    if (value->ownOffset() && dateFormat_.find('Z') == std::string::npos)
+        text += offsetText(*value->ownOffset());
+    return text;
 }
 
 std::optional<ObjectValue>

@@ -3,6 +3,7 @@
 #include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/EXIFAccessor.hpp"
+#include "corvane/tag_editor/EmbeddedImageAccessor.hpp"
 #include "corvane/tag_editor/IPTCAccessor.hpp"
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
@@ -173,6 +174,132 @@ void TagEditorArrayEditions::setXmpTextLocation(const TypedTagValue<TextLocation
 void TagEditorArrayEditions::setGPSCoordinate(const TypedTagValue<Coordinate>& value) const {
     editConcurrently([&](TagEditor& e) { TagEditorEditions(e).setGPSCoordinate(value); });
 }
+
+// The remaining family accessors, each the one-editor accessor on every editor of the selection.
+#define CORVANE_ARRAY_GET(Type, Accessor, name)                                                              \
+    std::optional<Type> TagEditorArrayEditions::name() const {                                               \
+        return commonValue<Type>([](TagEditor& e) -> std::optional<Type> { return Accessor(e).name(); });    \
+    }
+#define CORVANE_ARRAY_ANY(Accessor, name)                                                                    \
+    bool TagEditorArrayEditions::name() const {                                                              \
+        return std::any_of(editors_.begin(), editors_.end(),                                                 \
+                           [](const TagEditorRef& e) { return Accessor(*e).name(); });                       \
+    }
+#define CORVANE_ARRAY_SET(Argument, Accessor, name)                                                          \
+    void TagEditorArrayEditions::name(const Argument& value) const {                                         \
+        editConcurrently([&](TagEditor& e) { Accessor(e).name(value); });                                    \
+    }
+#define CORVANE_ARRAY_SET_PLAIN(Argument, Accessor, name)                                                    \
+    void TagEditorArrayEditions::name(Argument value) const {                                                \
+        editConcurrently([&](TagEditor& e) { Accessor(e).name(value); });                                    \
+    }
+#define CORVANE_ARRAY_DO(Accessor, name)                                                                     \
+    void TagEditorArrayEditions::name() const {                                                              \
+        editConcurrently([](TagEditor& e) { Accessor(e).name(); });                                          \
+    }
+
+CORVANE_ARRAY_GET(Latitude, EXIFAccessor, exifGPSLatitude)
+CORVANE_ARRAY_GET(Longitude, EXIFAccessor, exifGPSLongitude)
+CORVANE_ARRAY_GET(Altitude, EXIFAccessor, exifGPSAltitude)
+CORVANE_ARRAY_GET(double, EXIFAccessor, exifGPSImgDirection)
+CORVANE_ARRAY_GET(PartialDate, EXIFAccessor, exifGPSDateStamp)
+CORVANE_ARRAY_GET(PartialTime, EXIFAccessor, exifGPSTimeStamp)
+CORVANE_ARRAY_GET(DateTime, EXIFAccessor, exifGPSStamp)
+CORVANE_ARRAY_GET(Date, EXIFAccessor, exifDateTimeOriginal)
+CORVANE_ARRAY_GET(Date, EXIFAccessor, exifCreateDate)
+CORVANE_ARRAY_SET(TypedTagValue<Latitude>, EXIFAccessor, setExifGPSLatitude)
+CORVANE_ARRAY_SET(TypedTagValue<Longitude>, EXIFAccessor, setExifGPSLongitude)
+CORVANE_ARRAY_SET(TypedTagValue<Altitude>, EXIFAccessor, setExifGPSAltitude)
+CORVANE_ARRAY_SET(TypedTagValue<double>, EXIFAccessor, setExifGPSImgDirection)
+CORVANE_ARRAY_SET(TypedTagValue<Coordinate>, EXIFAccessor, setExifGPSCoordinate)
+CORVANE_ARRAY_SET(TypedTagValue<GPSLocation>, EXIFAccessor, setExifGPSCoordinate)
+CORVANE_ARRAY_SET(TypedTagValue<PartialDate>, EXIFAccessor, setExifGPSDateStamp)
+CORVANE_ARRAY_SET(TypedTagValue<PartialTime>, EXIFAccessor, setExifGPSTimeStamp)
+CORVANE_ARRAY_SET(TypedTagValue<DateTime>, EXIFAccessor, setExifGPSStamp)
+CORVANE_ARRAY_ANY(EXIFAccessor, oneOrMoreExifLocationTagsAreEdited)
+CORVANE_ARRAY_ANY(EXIFAccessor, hasOneOrMoreExifLocationValues)
+
+CORVANE_ARRAY_GET(Latitude, XMPAccessor, xmpGPSLatitude)
+CORVANE_ARRAY_GET(Longitude, XMPAccessor, xmpGPSLongitude)
+CORVANE_ARRAY_GET(Altitude, XMPAccessor, xmpGPSAltitude)
+CORVANE_ARRAY_GET(DateTime, XMPAccessor, xmpGPSDateTime)
+CORVANE_ARRAY_SET(TypedTagValue<Latitude>, XMPAccessor, setXmpGPSLatitude)
+CORVANE_ARRAY_SET(TypedTagValue<Longitude>, XMPAccessor, setXmpGPSLongitude)
+CORVANE_ARRAY_SET(TypedTagValue<Altitude>, XMPAccessor, setXmpGPSAltitude)
+CORVANE_ARRAY_SET(TypedTagValue<Coordinate>, XMPAccessor, setXmpGPSCoordinate)
+CORVANE_ARRAY_SET(TypedTagValue<GPSLocation>, XMPAccessor, setXmpGPSCoordinate)
+CORVANE_ARRAY_SET(TypedTagValue<DateTime>, XMPAccessor, setXmpGPSDateTime)
+CORVANE_ARRAY_GET(std::string, XMPAccessor, xmpLocationName)
+CORVANE_ARRAY_GET(std::string, XMPAccessor, xmpLocationCity)
+CORVANE_ARRAY_GET(std::string, XMPAccessor, xmpLocationState)
+CORVANE_ARRAY_GET(std::string, XMPAccessor, xmpCountryName)
+CORVANE_ARRAY_GET(std::string, XMPAccessor, xmpCountryCode)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, XMPAccessor, setXmpLocationName)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, XMPAccessor, setXMPLocationCity)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, XMPAccessor, setXmpLocationState)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, XMPAccessor, setXMPCountryName)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, XMPAccessor, setXmpCountryCode)
+CORVANE_ARRAY_ANY(XMPAccessor, oneOrMoreXmpLocationTagsAreEdited)
+CORVANE_ARRAY_ANY(XMPAccessor, hasOneOrMoreXmpLocationValues)
+
+CORVANE_ARRAY_GET(std::string, IPTCAccessor, iptcSubLocation)
+CORVANE_ARRAY_GET(std::string, IPTCAccessor, iptcCity)
+CORVANE_ARRAY_GET(std::string, IPTCAccessor, iptcProvince_State)
+CORVANE_ARRAY_GET(std::string, IPTCAccessor, iptcLocationName)
+CORVANE_ARRAY_GET(std::string, IPTCAccessor, iptcLocationCode)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, IPTCAccessor, setIptcSubLocation)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, IPTCAccessor, setIptcCity)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, IPTCAccessor, setIptcProvince_State)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, IPTCAccessor, setIptcLocationName)
+CORVANE_ARRAY_SET(TypedTagValue<std::string>, IPTCAccessor, setIptcLocationCode)
+CORVANE_ARRAY_ANY(IPTCAccessor, oneOrMoreIptcLocationTagsAreEdited)
+CORVANE_ARRAY_ANY(IPTCAccessor, hasOneOrMoreIptcLocationValues)
+
+CORVANE_ARRAY_SET(TypedTagValue<Coordinate>, QuickTimeAccessor, setQuicktimeGPSCoordinate)
+CORVANE_ARRAY_SET(TypedTagValue<GPSLocation>, QuickTimeAccessor, setQuicktimeGPSCoordinate)
+CORVANE_ARRAY_GET(std::string, QuickTimeAccessor, quicktimeLocationName)
+CORVANE_ARRAY_SET(std::optional<std::string>, QuickTimeAccessor, setQuicktimeLocationName)
+CORVANE_ARRAY_SET(TypedTagValue<TextLocation>, QuickTimeAccessor, setQuicktimeLocationName)
+CORVANE_ARRAY_ANY(QuickTimeAccessor, oneOrMoreQuicktimeLocationTagsAreEdited)
+CORVANE_ARRAY_ANY(QuickTimeAccessor, hasOneOrMoreQuicktimeLocationValues)
+
+CORVANE_ARRAY_GET(int, EXIFAccessor, exifOrientationValue)
+CORVANE_ARRAY_GET(int, EXIFAccessor, originalExifOrientationValue)
+CORVANE_ARRAY_GET(ExifOrientation, EXIFAccessor, exifOrientation)
+CORVANE_ARRAY_GET(ExifOrientation, EXIFAccessor, originalExifOrientation)
+CORVANE_ARRAY_SET_PLAIN(int, EXIFAccessor, setExifOrientationValue)
+CORVANE_ARRAY_SET_PLAIN(ExifOrientation, EXIFAccessor, setExifOrientation)
+CORVANE_ARRAY_DO(EXIFAccessor, horizontalFlipExifOrientation)
+CORVANE_ARRAY_DO(EXIFAccessor, verticalFlipExifOrientation)
+CORVANE_ARRAY_DO(EXIFAccessor, rotateLeftExifOrientation)
+CORVANE_ARRAY_DO(EXIFAccessor, rotateRightExifOrientation)
+CORVANE_ARRAY_GET(int, QuickTimeAccessor, quicktimeOrientationValue)
+CORVANE_ARRAY_GET(int, QuickTimeAccessor, originalQuicktimeOrientationValue)
+CORVANE_ARRAY_GET(ExifOrientation, QuickTimeAccessor, quicktimeOrientation)
+CORVANE_ARRAY_GET(ExifOrientation, QuickTimeAccessor, originalQuicktimeOrientation)
+CORVANE_ARRAY_SET_PLAIN(int, QuickTimeAccessor, setQuicktimeOrientationValue)
+CORVANE_ARRAY_SET_PLAIN(ExifOrientation, QuickTimeAccessor, setQuicktimeOrientation)
+CORVANE_ARRAY_DO(QuickTimeAccessor, horizontalFlipQuicktimeOrientation)
+CORVANE_ARRAY_DO(QuickTimeAccessor, verticalFlipQuicktimeOrientation)
+CORVANE_ARRAY_DO(QuickTimeAccessor, rotateLeftQuicktimeOrientation)
+CORVANE_ARRAY_DO(QuickTimeAccessor, rotateRightQuicktimeOrientation)
+
+CORVANE_ARRAY_ANY(EmbeddedImageAccessor, hasCurrentExifThumbnail)
+CORVANE_ARRAY_ANY(EmbeddedImageAccessor, hasOriginalExifThumbnail)
+CORVANE_ARRAY_ANY(EmbeddedImageAccessor, isExifThumbnailEdited)
+CORVANE_ARRAY_DO(EmbeddedImageAccessor, clearExifThumbnail)
+CORVANE_ARRAY_DO(EmbeddedImageAccessor, restoreExifThumbnail)
+CORVANE_ARRAY_ANY(EmbeddedImageAccessor, hasCurrentExifPreview)
+CORVANE_ARRAY_ANY(EmbeddedImageAccessor, hasOriginalExifPreview)
+CORVANE_ARRAY_ANY(EmbeddedImageAccessor, isExifPreviewEdited)
+CORVANE_ARRAY_DO(EmbeddedImageAccessor, clearExifPreview)
+CORVANE_ARRAY_DO(EmbeddedImageAccessor, restoreExifPreview)
+
+#undef CORVANE_ARRAY_GET
+#undef CORVANE_ARRAY_ANY
+#undef CORVANE_ARRAY_SET
+#undef CORVANE_ARRAY_SET_PLAIN
+#undef CORVANE_ARRAY_DO
 
 std::optional<Location> TagEditorArrayEditions::location() const {
     auto gps = exifGPSLocation();

@@ -9,6 +9,8 @@
 #include "corvane/tag_value/TypedTagValue.hpp"
 #include "corvane/value_models/Coordinate.hpp"
 #include "corvane/value_models/DateEdition.hpp"
+#include "corvane/value_models/DateTime.hpp"
+#include "corvane/value_models/ExifOrientation.hpp"
 #include "corvane/value_models/GPSLocation.hpp"
 #include "corvane/value_models/Location.hpp"
 #include "corvane/value_models/TextLocation.hpp"
@@ -95,6 +97,105 @@ public:
     void setIptcTextLocation(const TypedTagValue<TextLocation>& value) const;
     void setXmpTextLocation(const TypedTagValue<TextLocation>& value) const;
     void setGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
+
+    // Each family accessor of one editor, on the selection: a getter answers when all editors
+    // agree, a predicate when any editor says so, a setter or a turn applies to every editor.
+    std::optional<Latitude> exifGPSLatitude() const;
+    std::optional<Longitude> exifGPSLongitude() const;
+    std::optional<Altitude> exifGPSAltitude() const;
+    std::optional<double> exifGPSImgDirection() const;
+    std::optional<PartialDate> exifGPSDateStamp() const;
+    std::optional<PartialTime> exifGPSTimeStamp() const;
+    std::optional<DateTime> exifGPSStamp() const;
+    std::optional<Date> exifDateTimeOriginal() const;
+    std::optional<Date> exifCreateDate() const;
+    void setExifGPSLatitude(const TypedTagValue<Latitude>& value) const;
+    void setExifGPSLongitude(const TypedTagValue<Longitude>& value) const;
+    void setExifGPSAltitude(const TypedTagValue<Altitude>& value) const;
+    void setExifGPSImgDirection(const TypedTagValue<double>& value) const;
+    void setExifGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
+    void setExifGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
+    void setExifGPSDateStamp(const TypedTagValue<PartialDate>& value) const;
+    void setExifGPSTimeStamp(const TypedTagValue<PartialTime>& value) const;
+    void setExifGPSStamp(const TypedTagValue<DateTime>& value) const;
+    bool oneOrMoreExifLocationTagsAreEdited() const;
+    bool hasOneOrMoreExifLocationValues() const;
+
+    std::optional<Latitude> xmpGPSLatitude() const;
+    std::optional<Longitude> xmpGPSLongitude() const;
+    std::optional<Altitude> xmpGPSAltitude() const;
+    std::optional<DateTime> xmpGPSDateTime() const;
+    void setXmpGPSLatitude(const TypedTagValue<Latitude>& value) const;
+    void setXmpGPSLongitude(const TypedTagValue<Longitude>& value) const;
+    void setXmpGPSAltitude(const TypedTagValue<Altitude>& value) const;
+    void setXmpGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
+    void setXmpGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
+    void setXmpGPSDateTime(const TypedTagValue<DateTime>& value) const;
+    std::optional<std::string> xmpLocationName() const;
+    std::optional<std::string> xmpLocationCity() const;
+    std::optional<std::string> xmpLocationState() const;
+    std::optional<std::string> xmpCountryName() const;
+    std::optional<std::string> xmpCountryCode() const;
+    void setXmpLocationName(const TypedTagValue<std::string>& value) const;
+    void setXMPLocationCity(const TypedTagValue<std::string>& value) const;
+    void setXmpLocationState(const TypedTagValue<std::string>& value) const;
+    void setXMPCountryName(const TypedTagValue<std::string>& value) const;
+    void setXmpCountryCode(const TypedTagValue<std::string>& value) const;
+    bool oneOrMoreXmpLocationTagsAreEdited() const;
+    bool hasOneOrMoreXmpLocationValues() const;
+
+    std::optional<std::string> iptcSubLocation() const;
+    std::optional<std::string> iptcCity() const;
+    std::optional<std::string> iptcProvince_State() const;
+    std::optional<std::string> iptcLocationName() const;
+    std::optional<std::string> iptcLocationCode() const;
+    void setIptcSubLocation(const TypedTagValue<std::string>& value) const;
+    void setIptcCity(const TypedTagValue<std::string>& value) const;
+    void setIptcProvince_State(const TypedTagValue<std::string>& value) const;
+    void setIptcLocationName(const TypedTagValue<std::string>& value) const;
+    void setIptcLocationCode(const TypedTagValue<std::string>& value) const;
+    bool oneOrMoreIptcLocationTagsAreEdited() const;
+    bool hasOneOrMoreIptcLocationValues() const;
+
+    void setQuicktimeGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
+    void setQuicktimeGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
+    std::optional<std::string> quicktimeLocationName() const;
+    void setQuicktimeLocationName(const std::optional<std::string>& value) const;
+    void setQuicktimeLocationName(const TypedTagValue<TextLocation>& value) const;
+    bool oneOrMoreQuicktimeLocationTagsAreEdited() const;
+    bool hasOneOrMoreQuicktimeLocationValues() const;
+
+    std::optional<int> exifOrientationValue() const;
+    std::optional<int> originalExifOrientationValue() const;
+    std::optional<ExifOrientation> exifOrientation() const;
+    std::optional<ExifOrientation> originalExifOrientation() const;
+    void setExifOrientationValue(int value) const;
+    void setExifOrientation(ExifOrientation orientation) const;
+    void horizontalFlipExifOrientation() const;
+    void verticalFlipExifOrientation() const;
+    void rotateLeftExifOrientation() const;
+    void rotateRightExifOrientation() const;
+    std::optional<int> quicktimeOrientationValue() const;
+    std::optional<int> originalQuicktimeOrientationValue() const;
+    std::optional<ExifOrientation> quicktimeOrientation() const;
+    std::optional<ExifOrientation> originalQuicktimeOrientation() const;
+    void setQuicktimeOrientationValue(int value) const;
+    void setQuicktimeOrientation(ExifOrientation orientation) const;
+    void horizontalFlipQuicktimeOrientation() const;
+    void verticalFlipQuicktimeOrientation() const;
+    void rotateLeftQuicktimeOrientation() const;
+    void rotateRightQuicktimeOrientation() const;
+
+    bool hasCurrentExifThumbnail() const;
+    bool hasOriginalExifThumbnail() const;
+    bool isExifThumbnailEdited() const;
+    void clearExifThumbnail() const;
+    void restoreExifThumbnail() const;
+    bool hasCurrentExifPreview() const;
+    bool hasOriginalExifPreview() const;
+    bool isExifPreviewEdited() const;
+    void clearExifPreview() const;
+    void restoreExifPreview() const;
 
     // The GPS part from EXIF, else XMP, else QuickTime; the text part from IPTC, else XMP.
     std::optional<Location> location() const;

@@ -10,6 +10,7 @@
 #include "corvane/tag_editor/XMPAccessor.hpp"
 #include "corvane/value_models/DateTime.hpp"
 #include "corvane/value_models/GPSLocation.hpp"
+#include "corvane/value_models/GregorianCalendar.hpp"
 #include "corvane/value_models/PartialDate.hpp"
 #include "corvane/value_models/PartialTime.hpp"
 
@@ -297,10 +298,93 @@ void TagEditorEditions::editDate(const DateEdition& edition, const TagItem& item
     if (auto text = item.stringValueFromNativeValue(DynamicValue(*date))) setString(text, item);
 }
 
+namespace {
+
+// A date tag and the time tag that completes it: one moment in two tags.
+struct DateTimePair {
+    const TagItem* date;
+    const TagItem* time;
+};
+
+const std::vector<DateTimePair>& dateTimePairs() {
+    static const std::vector<DateTimePair> pairs = [] {
+        const std::pair<const char*, const char*> names[] = {
+            {"IPTC:DateCreated", "IPTC:TimeCreated"},
+            {"IPTC:DigitalCreationDate", "IPTC:DigitalCreationTime"},
+            {"IPTC:ReleaseDate", "IPTC:ReleaseTime"},
+            {"IPTC:ExpirationDate", "IPTC:ExpirationTime"},
+            {"IPTC:DateSent", "IPTC:TimeSent"},
+            {"EXIF:GPSDateStamp", "EXIF:GPSTimeStamp"},
+        };
+        std::vector<DateTimePair> found;
+        for (const auto& [date, time] : names) {
+            const auto dateName = TagName::fromRawValue(date);
+            const auto timeName = TagName::fromRawValue(time);
+            const TagItem* dateItem = dateName ? dateName->item() : nullptr;
+            const TagItem* timeItem = timeName ? timeName->item() : nullptr;
+            if (dateItem && timeItem) found.push_back({dateItem, timeItem});
+        }
+        return found;
+    }();
+    return pairs;
+}
+
+} // namespace
+
+bool TagEditorEditions::editDatePair(const DateEdition& edition, const TagItem& dateItem,
+                                     const TagItem& timeItem) const {
+    const auto& kind = edition.value();
+    if (std::holds_alternative<DateEdition::Restore>(kind) ||
+        std::holds_alternative<DateEdition::Remove>(kind) ||
+        std::holds_alternative<DateEdition::Select>(kind))
+        return false;
+    const auto day = dateOf(currentNativeValue(dateItem));
+    const auto time = dateOf(currentNativeValue(timeItem));
+    if (!day || !time) return false;
+    // The day of the one and the time of the other, on the time's own offset if it has one.
+    const DateComponents dayFields = GregorianCalendar::components(*day);
+    const DateComponents timeFields = GregorianCalendar::components(*time);
+    DateComponents joined = DateComponents::fromFields(dayFields.year, dayFields.month, dayFields.day,
+                                                       timeFields.hour, timeFields.minute, timeFields.second);
+    if (time->ownOffset())
+        joined.timeZoneIdentifier = GregorianCalendar::offsetZoneIdentifier(*time->ownOffset());
+    auto moment = GregorianCalendar::date(joined);
+    if (!moment) return false;
+    moment = moment->withPresentation(time->ownOffset(), 0);
+    std::optional<Date> result;
+    if (const auto* update = std::get_if<DateEdition::Update>(&kind))
+        result = update->values.updateDate(moment);
+    else if (const auto* shift = std::get_if<DateEdition::Shift>(&kind))
+        result = shift->values.shiftDate(moment);
+    if (!result) return true;
+    // Both halves are written on the moment's own wall clock, so a time moved past midnight moves
+    // the day with it.
+    auto dayText = dateItem.stringValueFromNativeValue(DynamicValue(*result));
+    auto timeText = timeItem.stringValueFromNativeValue(DynamicValue(*result));
+    if (dayText && timeText) {
+        setString(dayText, dateItem);
+        setString(timeText, timeItem);
+    }
+    return true;
+}
+
 void TagEditorEditions::editDate(const DateEdition& edition, const std::vector<TagName>& tagNames) const {
     EditionManager::Session session(editor().manager());
+    std::vector<const TagItem*> items;
     for (const TagName& name : tagNames)
-        if (const TagItem* item = name.item()) editDate(edition, *item);
+        if (const TagItem* item = name.item()) items.push_back(item);
+    // A date and its time move together, as one moment, when either is named.
+    std::vector<const TagItem*> done;
+    for (const DateTimePair& pair : dateTimePairs()) {
+        const bool named = std::find(items.begin(), items.end(), pair.date) != items.end() ||
+                           std::find(items.begin(), items.end(), pair.time) != items.end();
+        if (named && editDatePair(edition, *pair.date, *pair.time)) {
+            done.push_back(pair.date);
+            done.push_back(pair.time);
+        }
+    }
+    for (const TagItem* item : items)
+        if (std::find(done.begin(), done.end(), item) == done.end()) editDate(edition, *item);
 }
 
 std::optional<std::string> TagEditorEditions::rawValue(const TagName& of, const TagName& forTag) const {

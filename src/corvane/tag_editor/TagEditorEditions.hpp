@@ -99,7 +99,9 @@ public:
     // date the edition names, `update` replaces the named fields of the current date, `shift` moves
     // it; these two set nothing on a tag without a date. `restore` and `remove` use the markers.
     void editDate(const DateEdition& edition, const TagItem& item) const;
-    // The same on each name, in one session.
+    // The same on each name, in one session. A date tag and its time tag (IPTC's date and time
+    // pairs, the GPS date and time stamps) are updated or shifted as one moment when either is
+    // named and both have values, so that a time moved past midnight moves its day too.
     void editDate(const DateEdition& edition, const std::vector<TagName>& tagNames) const;
 
     // The source's current value in the target's canonical form, for use in the target.
@@ -137,6 +139,10 @@ public:
     static bool isTextType(TagType type);
 
 private:
+    // Updates or shifts a date tag and its time tag as one moment; false when the edition or the
+    // values don't allow it (then each tag is edited alone).
+    bool editDatePair(const DateEdition& edition, const TagItem& dateItem, const TagItem& timeItem) const;
+
     bool canWriteFamily(const TagStream& stream) const;
     std::optional<ImageSize> imageSize(const TagName& width, const TagName& height) const;
     void sortKeywords(const TagItem& item, bool ascending) const;

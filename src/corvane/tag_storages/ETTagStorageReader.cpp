@@ -13,6 +13,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace corvane {
 
@@ -46,6 +47,17 @@ bool isTextType(TagType type) {
     default:
         return false;
     }
+}
+
+// Whether `text` is several blank-separated numbers given to a tag of a single number.
+bool holdsSeveralNumbers(const TagItem& item, std::string_view text) {
+    if (!item.type().isNumber() || item.isInSequence()) return false;
+    text = trimmedView(text);
+    if (text.find(' ') == std::string_view::npos) return false;
+    for (char c : text)
+        if (!((c >= '0' && c <= '9') || c == ' ' || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E'))
+            return false;
+    return true;
 }
 
 // What a "family 0:family 1" group key of one run resolves to; the same keys recur in every record,
@@ -282,7 +294,15 @@ private:
     }
 
     void storeValue(const DynamicValue& value) {
-        auto string = currentItem_->stringValueFromNativeValue(value);
+        // A file may hold more numbers than the tag's table says (the count of an IFD entry is the
+        // file's): ExifTool prints them all, and they are kept so rather than run together.
+        const std::string* text = value.stringValue();
+        auto string = text && holdsSeveralNumbers(*currentItem_, *text)
+                          ? std::optional<std::string>(std::string(trimmedView(*text)))
+                          : currentItem_->stringValueFromNativeValue(value);
+        // Text the tag's converter can't read ("0000:00:00 00:00:00", "inf", "undef") is what the
+        // file holds all the same: it is shown as ExifTool printed it, not dropped.
+        if (!string && text && !trimmedView(*text).empty()) string = std::string(trimmedView(*text));
         if (!string) return;
         if (!string->empty() && containsAny(*string, bannedValues_)) return;
         // The first occurrence of a name wins.
@@ -308,13 +328,45 @@ private:
                                                     source);
         const auto normal = std::filesystem::path(path).lexically_normal().native();
         if (auto it = normalizedSources_.find(normal); it != normalizedSources_.end()) return it->second;
+        // ExifTool prints a name that isn't valid UTF-8 with "?" for each stray byte: such a record
+        // goes to the first source of that spelling not yet read.
+        for (const auto& [text, source] : sourcesByPath_)
+            if (!readSources_.contains(source) &&
+                (withStrayBytesReplaced(text) == path || withStrayBytesReplaced(text) == normal))
+                return source;
         return nullptr;
+    }
+
+    // The text with each byte that is no part of a valid UTF-8 sequence replaced by "?".
+    static std::string withStrayBytesReplaced(std::string_view text) {
+        std::string out;
+        out.reserve(text.size());
+        for (std::size_t i = 0; i < text.size();) {
+            const auto byte = static_cast<unsigned char>(text[i]);
+            const std::size_t length = byte < 0x80           ? 1
+                                       : (byte >> 5) == 0x6  ? 2
+                                       : (byte >> 4) == 0xE  ? 3
+                                       : (byte >> 3) == 0x1E ? 4
+                                                             : 0;
+            bool valid = length > 0 && i + length <= text.size();
+            for (std::size_t k = 1; valid && k < length; ++k)
+                valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+            if (valid) {
+                out.append(text.substr(i, length));
+                i += length;
+            } else {
+                out += '?';
+                ++i;
+            }
+        }
+        return out;
     }
 
     void endRecord() {
         if (!sourceFile_) return;
         const TagStorageSource* source = sourceOf(*sourceFile_);
         if (!source) return;
+        readSources_.insert(source);
         TagStorage storage(*source);
         storage.setOriginalStreams(std::move(streams_));
         storage.setOriginalValues(std::move(values_));
@@ -335,6 +387,7 @@ private:
     const std::vector<std::string>& bannedStreams_;
     std::unordered_map<std::string, const TagStorageSource*> sourcesByPath_;
     std::unordered_map<std::string, const TagStorageSource*> normalizedSources_;
+    std::unordered_set<const TagStorageSource*> readSources_;
     std::unordered_map<std::string, GroupInfo> groups_;
 
     Level level_ = Level::top;

@@ -103,7 +103,7 @@ void TagCatalogue::parse(std::string_view text) {
                             TagType::fromRawValue(fields[2]).value_or(TagType::unknown),
                             parseInt(fields[3], -1), flags.find('w') != std::string_view::npos,
                             flags.find('l') != std::string_view::npos, unescape(fields[5]),
-                            std::move(choices));
+                            std::move(choices), flags.find('o') != std::string_view::npos);
     });
 
     // Display order: File, EXIF, IPTC, XMP, then every other family in catalogue order.

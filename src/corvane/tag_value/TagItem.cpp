@@ -37,9 +37,9 @@ struct ArrayConverters {
 } // namespace
 
 TagItem::TagItem(TagName name, TagType type, std::optional<int> count, bool isWritable, bool isList,
-                 std::string displayName, std::vector<Choice> choices)
+                 std::string displayName, std::vector<Choice> choices, bool hasOpenChoices)
     : name_(std::move(name)), type_(type), count_(count), isWritable_(isWritable), isList_(isList),
-      displayName_(std::move(displayName)), choices_(std::move(choices)) {}
+      displayName_(std::move(displayName)), choices_(std::move(choices)), hasOpenChoices_(hasOpenChoices) {}
 
 TagItem::Arrangement TagItem::arrangement() const {
     if (isOpenCount(count_)) return Arrangement::dynamicSequence;
@@ -51,13 +51,20 @@ bool TagItem::isInSequence() const {
     return arrangement() != Arrangement::singleValue;
 }
 
+bool TagItem::holdsBlankSeparatedNumbers() const {
+    // ExifTool prints an open count of numbers ("8 8 8") with blanks, as it does a fixed count;
+    // a comma array would read that text as one number.
+    if (isList_ || !type_.isNumber()) return false;
+    return isOpenCount(count_) || *count_ >= 2;
+}
+
 std::string TagItem::valueSeparator() const {
-    return isOpenCount(count_) ? ", " : " ";
+    return isOpenCount(count_) && !holdsBlankSeparatedNumbers() ? ", " : " ";
 }
 
 ValueConverterRef TagItem::converter() const {
+    if (holdsBlankSeparatedNumbers()) return ArrayConverters::shared().blankSeparated[type_.ordinal()];
     if (isList_ || isOpenCount(count_)) return ArrayConverters::shared().commaSeparated[type_.ordinal()];
-    if (*count_ >= 2 && type_.isNumber()) return ArrayConverters::shared().blankSeparated[type_.ordinal()];
     return type_.converter();
 }
 

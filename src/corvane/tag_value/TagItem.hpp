@@ -25,7 +25,7 @@ public:
     };
 
     TagItem(TagName name, TagType type, std::optional<int> count, bool isWritable, bool isList,
-            std::string displayName, std::vector<Choice> choices);
+            std::string displayName, std::vector<Choice> choices, bool hasOpenChoices = false);
 
     const TagName& name() const { return name_; }
     const TagStream& stream() const { return name_.stream(); }
@@ -40,16 +40,19 @@ public:
     // English display name from ExifTool's tables.
     const std::string& displayName() const { return displayName_; }
     const std::vector<Choice>& choices() const { return choices_; }
+    // Whether values outside `choices` are valid too (bit masks, and conversions that
+    // print other values as they are): then the choices only name the known ones.
+    bool hasOpenChoices() const { return hasOpenChoices_; }
 
     Arrangement arrangement() const;
     bool isInSequence() const;
-    // ", " for an open count, " " otherwise.
+    // ", " for an open count of text, " " otherwise.
     std::string valueSeparator() const;
 
-    // The converter of the tag's whole value: a list or an open count gives an
-    // array converter on "," over the type's converter, a fixed count of
-    // numbers one on " ", anything else the type's converter. Shared; no
-    // allocation per call.
+    // The converter of the tag's whole value: a list, or an open count of text,
+    // gives an array converter on "," over the type's converter; numbers in a
+    // fixed or open count one on " " (ExifTool writes and reads them so);
+    // anything else the type's converter. Shared; no allocation per call.
     ValueConverterRef converter() const;
     // Canonical string to typed value (nothing on unreadable input).
     DynamicValue nativeValueFromStringValue(const std::optional<std::string>& value) const;
@@ -70,6 +73,7 @@ public:
 #include "corvane/tag_value/TagItemConstants.inc"
 
 private:
+    bool holdsBlankSeparatedNumbers() const;
     // The entry behind a named constant; a missing entry is a programming fault.
     static const TagItem& require(std::string_view stream, std::string_view key);
 
@@ -80,6 +84,7 @@ private:
     bool isList_;
     std::string displayName_;
     std::vector<Choice> choices_;
+    bool hasOpenChoices_;
 };
 
 } // namespace corvane

@@ -165,10 +165,19 @@ ValueConverterRef TagType::converter() const {
         auto uDouble = std::make_shared<const UDoubleValueConverter>();
         auto sInt = std::make_shared<const SIntValueConverter>();
         auto uInt = std::make_shared<const UIntValueConverter>();
-        auto dateTimeConverter = std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd HH:mm:ss");
-        auto zonedConverter = std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd HH:mm:ssZZZZZ");
-        auto dateConverter = std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd");
-        auto timeConverter = std::make_shared<const DateTimeValueConverter>("HH:mm:ss");
+        // A tag's value keeps its own clock: written back as read, whatever the machine's zone.
+        // QuickTime and XMP dates may also carry a zone, a fraction or only some fields, IPTC times
+        // a zone, GPS times a fraction: they keep what the file wrote. EXIF dates and dates alone
+        // hold none of these.
+        using Clock = DateTimeValueConverter::Clock;
+        auto dateTimeConverter =
+            std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd HH:mm:ss", Clock::own);
+        auto localConverter =
+            std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd HH:mm:ss", Clock::ownWithZone);
+        auto zonedConverter =
+            std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd HH:mm:ssZZZZZ", Clock::ownWithZone);
+        auto dateConverter = std::make_shared<const DateTimeValueConverter>("yyyy:MM:dd", Clock::own);
+        auto timeConverter = std::make_shared<const DateTimeValueConverter>("HH:mm:ss", Clock::ownWithZone);
         auto boolConverter = std::make_shared<const BoolValueConverter>();
         auto countryConverter = std::make_shared<const CountryValueConverter>();
         auto noneConverter = std::make_shared<const NoneValueConverter>();
@@ -187,8 +196,10 @@ ValueConverterRef TagType::converter() const {
             else {
                 switch (i) {
                 case 5:
-                case 6:
                     c = dateTimeConverter;
+                    break;
+                case 6:
+                    c = localConverter;
                     break;
                 case 7:
                     c = zonedConverter;

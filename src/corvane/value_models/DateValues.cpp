@@ -98,9 +98,15 @@ std::optional<Date> DateValues::date() const {
 std::optional<Date> DateValues::updateDate(const std::optional<Date>& date) const {
     if (!date) return std::nullopt;
     const DateComponents old = GregorianCalendar::components(*date);
-    return GregorianCalendar::date(DateComponents::fromFields(
+    DateComponents updated = DateComponents::fromFields(
         year ? year : old.year, month ? month : old.month, day ? day : old.day, hour ? hour : old.hour,
-        minute ? minute : old.minute, second ? second : old.second));
+        minute ? minute : old.minute, second ? second : old.second);
+    // A date with its own offset is updated on its own wall clock and keeps the offset.
+    if (date->ownOffset())
+        updated.timeZoneIdentifier = GregorianCalendar::offsetZoneIdentifier(*date->ownOffset());
+    const auto result = GregorianCalendar::date(updated);
+    if (!result) return std::nullopt;
+    return result->withPresentation(date->ownOffset(), 0);
 }
 
 std::optional<Date> DateValues::shiftDate(const std::optional<Date>& date) const {

@@ -5,6 +5,7 @@
 #include <unicode/timezone.h>
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <memory>
 
@@ -38,7 +39,20 @@ bool fitsInt32(int64_t v) {
 
 constexpr int64_t kNanosPerMilli = 1'000'000;
 
+// The zone a date's fields are read and moved in: its own offset when its text gave one.
+std::string zoneOf(Date date) {
+    return date.ownOffset() ? GregorianCalendar::offsetZoneIdentifier(*date.ownOffset()) : std::string();
+}
+
 } // namespace
+
+std::string GregorianCalendar::offsetZoneIdentifier(int32_t offsetSeconds) {
+    const int32_t minutes = (offsetSeconds < 0 ? -offsetSeconds : offsetSeconds) / 60;
+    char buffer[16];
+    std::snprintf(buffer, sizeof buffer, "GMT%c%02d:%02d", offsetSeconds < 0 ? '-' : '+',
+                  static_cast<int>(minutes / 60), static_cast<int>(minutes % 60));
+    return buffer;
+}
 
 std::optional<Date> GregorianCalendar::date(const DateComponents& c) {
     icu::GregorianCalendar* cal = calendar(c.timeZoneIdentifier);
@@ -70,7 +84,7 @@ std::optional<Date> GregorianCalendar::date(const DateComponents& c) {
 
 DateComponents GregorianCalendar::components(Date date) {
     DateComponents c;
-    icu::GregorianCalendar* cal = calendar({});
+    icu::GregorianCalendar* cal = calendar(zoneOf(date));
     if (!cal) return c;
     const double ms = date.udate();
     const double wholeMs = std::floor(ms);
@@ -93,7 +107,9 @@ DateComponents GregorianCalendar::components(Date date) {
 }
 
 std::optional<Date> GregorianCalendar::adding(const DateComponents& offset, Date date) {
-    icu::GregorianCalendar* cal = calendar(offset.timeZoneIdentifier);
+    // A date with an offset of its own moves on its own wall clock and keeps that offset.
+    icu::GregorianCalendar* cal =
+        calendar(offset.timeZoneIdentifier.empty() ? zoneOf(date) : offset.timeZoneIdentifier);
     if (!cal) return std::nullopt;
     // ICU recomputes the time from whole fields for month and year steps, so the
     // fraction of a millisecond is set aside and put back at the end.
@@ -121,7 +137,7 @@ std::optional<Date> GregorianCalendar::adding(const DateComponents& offset, Date
     if (U_FAILURE(status)) return std::nullopt;
     result += ms - wholeMs;
     if (offset.nanosecond) result += static_cast<double>(*offset.nanosecond % kNanosPerMilli) / 1e6;
-    return Date::fromUDate(result);
+    return Date::fromUDate(result).withPresentation(date.ownOffset(), date.fractionDigits(), date.fields());
 }
 
 std::string GregorianCalendar::timeZoneIdentifier() {

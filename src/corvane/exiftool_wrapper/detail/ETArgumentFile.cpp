@@ -147,6 +147,9 @@ void addRunArguments(ETArgumentFile& file, const std::vector<ETCommand>& command
     for (std::size_t k = 0; k < commands.size(); ++k) {
         const auto& command = commands[k];
         file.add(progressOption(command.arguments));
+        // Files over 4 GB are read and written whole, not cut off at their first large atom.
+        file.add("-api");
+        file.add("LargeFileSupport=1");
         for (const auto& a : command.arguments)
             file.add(a);
         for (const auto& t : command.targets)
