@@ -3,11 +3,11 @@
 // the user defaults (owner-only file, fallback under the key, failures that change nothing).
 
 #include "corvane/helpers/JSONInput.hpp"
-#include "corvane/helpers/NotificationCenter.hpp"
 #include "corvane/keyword_support/KeywordFile.hpp"
 #include "corvane/keyword_support/KeywordManager.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/UserDefaults.hpp"
+#include "support/NoteRecorder.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -20,17 +20,7 @@
 namespace corvane {
 namespace {
 
-// The notifications of one name while it lives.
-class Recorder {
-public:
-    explicit Recorder(std::string_view name)
-        : subscriber_(NotificationCenter::defaultCenter().subscribe(
-              std::string(name), [this](const Notification& note) { notes.push_back(note); })) {}
-    std::vector<Notification> notes;
-
-private:
-    NoteSubscriber subscriber_;
-};
+using Recorder = test::NoteRecorder;
 
 // Points KitSettings at a fresh defaults file for the test's life.
 class ScratchDefaults {

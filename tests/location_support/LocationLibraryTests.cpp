@@ -2,11 +2,11 @@
 // by index sets with their edition, the file form with the thirteen location keys, and the
 // storage beside the user defaults.
 
-#include "corvane/helpers/NotificationCenter.hpp"
 #include "corvane/location_support/LocationFile.hpp"
 #include "corvane/location_support/LocationManager.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/UserDefaults.hpp"
+#include "support/NoteRecorder.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -17,16 +17,7 @@
 namespace corvane {
 namespace {
 
-class Recorder {
-public:
-    explicit Recorder(std::string_view name)
-        : subscriber_(NotificationCenter::defaultCenter().subscribe(
-              std::string(name), [this](const Notification& note) { notes.push_back(note); })) {}
-    std::vector<Notification> notes;
-
-private:
-    NoteSubscriber subscriber_;
-};
+using Recorder = test::NoteRecorder;
 
 using Manager = LocationManager;
 

@@ -1,50 +1,21 @@
 #include "corvane/location_support/LocationFile.hpp"
 
-#include "corvane/helpers/JSONInput.hpp"
-
-#include <nlohmann/json.hpp>
+#include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/helpers/ItemListJSON.hpp"
 
 namespace corvane {
 
-using json = nlohmann::ordered_json;
-
-LocationFile LocationFile::fromJSON(const json& j) {
-    try {
-        std::optional<std::string> description;
-        const json* items = &j;
-        if (!j.is_array()) {
-            auto it = j.find("description");
-            if (it != j.end() && it->is_string()) description = it->get<std::string>();
-            items = &j.at("items");
-        }
-        if (!items->is_array()) throw json::type_error::create(302, "the items are not an array", items);
-        std::vector<LocationItemRef> roots;
-        roots.reserve(items->size());
-        for (const auto& item : *items)
-            roots.push_back(LocationItem::fromJSON(item));
-        return LocationFile(std::move(description), std::move(roots));
-    } catch (const nlohmann::json::exception& e) {
-        throw DecodingError(std::string("not a location library: ") + e.what());
-    }
+LocationFile LocationFile::fromJSON(const nlohmann::ordered_json& j) {
+    auto [description, items] = readItemList<DecodingError>(j, "location library", LocationItem::fromJSON);
+    return LocationFile(std::move(description), std::move(items));
 }
 
-json LocationFile::toJSON() const {
-    json j = json::object();
-    if (description_) j["description"] = *description_;
-    auto& list = j["items"] = json::array();
-    for (const auto& item : items_)
-        list.push_back(item->toJSON());
-    return j;
+nlohmann::ordered_json LocationFile::toJSON() const {
+    return writeItemList(description_, items_);
 }
 
 LocationFile LocationFile::fromJSONData(std::string_view data, const std::string& source) {
-    try {
-        return fromJSON(parseOrderedJSONInput(data, source));
-    } catch (const DecodingError& e) {
-        throw DecodingError(source + ": " + e.what());
-    } catch (const nlohmann::json::exception& e) {
-        throw DecodingError(source + ": not JSON: " + e.what());
-    }
+    return readJSONInput<DecodingError>(data, source, LocationFile::fromJSON);
 }
 
 LocationFile LocationFile::fromJSONURL(const std::filesystem::path& url) {
