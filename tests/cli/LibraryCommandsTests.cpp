@@ -41,7 +41,8 @@ TEST_F(LibraryCommands, KeywordsImportExportBothForms) {
     EXPECT_EQ(listed.out, "Places {Areas}\n  Paris\n[People]\n  Zoë\n");
 
     ASSERT_EQ(corvane({"keywords", "export", "-o", (folder / "out.txt").string()}, scratch).exitCode, 0);
-    EXPECT_EQ(readText(folder / "out.txt"), "[People]\n\tZoë\nPlaces\n\t{Areas}\n\tParis\n") << "sorted by name";
+    EXPECT_EQ(readText(folder / "out.txt"), "[People]\n\tZoë\nPlaces\n\t{Areas}\n\tParis\n")
+        << "sorted by name";
     ASSERT_EQ(corvane({"keywords", "export", "-o", (folder / "out.json").string()}, scratch).exitCode, 0);
     EXPECT_EQ(nlohmann::json::parse(readText(folder / "out.json"))["items"][1]["is_header"], true);
 
