@@ -315,8 +315,12 @@ std::vector<std::string>& pathsAfterMark() {
 } // namespace
 
 void takePathsAfterMark(std::vector<std::string>& arguments) {
-    if (arguments.empty() || arguments.front() != "set") return;
-    const auto mark = std::find(arguments.begin(), arguments.end(), "--");
+    // The one option given before a command, `--engine NAME` or `--engine=NAME`, comes first.
+    auto command = arguments.begin();
+    while (command != arguments.end() && command->rfind("--engine", 0) == 0)
+        command += (*command == "--engine" && command + 1 != arguments.end()) ? 2 : 1;
+    if (command == arguments.end() || *command != "set") return;
+    const auto mark = std::find(command, arguments.end(), "--");
     if (mark == arguments.end()) return;
     pathsAfterMark().assign(mark + 1, arguments.end());
     arguments.erase(mark, arguments.end());
