@@ -137,6 +137,8 @@ void SaveTagEditorsTask::saveWithCoreImage(const std::vector<std::shared_ptr<Tag
     mapSubprocess(storages, [this, step](const TagStorage& storage) {
         CGTagStorageWriter writer(CGTagStorageWriter::Settings({storage}));
         writer.write();
+        // The writer returns only once the file is replaced: it counts as written, as ExifTool's do.
+        recordOutcomes({{storage.source().url(), ETTagStorageWriter::FileOutcome::Status::written, {}}});
         incrementProgress(step);
     });
 #else
