@@ -29,6 +29,9 @@ void addPresetCommands(CLI::App& app, int& exitCode);
 // `show`: the merged rows of a tag value table over files; `tagset`: the user's tag sets.
 void addTableCommands(CLI::App& app, int& exitCode);
 
+// `keywords` and `locations`: the user's keyword and location libraries.
+void addLibraryCommands(CLI::App& app, int& exitCode);
+
 // The entries of the preset named `name` in the library `file`, or of its only preset when `name`
 // is empty; nothing, with the reason in `error`, when there is no such single preset.
 std::optional<std::vector<PresetItemEntry>> presetEntries(const std::string& file, const std::string& name,

@@ -48,6 +48,7 @@ int main(int argc, char** argv) {
     corvane::cli::addExchangeCommands(app, exitCode);
     corvane::cli::addPresetCommands(app, exitCode);
     corvane::cli::addTableCommands(app, exitCode);
+    corvane::cli::addLibraryCommands(app, exitCode);
     try {
         // CLI11 wants the arguments in reverse order.
         std::vector<std::string> arguments(argv + 1, argv + argc);

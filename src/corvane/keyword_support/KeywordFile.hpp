@@ -1,0 +1,57 @@
+#pragma once
+
+#include "corvane/helpers/JSONFileForm.hpp"
+#include "corvane/keyword_support/KeywordItem.hpp"
+#include "corvane/utilities/Error.hpp"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// A keyword library on disk: an optional description and the root keywords.
+///
+/// Written as {"description": ..., "items": [...]} in that order, pretty-printed; an absent
+/// description is left out. Reading requires "items" and every key of every keyword; a missing or
+/// non-text description is read as none. A root that is a bare array of keywords (the form of
+/// libraries written before files had a description) is read as the items.
+class KeywordFile : public JSONFileForm<KeywordFile> {
+public:
+    /// A file or text that isn't a keyword library; `what()` names the source and the reason.
+    class DecodingError : public Error {
+    public:
+        using Error::Error;
+    };
+
+    KeywordFile() = default;
+    KeywordFile(std::optional<std::string> description, std::vector<KeywordItemRef> items)
+        : description_(std::move(description)), items_(std::move(items)) {}
+
+    const std::optional<std::string>& description() const { return description_; }
+    const std::vector<KeywordItemRef>& items() const { return items_; }
+
+    /// Throws DecodingError.
+    static KeywordFile fromJSON(const nlohmann::ordered_json& j);
+    nlohmann::ordered_json toJSON() const;
+
+    /// Parses through the nesting check of outside input. Throws DecodingError, or
+    /// JSONNestingError for input nested too deep.
+    static KeywordFile fromJSONData(std::string_view data, const std::string& source = "keyword library");
+    /// Throws std::filesystem::filesystem_error when the file can't be read, and as fromJSONData.
+    static KeywordFile fromJSONURL(const std::filesystem::path& url);
+    // jsonData, exportTo (atomic, owner-only): see JSONFileForm.
+
+    /// Equal descriptions and the same keyword objects.
+    friend bool operator==(const KeywordFile&, const KeywordFile&) = default;
+
+private:
+    std::optional<std::string> description_;
+    std::vector<KeywordItemRef> items_;
+};
+
+} // namespace corvane

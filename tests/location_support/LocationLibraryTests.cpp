@@ -1,0 +1,127 @@
+// The location library: items equal by value (so equal selections and lists post nothing), moves
+// by index sets with their edition, the file form with the thirteen location keys, and the
+// storage beside the user defaults.
+
+#include "corvane/location_support/LocationFile.hpp"
+#include "corvane/location_support/LocationManager.hpp"
+#include "corvane/utilities/KitSettings.hpp"
+#include "corvane/utilities/UserDefaults.hpp"
+#include "support/NoteRecorder.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+
+namespace corvane {
+namespace {
+
+using Recorder = test::NoteRecorder;
+
+using Manager = LocationManager;
+
+LocationItemRef place(const std::string& name, double latitude = 48.8566, double longitude = 2.3522) {
+    return LocationItem::create(name, Location(latitude, longitude));
+}
+
+std::vector<std::string> names(const std::vector<LocationItemRef>& items) {
+    std::vector<std::string> list;
+    for (const auto& item : items)
+        list.push_back(item->name());
+    return list;
+}
+
+TEST(LocationLibraryTest, EqualPlacesAreNoChange) {
+    auto paris = place("Paris");
+    auto twin = place("Paris");
+    EXPECT_EQ(*paris, *twin);
+    EXPECT_NE(*paris, *place("Paris", 48.8566, 2.35));
+    EXPECT_EQ(std::hash<LocationItem>()(*paris), std::hash<LocationItem>()(*twin));
+    EXPECT_EQ(std::hash<LocationItem>()(*place("Zero", 0.0, 0.0)),
+              std::hash<LocationItem>()(*place("Zero", -0.0, 0.0)));
+
+    Recorder info(LocationItem::didChangeInfoNotification);
+    paris->setName("Paris");
+    paris->setLocation(twin->location());
+    EXPECT_TRUE(info.notes.empty());
+    paris->modifyLocation([](Location& location) { location.setCity("Paris"); });
+    ASSERT_EQ(info.notes.size(), 1u);
+    EXPECT_EQ(info.notes[0].sender(), paris.get());
+
+    auto manager = Manager::create();
+    Recorder items(Manager::didChangeItemsNotification);
+    manager->setSelectedItem(nullptr);
+    manager->setSelectedItem(twin);
+    manager->setSelectedItem(place("Paris"));
+    manager->insertItems({twin, place("Lyon")}, 0);
+    manager->setItems({place("Paris"), place("Lyon")});
+    ASSERT_EQ(items.notes.size(), 2u) << "an equal selection and an equal list post nothing";
+    EXPECT_EQ(Manager::itemEdition(items.notes[0]), Manager::ItemEdition(Manager::ReloadSelection{}));
+    EXPECT_EQ(Manager::itemEdition(items.notes[1]), Manager::ItemEdition(Manager::InsertItems{{0, 1}}));
+    manager->setSelectedItem(nullptr);
+    EXPECT_EQ(Manager::itemEdition(items.notes.back()), Manager::ItemEdition(Manager::ReloadSelection{}));
+}
+
+TEST(LocationLibraryTest, MovesByIndexSets) {
+    auto manager = Manager::create();
+    manager->insertItems({place("A"), place("B"), place("C"), place("D"), place("E")}, 0);
+    Recorder items(Manager::didChangeItemsNotification);
+    manager->moveItems({}, 0);
+    EXPECT_TRUE(items.notes.empty()) << "an empty move posts nothing";
+
+    manager->moveItems({0, 2}, 4);
+    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"B", "D", "A", "C", "E"}));
+    ASSERT_EQ(items.notes.size(), 1u);
+    EXPECT_EQ(Manager::itemEdition(items.notes[0]), Manager::ItemEdition(Manager::MoveItems{{0, 2}, 4}));
+    manager->moveItems({3, 4}, 0);
+    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"C", "E", "B", "D", "A"}));
+    manager->moveItems({1}, 5);
+    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"C", "B", "D", "A", "E"}));
+    manager->removeItems({0, 4});
+    EXPECT_EQ(Manager::itemEdition(items.notes.back()), Manager::ItemEdition(Manager::RemoveItems{{0, 4}}));
+    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"B", "D", "A"}));
+}
+
+TEST(LocationLibraryTest, FileFormAndStorageBesideTheDefaults) {
+    Location full(-33.8688, 151.2093);
+    full.setAltitude(-4.5);
+    full.setStamp(Date(1700000000));
+    full.setCity("Sydney");
+    full.setCountryCode("AU");
+    const LocationFile file("Trips", {LocationItem::create("Opera", full), place("Paris")});
+    const auto read = LocationFile::fromJSONData(file.jsonData());
+    EXPECT_EQ(read, file) << file.jsonData();
+
+    auto j = nlohmann::json::parse(file.jsonData());
+    j["items"][0]["location"].erase("stamp");
+    EXPECT_THROW(LocationFile::fromJSONData(j.dump()), LocationFile::DecodingError)
+        << "every location key is required";
+    EXPECT_THROW(LocationFile::fromJSONData(R"({"description":"x"})"), LocationFile::DecodingError);
+    EXPECT_EQ(
+        LocationFile::fromJSONData(nlohmann::json(nlohmann::json::parse(file.jsonData())["items"]).dump())
+            .items()
+            .size(),
+        2u)
+        << "a bare array of places";
+
+    test::TemporaryFolder folder;
+    const auto previous = KitSettings::shared().userDefaults();
+    KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
+    auto manager = Manager::create();
+    manager->setItems(file.items());
+    manager->saveToDefaults();
+    struct stat status {};
+    ASSERT_EQ(::stat((folder / "QRVLocations.data").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+    auto loaded = Manager::create();
+    loaded->loadFromDefaults();
+    EXPECT_TRUE(equalItems(loaded->items(), file.items()));
+    Recorder items(Manager::didChangeItemsNotification);
+    loaded->loadFromDefaults();
+    EXPECT_TRUE(items.notes.empty()) << "equal places reloaded are no change";
+    KitSettings::shared().setUserDefaults(previous);
+}
+
+} // namespace
+} // namespace corvane
