@@ -52,7 +52,7 @@ bool isTextType(TagType type) {
 // Whether `text` is several blank-separated numbers given to a tag of a single number.
 bool holdsSeveralNumbers(const TagItem& item, std::string_view text) {
     if (!item.type().isNumber() || item.isInSequence()) return false;
-    text = trimmedView(text);
+    text = trimAsciiWhiteSpace(text);
     if (text.find(' ') == std::string_view::npos) return false;
     for (char c : text)
         if (!((c >= '0' && c <= '9') || c == ' ' || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E'))
@@ -298,11 +298,11 @@ private:
         // file's): ExifTool prints them all, and they are kept so rather than run together.
         const std::string* text = value.stringValue();
         auto string = text && holdsSeveralNumbers(*currentItem_, *text)
-                          ? std::optional<std::string>(std::string(trimmedView(*text)))
+                          ? std::optional<std::string>(std::string(trimAsciiWhiteSpace(*text)))
                           : currentItem_->stringValueFromNativeValue(value);
         // Text the tag's converter can't read ("0000:00:00 00:00:00", "inf", "undef") is what the
         // file holds all the same: it is shown as ExifTool printed it, not dropped.
-        if (!string && text && !trimmedView(*text).empty()) string = std::string(trimmedView(*text));
+        if (!string && text && !trimAsciiWhiteSpace(*text).empty()) string = std::string(trimAsciiWhiteSpace(*text));
         if (!string) return;
         if (!string->empty() && containsAny(*string, bannedValues_)) return;
         // The first occurrence of a name wins.
