@@ -2,6 +2,7 @@
 // through their converters, and positions through the coordinate parser.
 #include "ValueChecks.hpp"
 
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/converters/ArrayValueConverter.hpp"
 #include "corvane/value_models/CoordinateParser.hpp"
 
@@ -21,10 +22,7 @@ bool isDigit(char c) {
 }
 
 std::string trimmed(std::string_view text) {
-    const auto begin = text.find_first_not_of(" \t");
-    if (begin == std::string_view::npos) return {};
-    const auto end = text.find_last_not_of(" \t");
-    return std::string(text.substr(begin, end - begin + 1));
+    return std::string(trimAsciiBlanks(text));
 }
 
 std::vector<std::string> splitOn(std::string_view text, std::string_view separator) {
