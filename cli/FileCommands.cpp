@@ -304,13 +304,11 @@ int runSet(const SetOptions& options) {
         }
     }
     if (coordinate && updated && coordinate->isValue())
-        std::cout << "position " << positionText(coordinate->get()) << '
-';
+        std::cout << "position " << positionText(coordinate->get()) << '\n';
     std::cout << updated << (updated == 1 ? " file" : " files") << " updated, " << unchanged << " unchanged";
     if (failedCount) std::cout << ", " << failedCount << " failed";
     if (unknown) std::cout << ", " << unknown << " not known";
-    std::cout << '
-';
+    std::cout << '\n';
     return reporter.errorCount() ? 1 : 0;
 }
 
