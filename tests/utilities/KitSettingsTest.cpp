@@ -1,4 +1,5 @@
 #include "corvane/utilities/KitSettings.hpp"
+#include "corvane/Version.hpp"
 #include "corvane/exiftool_wrapper/ETLanguage.hpp"
 #include "corvane/helpers/NotificationCenter.hpp"
 
