@@ -2,8 +2,8 @@
 // through their converters, and positions through the coordinate parser.
 #include "ValueChecks.hpp"
 
-#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/converters/ArrayValueConverter.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/value_models/CoordinateParser.hpp"
 
 #include <cmath>

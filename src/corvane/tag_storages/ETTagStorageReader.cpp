@@ -302,7 +302,8 @@ private:
                           : currentItem_->stringValueFromNativeValue(value);
         // Text the tag's converter can't read ("0000:00:00 00:00:00", "inf", "undef") is what the
         // file holds all the same: it is shown as ExifTool printed it, not dropped.
-        if (!string && text && !trimAsciiWhiteSpace(*text).empty()) string = std::string(trimAsciiWhiteSpace(*text));
+        if (!string && text && !trimAsciiWhiteSpace(*text).empty())
+            string = std::string(trimAsciiWhiteSpace(*text));
         if (!string) return;
         if (!string->empty() && containsAny(*string, bannedValues_)) return;
         // The first occurrence of a name wins.
