@@ -12,7 +12,7 @@ enum class PropertyShape {
     // for repeatable IPTC datasets and XMP bags and sequences; the default text of an XMP
     // language alternative.
     automatic,
-    // Numbers always as an array, even a single one: ISO speeds, the lens specification.
+    // Numbers always as an array, even a single one: ISO speeds, the lens focal and aperture range.
     numberArray,
     // Bytes of an undefined value read as text: the versions "0231", "0100".
     byteText,
