@@ -9,6 +9,6 @@ using corvane::TagItem;
 TEST(TagItemConstants, EachConstantIsItsCatalogueRow) {
 #define CORVANE_TAG_ITEM(fn, family, key)                                                                    \
     EXPECT_EQ(&TagItem::fn(), TagItem::find(family, key)) << family ":" key;
-#include "corvane/tag_value/TagItemConstants.inc"
+#include "corvane/tag_value/detail/TagItemConstantList.inc"
 #undef CORVANE_TAG_ITEM
 }

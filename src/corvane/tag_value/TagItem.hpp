@@ -70,9 +70,7 @@ public:
 
     // One constant per catalogue entry that the library names in its logic:
     // item<Stream><Key>, a hyphen in ExifTool's name written as an underscore.
-#define CORVANE_TAG_ITEM(fn, family, key) static const TagItem& fn();
 #include "corvane/tag_value/TagItemConstants.inc"
-#undef CORVANE_TAG_ITEM
 
 private:
     bool holdsBlankSeparatedNumbers() const;

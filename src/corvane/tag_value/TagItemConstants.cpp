@@ -8,7 +8,7 @@ namespace corvane {
         static const TagItem& item = TagItem::require(family, key);                                          \
         return item;                                                                                         \
     }
-#include "corvane/tag_value/TagItemConstants.inc"
+#include "corvane/tag_value/detail/TagItemConstantList.inc"
 #undef CORVANE_TAG_ITEM
 
 } // namespace corvane
