@@ -1,8 +1,8 @@
 // Reader and writer throughput on a ~50 MB generated table with quoted fields,
 // embedded delimiters, quotation marks and newlines.
-#include "corvane/csv_support/CSVParsingState.hpp"
 #include "corvane/csv_support/CSVReader.hpp"
 #include "corvane/csv_support/CSVWriter.hpp"
+#include "corvane/csv_support/detail/CSVParsingState.hpp"
 
 #include <benchmark/benchmark.h>
 
@@ -12,6 +12,7 @@
 #include <random>
 
 using namespace corvane;
+using corvane::detail::CSVParsingState;
 
 namespace {
 

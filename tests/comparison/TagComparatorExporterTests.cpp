@@ -1,6 +1,6 @@
 #include "corvane/comparison/RichTextDocument.hpp"
 #include "corvane/comparison/TagComparatorExporter.hpp"
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 
 #include "ComparisonFixtures.hpp"
@@ -15,6 +15,7 @@
 #include <sstream>
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 namespace {
 
 namespace fs = std::filesystem;

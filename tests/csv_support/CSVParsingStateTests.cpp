@@ -1,6 +1,6 @@
 #include "corvane/csv_support/CSVDelimiter.hpp"
 #include "corvane/csv_support/CSVParseError.hpp"
-#include "corvane/csv_support/CSVParsingState.hpp"
+#include "corvane/csv_support/detail/CSVParsingState.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,7 @@
 #include <utility>
 
 using namespace corvane;
+using corvane::detail::CSVParsingState;
 using Rows = std::vector<std::vector<std::string>>;
 
 namespace {

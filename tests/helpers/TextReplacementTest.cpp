@@ -1,11 +1,12 @@
 // Search and replace with the user's comparison options: exact (up to canonical equivalence),
 // ignoring case, diacritics or width, and by regular expression.
 
-#include "corvane/helpers/TextReplacement.hpp"
+#include "corvane/helpers/detail/TextReplacement.hpp"
 
 #include <gtest/gtest.h>
 
 namespace corvane {
+using detail::TextReplacement;
 namespace {
 
 std::string replace(std::string_view text, std::string_view target, std::string_view value,

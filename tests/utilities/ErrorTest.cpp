@@ -2,8 +2,8 @@
 
 #include "corvane/utilities/Error.hpp"
 #include "corvane/csv_support/CSVParseError.hpp"
-#include "corvane/csv_support/CSVParsingState.hpp"
 #include "corvane/csv_support/CSVWriteError.hpp"
+#include "corvane/csv_support/detail/CSVParsingState.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/preset_support/PresetEdition.hpp"
 #include "corvane/sidecar_support/CSVSidecarReader.hpp"
@@ -20,6 +20,7 @@
 #include <type_traits>
 
 namespace corvane {
+using detail::CSVParsingState;
 namespace {
 
 static_assert(std::is_base_of_v<Error, CSVParseError>);

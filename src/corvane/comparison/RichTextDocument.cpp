@@ -1,10 +1,11 @@
 #include "corvane/comparison/RichTextDocument.hpp"
 
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 
 #include <cmath>
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 RichTextDocument::RichTextDocument(std::vector<std::string> fontNames, std::vector<Colour> colours)
     : fontNames_(std::move(fontNames)), colours_(std::move(colours)) {}

@@ -1,11 +1,12 @@
 #include "corvane/comparison/TagComparatorExporter.hpp"
 
 #include "corvane/comparison/RichTextDocument.hpp"
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 namespace {
 

@@ -1,11 +1,12 @@
 #include "corvane/comparison/TagComparatorTextSearch.hpp"
 
-#include "corvane/helpers/TextFolding.hpp"
+#include "corvane/helpers/detail/TextFolding.hpp"
 
 #include <algorithm>
 #include <functional>
 
 namespace corvane {
+using detail::TextFolding;
 
 namespace {
 

@@ -1,10 +1,11 @@
 #include "corvane/converters/ArrayValueConverter.hpp"
 
-#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/NoneValueConverter.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
 
 namespace corvane {
+namespace converter_text = detail::converter_text;
 
 ArrayValueConverter::ArrayValueConverter(ValueConverterRef valueConverter, std::string separator)
     : valueConverter_(valueConverter ? std::move(valueConverter) : std::make_shared<NoneValueConverter>()),

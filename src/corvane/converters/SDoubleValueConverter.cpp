@@ -1,8 +1,9 @@
 #include "corvane/converters/SDoubleValueConverter.hpp"
 
-#include "corvane/converters/ConverterText.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 
 namespace corvane {
+namespace converter_text = detail::converter_text;
 
 std::optional<double> SDoubleValueConverter::parseDecimal(const OptionalString& value) {
     if (!value || value->empty()) return std::nullopt;

@@ -1,7 +1,7 @@
 #include "corvane/converters/SIntValueConverter.hpp"
 
-#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 
 #include <cmath>
 #include <cstdio>
@@ -9,6 +9,7 @@
 #include <limits>
 
 namespace corvane {
+namespace converter_text = detail::converter_text;
 
 std::optional<int64_t> SIntValueConverter::typedValueFromStringValue(const OptionalString& value) const {
     auto number = SDoubleValueConverter::parseDecimal(value);

@@ -1,8 +1,9 @@
 #include "corvane/csv_support/CSVDelimiter.hpp"
 
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 std::string CSVDelimiter::rawString() const {
     return utf8::encode(raw_);

@@ -1,11 +1,12 @@
 #include "corvane/csv_support/CSVWriter.hpp"
 
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 
 #include <stdexcept>
 #include <unicode/ucnv.h>
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 // An ICU converter from UTF-16 to an 8-bit charset.
 struct CSVWriter::CharsetConverter {

@@ -1,8 +1,9 @@
 #include "corvane/csv_support/EnumeratedCSVView.hpp"
 
-#include "corvane/csv_support/CSVParsingState.hpp"
+#include "corvane/csv_support/detail/CSVParsingState.hpp"
 
 namespace corvane {
+using detail::CSVParsingState;
 
 EnumeratedCSVView::EnumeratedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
                                      bool hasHeader, std::optional<std::size_t> rowLimit) {

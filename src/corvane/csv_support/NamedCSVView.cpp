@@ -1,8 +1,9 @@
 #include "corvane/csv_support/NamedCSVView.hpp"
 
-#include "corvane/csv_support/CSVParsingState.hpp"
+#include "corvane/csv_support/detail/CSVParsingState.hpp"
 
 namespace corvane {
+using detail::CSVParsingState;
 
 NamedCSVView::NamedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
                            bool /*hasHeader*/, std::optional<std::size_t> rowLimit) {

@@ -1,6 +1,6 @@
 #include "corvane/csv_support/TextEncoding.hpp"
 
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 
 #include <algorithm>
 #include <cstdint>
@@ -11,6 +11,7 @@
 #include <vector>
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 namespace {
 

@@ -1,11 +1,12 @@
 #include "corvane/preset_support/TagEditorPresets.hpp"
 
-#include "corvane/helpers/TextReplacement.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
+#include "corvane/helpers/detail/TextReplacement.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
 
 namespace corvane {
+using detail::TextReplacement;
 
 void TagEditorPresets::storeText(const TagItem& item, const std::string& text, Insertion insertion) const {
     std::string value = text;

@@ -3,11 +3,12 @@
 #include "corvane/converters/DynamicValue.hpp"
 #include "corvane/csv_support/CSVDelimiter.hpp"
 #include "corvane/csv_support/EnumeratedCSVView.hpp"
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_value/TagPair.hpp"
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 std::string_view message(CSVSidecarReader::ReadError error) {
     switch (error) {

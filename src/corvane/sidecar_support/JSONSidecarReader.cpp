@@ -1,13 +1,14 @@
 #include "corvane/sidecar_support/JSONSidecarReader.hpp"
 
 #include "corvane/converters/DynamicValue.hpp"
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 #include "corvane/helpers/JSONInput.hpp"
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
 
 #include <nlohmann/json.hpp>
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 std::string_view message(JSONSidecarReader::ReadError error) {
     switch (error) {

@@ -1,6 +1,6 @@
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
 
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagType.hpp"
 
@@ -10,6 +10,7 @@
 #include <cmath>
 
 namespace corvane {
+namespace utf8 = detail::utf8;
 
 std::string_view message(JSONSidecarWriter::WriteError error) {
     switch (error) {

@@ -1,11 +1,12 @@
 #include "corvane/tag_editor/EXIFAccessor.hpp"
 
-#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/OrientationAccessor.hpp"
 
 namespace corvane {
+namespace converter_text = detail::converter_text;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "corvane/tag_editor/FamilyAccessor.hpp"
 
-#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/value_models/Country.hpp"
 
@@ -9,6 +9,7 @@
 #include <cmath>
 
 namespace corvane {
+namespace converter_text = detail::converter_text;
 
 std::optional<std::string> FamilyAccessor::currentString(const TagItem& item) const {
     return editor_.currentValue(item.name());

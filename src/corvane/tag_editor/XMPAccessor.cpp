@@ -1,12 +1,13 @@
 #include "corvane/tag_editor/XMPAccessor.hpp"
 
-#include "corvane/converters/ConverterText.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 
 #include <cmath>
 
 namespace corvane {
+namespace converter_text = detail::converter_text;
 
 const FamilyAccessor::TextLocationItems& XMPAccessor::textLocationItems() {
     static const TextLocationItems items{&TagItem::itemXMPLocation(), &TagItem::itemXMPCity(),

@@ -1,11 +1,12 @@
 #include "corvane/tag_table/MultiValuedString.hpp"
 
-#include "corvane/helpers/WordSearch.hpp"
+#include "corvane/helpers/detail/WordSearch.hpp"
 #include "corvane/tag_table/detail/PatternSearch.hpp"
 
 #include <algorithm>
 
 namespace corvane {
+using detail::WordSearch;
 
 MultiValuedString::MultiValuedString(const std::set<std::string>& values) : value_(None{}) {
     if (values.size() == 1) {

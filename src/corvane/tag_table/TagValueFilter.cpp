@@ -1,7 +1,7 @@
 #include "corvane/tag_table/TagValueFilter.hpp"
 
 #include "corvane/helpers/SingleKeyCoding.hpp"
-#include "corvane/helpers/WordSearch.hpp"
+#include "corvane/helpers/detail/WordSearch.hpp"
 #include "corvane/tag_table/TagValueRow.hpp"
 #include "corvane/tag_table/detail/PatternSearch.hpp"
 #include "corvane/tag_value/TagItem.hpp"
@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 namespace corvane {
+using detail::WordSearch;
 
 using Filter = TagValueFilter;
 using StringConstraint = Filter::StringConstraint;

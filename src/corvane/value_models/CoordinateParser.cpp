@@ -1,6 +1,6 @@
 #include "corvane/value_models/CoordinateParser.hpp"
 
-#include "corvane/helpers/IcuRegex.hpp"
+#include "corvane/helpers/detail/IcuRegex.hpp"
 
 #include <unicode/unistr.h>
 
@@ -9,6 +9,7 @@
 #include <locale.h>
 
 namespace corvane {
+using detail::IcuRegex;
 
 namespace {
 

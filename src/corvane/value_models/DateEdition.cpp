@@ -1,6 +1,6 @@
 #include "corvane/value_models/DateEdition.hpp"
 
-#include "corvane/helpers/IcuRegex.hpp"
+#include "corvane/helpers/detail/IcuRegex.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
 #include <nlohmann/json.hpp>
@@ -9,6 +9,7 @@
 #include <unicode/unistr.h>
 
 namespace corvane {
+using detail::IcuRegex;
 
 namespace {
 

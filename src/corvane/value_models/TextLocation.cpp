@@ -1,12 +1,13 @@
 #include "corvane/value_models/TextLocation.hpp"
 
-#include "corvane/helpers/IcuRegex.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
+#include "corvane/helpers/detail/IcuRegex.hpp"
 
 #include <initializer_list>
 #include <vector>
 
 namespace corvane {
+using detail::IcuRegex;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "corvane/converters/ConverterText.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 
 #include "corvane/converters/DynamicValue.hpp"
 
@@ -10,7 +10,7 @@
 #include <limits>
 #include <locale.h>
 
-namespace corvane::converter_text {
+namespace corvane::detail::converter_text {
 
 namespace {
 
@@ -100,4 +100,4 @@ std::vector<std::string> split(std::string_view text, std::string_view separator
     }
 }
 
-} // namespace corvane::converter_text
+} // namespace corvane::detail::converter_text

@@ -1,4 +1,4 @@
-#include "corvane/helpers/IcuRegex.hpp"
+#include "corvane/helpers/detail/IcuRegex.hpp"
 
 #include "corvane/utilities/FatalError.hpp"
 
@@ -6,7 +6,7 @@
 
 #include <atomic>
 
-namespace corvane {
+namespace corvane::detail {
 
 namespace {
 
@@ -97,4 +97,4 @@ std::string IcuRegex::replaceAll(std::string_view utf8, std::string_view replace
     return toUTF8(result);
 }
 
-} // namespace corvane
+} // namespace corvane::detail

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace corvane {
+namespace corvane::detail {
 
 // The character-level state machine of the CSV reader.
 //
@@ -60,4 +60,4 @@ public:
                                                                    Row&& fields);
 };
 
-} // namespace corvane
+} // namespace corvane::detail

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace corvane::utf8 {
+namespace corvane::detail::utf8 {
 
 // Small UTF-8 primitives shared by the CSV reader and writer. They work on
 // std::string bytes directly so that the hot loops never leave UTF-8.
@@ -28,4 +28,4 @@ bool isValid(std::string_view text);
 // trimming "white space and newlines" both rely on.
 bool isWhitespace(char32_t scalar);
 
-} // namespace corvane::utf8
+} // namespace corvane::detail::utf8

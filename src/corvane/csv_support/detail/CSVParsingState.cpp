@@ -1,12 +1,12 @@
-#include "corvane/csv_support/CSVParsingState.hpp"
+#include "corvane/csv_support/detail/CSVParsingState.hpp"
 
 #include "corvane/csv_support/CSVParseError.hpp"
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 
 #include <array>
 #include <cstring>
 
-namespace corvane {
+namespace corvane::detail {
 
 namespace {
 
@@ -326,4 +326,4 @@ void CSVParsingState::enumDict(const std::vector<std::string>& header, std::stri
               [&](Row&& fields) { block(dictionary(header, std::move(fields))); });
 }
 
-} // namespace corvane
+} // namespace corvane::detail

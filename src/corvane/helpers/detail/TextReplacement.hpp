@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace corvane {
+namespace corvane::detail {
 
 // Replaces every occurrence of a text inside another, with the comparison options that a user
 // picks in a search-and-replace field.
@@ -36,4 +36,4 @@ public:
                                             std::string_view replacement, Options options = 0);
 };
 
-} // namespace corvane
+} // namespace corvane::detail

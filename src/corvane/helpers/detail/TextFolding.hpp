@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace corvane {
+namespace corvane::detail {
 
 // Text brought to the form in which searches compare it, scalar by scalar, with a map back to the
 // bytes each folded piece came from, so that a hit in the folded text gives a range in the
@@ -54,4 +54,4 @@ private:
     std::vector<Scalar> scalars_;
 };
 
-} // namespace corvane
+} // namespace corvane::detail

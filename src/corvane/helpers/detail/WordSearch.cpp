@@ -1,13 +1,13 @@
-#include "corvane/helpers/WordSearch.hpp"
+#include "corvane/helpers/detail/WordSearch.hpp"
 
-#include "corvane/helpers/TextFolding.hpp"
+#include "corvane/helpers/detail/TextFolding.hpp"
 
 #include <unicode/uchar.h>
 
 #include <algorithm>
 #include <functional>
 
-namespace corvane {
+namespace corvane::detail {
 
 namespace {
 
@@ -38,4 +38,4 @@ bool WordSearch::isFoundIn(std::string_view text) const {
     });
 }
 
-} // namespace corvane
+} // namespace corvane::detail

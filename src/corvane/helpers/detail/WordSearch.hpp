@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace corvane {
+namespace corvane::detail {
 
 /// A search typed into a filter field: its words, each to be found somewhere in a text, in any
 /// order, ignoring case, diacritics and character width ("cafe sky" finds "Sky over the Café").
@@ -22,4 +22,4 @@ private:
     std::vector<std::u32string> words_; // folded
 };
 
-} // namespace corvane
+} // namespace corvane::detail

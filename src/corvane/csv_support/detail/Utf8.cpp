@@ -1,9 +1,9 @@
-#include "corvane/csv_support/Utf8.hpp"
+#include "corvane/csv_support/detail/Utf8.hpp"
 
 #include <cstdint>
 #include <cstring>
 
-namespace corvane::utf8 {
+namespace corvane::detail::utf8 {
 
 std::size_t sequenceLength(std::string_view text, std::size_t i) {
     const std::size_t n = text.size();
@@ -104,4 +104,4 @@ bool isWhitespace(char32_t c) {
            c == 0x2029 || c == 0x202F || c == 0x205F || c == 0x3000;
 }
 
-} // namespace corvane::utf8
+} // namespace corvane::detail::utf8

@@ -1,13 +1,13 @@
-#include "corvane/helpers/TextReplacement.hpp"
+#include "corvane/helpers/detail/TextReplacement.hpp"
 
-#include "corvane/helpers/TextFolding.hpp"
+#include "corvane/helpers/detail/TextFolding.hpp"
 
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
 #include <memory>
 
-namespace corvane {
+namespace corvane::detail {
 
 namespace {
 
@@ -78,4 +78,4 @@ std::string TextReplacement::replacingOccurrences(std::string_view text, std::st
     return replaceLiterally(text, target, replacement, options);
 }
 
-} // namespace corvane
+} // namespace corvane::detail

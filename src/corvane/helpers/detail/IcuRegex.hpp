@@ -9,7 +9,7 @@
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
-namespace corvane {
+namespace corvane::detail {
 
 // An ICU regular expression compiled once and shared by all threads. Matching
 // goes through a matcher owned by the calling thread, created on first use,
@@ -46,4 +46,4 @@ private:
     int groupCount_ = 0;
 };
 
-} // namespace corvane
+} // namespace corvane::detail

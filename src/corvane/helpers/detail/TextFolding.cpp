@@ -1,4 +1,4 @@
-#include "corvane/helpers/TextFolding.hpp"
+#include "corvane/helpers/detail/TextFolding.hpp"
 
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
@@ -6,7 +6,7 @@
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
-namespace corvane {
+namespace corvane::detail {
 
 namespace {
 
@@ -96,4 +96,4 @@ std::u32string TextFolding::folded(std::string_view text, Options options) {
     return units;
 }
 
-} // namespace corvane
+} // namespace corvane::detail

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace corvane::converter_text {
+namespace corvane::detail::converter_text {
 
 // Parses the whole of `text` as a double by the rules of strtod in the C locale:
 // sign, digits, fraction, exponent, "inf", "infinity", "nan", hexadecimal
@@ -29,4 +29,4 @@ std::string formatEightDecimals(double value);
 // separator gives the whole text as one piece.
 std::vector<std::string> split(std::string_view text, std::string_view separator);
 
-} // namespace corvane::converter_text
+} // namespace corvane::detail::converter_text
