@@ -2,6 +2,7 @@
 #include "corvane/comparison/TagComparatorExporter.hpp"
 #include "corvane/csv_support/detail/Utf8.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include "ComparisonFixtures.hpp"
 #include "support/SampleFiles.hpp"
@@ -80,7 +81,7 @@ TEST(ComparisonExporter, FormatsAndFiles) {
         exporter.exportTo(format, url);
         EXPECT_EQ(readFile(url), exporter.exportedString(format));
     }
-    EXPECT_THROW(exporter.exportAsTXT(folder / "no" / "such" / "folder.txt"), fs::filesystem_error);
+    EXPECT_THROW(exporter.exportAsTXT(folder / "no" / "such" / "folder.txt"), FileError);
 }
 
 TEST(RichText, EscapesControlCharactersAndWritesUTF16Units) {

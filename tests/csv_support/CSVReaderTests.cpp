@@ -1,5 +1,6 @@
 #include "corvane/csv_support/CSVParseError.hpp"
 #include "corvane/csv_support/CSVReader.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include <gtest/gtest.h>
 
@@ -101,10 +102,10 @@ TEST_F(CSVFileTest, OtherEncodingsAndDetection) {
     EXPECT_EQ(read.content().rows().front().front(), "caf\u00E9");
 
     // The same bytes are not UTF-8.
-    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(latin1), fs::filesystem_error);
-    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_ / "missing.csv"), fs::filesystem_error);
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(latin1), FileError);
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_ / "missing.csv"), FileError);
     // A folder opens like a file but can't be read: the system's error, not a stream exception.
-    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_), fs::filesystem_error);
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_), FileError);
 
     const std::string le("\xFF\xFEx\0,\0y\0", 8);
     auto detected = CSVReader<EnumeratedCSVView>::fromFile(write("le.csv", le), std::nullopt,

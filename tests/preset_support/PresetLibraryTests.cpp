@@ -7,6 +7,7 @@
 #include "corvane/preset_support/PresetFile.hpp"
 #include "corvane/preset_support/PresetManager.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/UserDefaults.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -163,9 +164,10 @@ TEST(PresetFileTest, WritesTheCurrentFormAndOpensOlderShapes) {
     EXPECT_EQ(barePresets.groups()[0]->detail(), "");
     EXPECT_EQ(barePresets.groups()[0]->presets()[0]->name(), "Sea");
 
-    EXPECT_THROW(PresetFile::fromJSONData(R"({"groups":[{"name":"no presets"}]})"), json::exception);
-    EXPECT_THROW(PresetFile::fromJSONData("[1]"), json::exception);
-    EXPECT_THROW(PresetFile::fromJSONData("{"), json::parse_error);
+    EXPECT_THROW(PresetFile::fromJSONData(R"({"groups":[{"name":"no presets"}]})"),
+                 PresetFile::DecodingError);
+    EXPECT_THROW(PresetFile::fromJSONData("[1]"), PresetFile::DecodingError);
+    EXPECT_THROW(PresetFile::fromJSONData("{"), PresetFile::DecodingError);
 
     test::TemporaryFolder folder;
     file.exportTo(folder / "presets.json");
@@ -173,8 +175,8 @@ TEST(PresetFileTest, WritesTheCurrentFormAndOpensOlderShapes) {
     struct stat info {};
     ASSERT_EQ(::stat((folder / "presets.json").c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0600u) << "readable by its owner only";
-    EXPECT_THROW(PresetFile::fromJSONURL(folder / "missing.json"), std::filesystem::filesystem_error);
-    EXPECT_THROW(PresetFile::fromJSONURL(folder.path()), std::filesystem::filesystem_error) << "a folder";
+    EXPECT_THROW(PresetFile::fromJSONURL(folder / "missing.json"), FileError);
+    EXPECT_THROW(PresetFile::fromJSONURL(folder.path()), FileError) << "a folder";
 }
 
 TEST(PresetManagerTest, DefaultsRoundTripMakesNewObjects) {

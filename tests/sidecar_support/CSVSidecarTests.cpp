@@ -3,6 +3,7 @@
 #include "corvane/sidecar_support/SidecarReader.hpp"
 #include "corvane/sidecar_support/SidecarWriter.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include "support/TemporaryFolder.hpp"
 
@@ -86,16 +87,16 @@ TEST(CSVSidecarFiles, ReadsFilesAndRefusesBytesThatAreNotUTF8) {
     test::TemporaryFolder folder("corvane-sidecars");
     std::ofstream(folder / "latin1.csv", std::ios::binary) << "EXIF:Artist,Zo\xEB\n";
     EXPECT_THROW(CSVSidecarReader().readContentsOf(folder / "latin1.csv"), CSVSidecarReader::ReadException);
-    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder / "missing.csv"), fs::filesystem_error);
+    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder / "missing.csv"), FileError);
     // A folder opens like a file, has no meaningful size, and fails only when read.
-    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder.makeSubfolder("folder.csv")), fs::filesystem_error);
+    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder.makeSubfolder("folder.csv")), FileError);
 
     TagStorage storage(TagStorageSource("/photos/a.jpg"));
     storage.setOriginalValue("Zoë", name("EXIF:Artist"));
     SidecarWriter::writeSidecar(storage, folder / "out" / "a.CSV");
     EXPECT_EQ(SidecarReader::readSidecar(folder / "out" / "a.CSV").at(name("EXIF:Artist")), "Zoë");
-    EXPECT_THROW(SidecarWriter::writeSidecar(storage, folder / "a.xmp"), std::invalid_argument);
-    EXPECT_THROW(SidecarReader::readSidecar(folder / "a.txt"), std::invalid_argument);
+    EXPECT_THROW(SidecarWriter::writeSidecar(storage, folder / "a.xmp"), NotASidecarError);
+    EXPECT_THROW(SidecarReader::readSidecar(folder / "a.txt"), NotASidecarError);
 }
 
 } // namespace

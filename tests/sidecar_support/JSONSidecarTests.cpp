@@ -2,6 +2,7 @@
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include "support/TemporaryFolder.hpp"
 
@@ -141,9 +142,9 @@ TEST(JSONSidecarFiles, WriteCreatesFoldersAndReadsBack) {
     EXPECT_EQ(values.at(name("IPTC:Keywords")), "k1,k2,k3");
 
     // The file system's errors go through.
-    EXPECT_THROW(JSONSidecarReader().readContentsOf(folder / "missing.json"), fs::filesystem_error);
+    EXPECT_THROW(JSONSidecarReader().readContentsOf(folder / "missing.json"), FileError);
     std::ofstream(folder / "blocker") << "x";
-    EXPECT_THROW(JSONSidecarWriter().write(storage, folder / "blocker" / "a.json"), fs::filesystem_error);
+    EXPECT_THROW(JSONSidecarWriter().write(storage, folder / "blocker" / "a.json"), FileError);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "corvane/tag_set/TagSetFile.hpp"
 #include "corvane/tag_set/TagSetManager.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -104,7 +105,7 @@ TEST(TagSetTest, FileWritesEmptyDescriptionAndOpensBareSets) {
     test::TemporaryFolder folder;
     TagSetFile("mine", set).exportTo(folder / "set.json");
     EXPECT_EQ(TagSetFile::fromJSONURL(folder / "set.json"), TagSetFile("mine", set));
-    EXPECT_THROW(TagSetFile::fromJSONURL(folder / "missing.json"), std::filesystem::filesystem_error);
+    EXPECT_THROW(TagSetFile::fromJSONURL(folder / "missing.json"), FileError);
 }
 
 // --- The manager

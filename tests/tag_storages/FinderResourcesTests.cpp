@@ -1,4 +1,5 @@
 #include "corvane/tag_storages/FinderResources.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include "support/TemporaryFolder.hpp"
 
@@ -171,15 +172,15 @@ TEST_F(FinderResourcesTest, MissingFileFailsAndChangesNothing) {
     try {
         resources.read(missing);
         FAIL() << "read of a missing file";
-    } catch (const fs::filesystem_error& error) {
+    } catch (const FileError& error) {
         EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
-        EXPECT_EQ(error.path1(), missing);
+        EXPECT_EQ(error.path(), missing);
     }
     EXPECT_EQ(resources.modifyDate(), Date(5));
     EXPECT_FALSE(resources.createDate());
 
     resources.setFinderTags(std::vector<std::string>{"x"});
-    EXPECT_THROW(resources.write(missing), fs::filesystem_error);
+    EXPECT_THROW(resources.write(missing), FileError);
     EXPECT_FALSE(fs::exists(missing));
 }
 
@@ -209,10 +210,10 @@ TEST(FinderResourcesVolume, FileWithoutBirthTimeOrAttributes) {
     try {
         written.write(file);
         FAIL() << "a volume without extended attributes took them";
-    } catch (const fs::filesystem_error& error) {
+    } catch (const FileError& error) {
         EXPECT_EQ(error.code(), std::errc::not_supported);
         EXPECT_THAT(error.what(), testing::HasSubstr("creation date"));
-        EXPECT_EQ(error.path1(), file);
+        EXPECT_EQ(error.path(), file);
     }
     read = readAt(file);
     EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1500000000.75, 1e-6);

@@ -2,20 +2,30 @@
 
 #include "corvane/utilities/Error.hpp"
 #include "corvane/csv_support/CSVParseError.hpp"
+#include "corvane/csv_support/CSVReader.hpp"
 #include "corvane/csv_support/CSVWriteError.hpp"
 #include "corvane/csv_support/detail/CSVParsingState.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/preset_support/PresetEdition.hpp"
+#include "corvane/preset_support/PresetFile.hpp"
 #include "corvane/sidecar_support/CSVSidecarReader.hpp"
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
+#include "corvane/sidecar_support/SidecarReader.hpp"
+#include "corvane/tag_set/TagSetFile.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "corvane/tag_storages/FinderResources.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
+#include "corvane/utilities/FileError.hpp"
 #include "corvane/value_models/DateEdition.hpp"
+
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <type_traits>
 
@@ -51,6 +61,47 @@ TEST(ErrorTest, FailuresOfParsersAndWritersAreCaughtAsTheLibrarysErrorWithTheirM
                       ETTagStorageWriter::WriteError::jsonEncodingFailed);
               }),
               "JSON encoding failed");
+}
+
+// What the standard library and the JSON library throw inside the library's file readers reaches the
+// caller as the library's own error, which names the file.
+TEST(ErrorTest, FailuresOfFilesAndOfTheirContentNameTheFile) {
+    test::TemporaryFolder folder;
+    const auto missing = folder / "missing.json";
+    auto write = [&](const std::string& name, const std::string& text) {
+        std::ofstream(folder / name, std::ios::binary) << text;
+        return (folder / name).string();
+    };
+    auto startsWith = [](const std::string& text, const std::string& start) {
+        return text.rfind(start, 0) == 0 ? testing::AssertionSuccess() : testing::AssertionFailure() << text;
+    };
+
+    try {
+        CSVReader<NamedCSVView>::fromFile(missing);
+        ADD_FAILURE() << "read a missing file";
+    } catch (const FileError& e) {
+        EXPECT_EQ(e.path(), missing);
+        EXPECT_EQ(e.code(), std::errc::no_such_file_or_directory);
+        EXPECT_EQ(std::string(e.what()),
+                  missing.string() + ": Cannot read the file: No such file or directory");
+    }
+    const std::string latin1 = write("latin1.csv", "Artist\nZo\xEB\n");
+    EXPECT_TRUE(startsWith(errorText([&] { CSVReader<NamedCSVView>::fromFile(latin1); }), latin1 + ": "));
+    EXPECT_TRUE(startsWith(errorText([&] { FinderResources().read(missing); }), missing.string() + ": "));
+
+    const std::string presets = write("presets.json", R"({"groups": [{"name": "no presets"}]})");
+    EXPECT_TRUE(
+        startsWith(errorText([&] { PresetFile::fromJSONURL(presets); }), presets + ": not a preset library"));
+    EXPECT_THROW(PresetFile::fromJSONData("[1]"), PresetFile::DecodingError);
+    const std::string set = write("set.json", R"({"entries": 3})");
+    EXPECT_TRUE(startsWith(errorText([&] { TagSetFile::fromJSONURL(set); }), set + ": "));
+    EXPECT_EQ(errorText([&] { SidecarReader::readSidecar(folder / "notes.txt"); }),
+              (folder / "notes.txt").string() + ": Not a sidecar file");
+
+    // The standard library's own error, met where a call has no error code, keeps only the action.
+    const FileError converted(std::filesystem::filesystem_error(
+        "cannot copy", "/a/b.jpg", "/c", std::make_error_code(std::errc::file_exists)));
+    EXPECT_EQ(std::string(converted.what()), "/a/b.jpg: cannot copy: File exists");
 }
 
 } // namespace

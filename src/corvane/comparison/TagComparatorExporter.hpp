@@ -13,7 +13,7 @@ namespace corvane {
 // Writes a comparison as plain text (columns padded with blanks for a monospaced font), as rich
 // text (the same layout in Menlo, headings, names and edited values in bold), or as a delimited
 // file (fields joined by "; ", no quoting). Files are UTF-8 and replaced as a whole; write failures
-// throw std::filesystem::filesystem_error.
+// throw FileError.
 class TagComparatorExporter {
 public:
     enum class Format { txt, rtf, csv };

@@ -1,6 +1,7 @@
 #include "corvane/csv_support/CSVReader.hpp"
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 namespace corvane {
 
@@ -23,8 +24,8 @@ CSVReader<View> CSVReader<View>::fromFile(const std::filesystem::path& url,
                                           bool loadColumns, bool hasHeader) {
     std::optional<std::string> text = encoding.decode(readFileBytes(url));
     if (!text)
-        throw std::filesystem::filesystem_error("file is not text in " + encoding.name(), url,
-                                                std::make_error_code(std::errc::illegal_byte_sequence));
+        throw FileError(url, "file is not text in " + encoding.name(),
+                        std::make_error_code(std::errc::illegal_byte_sequence));
     static constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF"; // U+FEFF in UTF-8
     if (text->starts_with(byteOrderMark)) text->erase(0, byteOrderMark.size());
     return CSVReader(std::move(*text), delimiter, loadColumns, hasHeader, std::nullopt);

@@ -35,7 +35,7 @@ public:
                                 std::optional<std::size_t> rowLimit = std::nullopt);
 
     // Reads the file in `encoding` and drops a leading byte-order mark. Throws
-    // std::filesystem::filesystem_error when the file cannot be read or is not
+    // FileError when the file cannot be read or is not
     // text in that encoding, and CSVParseError.
     static CSVReader fromFile(const std::filesystem::path& url,
                               std::optional<CSVDelimiter> delimiter = std::nullopt,

@@ -1,6 +1,7 @@
 #include "corvane/helpers/DefaultsData.hpp"
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/UserDefaults.hpp"
 
@@ -12,7 +13,7 @@ void writeDefaultsData(const std::string& key, const std::string& bytes) {
     auto defaults = KitSettings::shared().userDefaults();
     try {
         writeFileAtomically(defaults->preferenceFileURL(key), bytes, 0600);
-    } catch (const std::filesystem::filesystem_error&) {
+    } catch (const FileError&) {
         defaults->set(key, bytes);
     }
 }

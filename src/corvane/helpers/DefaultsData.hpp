@@ -20,7 +20,7 @@ struct DefaultsData {
 void writeDefaultsData(const std::string& key, const std::string& bytes);
 
 /// The key's data file when it is there (as a file), else the text (or JSON value, as its text) stored under
-/// the key; nothing when neither is there. Throws filesystem_error when the file exists but can't
+/// the key; nothing when neither is there. Throws FileError when the file exists but can't
 /// be read.
 std::optional<DefaultsData> readDefaultsData(const std::string& key);
 

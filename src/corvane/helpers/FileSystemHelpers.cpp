@@ -1,4 +1,5 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include <algorithm>
 #include <array>
@@ -160,15 +161,14 @@ std::vector<fs::path> listFolderFiles(const fs::path& url, bool recursively) {
 namespace {
 
 [[noreturn]] void throwWriteError(const fs::path& url, int err) {
-    throw fs::filesystem_error("Cannot write the file", url, std::error_code(err, std::generic_category()));
+    throw FileError(url, "Cannot write the file", std::error_code(err, std::generic_category()));
 }
 
 } // namespace
 
 std::string readFileBytes(const fs::path& url) {
     auto fail = [&url](int err) {
-        throw fs::filesystem_error("Cannot read the file", url,
-                                   std::error_code(err, std::generic_category()));
+        throw FileError(url, "Cannot read the file", std::error_code(err, std::generic_category()));
     };
     const int fd = ::open(url.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) fail(errno);

@@ -35,7 +35,7 @@ public:
 
     /// The root keywords of the text. An empty text fails with rootItemIsMissing.
     std::vector<KeywordItemRef> read(std::string_view string) const;
-    /// Reads the file as UTF-8 text; throws filesystem_error when it can't be read.
+    /// Reads the file as UTF-8 text; throws FileError when it can't be read.
     std::vector<KeywordItemRef> readAt(const std::filesystem::path& url) const;
 };
 

@@ -21,7 +21,7 @@ public:
     /// The text as UTF-8 bytes; no keyword at all throws CaseException<WritingError> dataAreEmpty.
     std::string data(const std::vector<KeywordItemRef>& items) const;
     /// Writes the data atomically, readable by its owner only. Throws as `data`, or
-    /// filesystem_error.
+    /// FileError.
     void write(const std::vector<KeywordItemRef>& items, const std::filesystem::path& url) const;
 };
 

@@ -42,7 +42,7 @@ public:
     /// Parses through the nesting check of outside input. Throws DecodingError, or
     /// JSONNestingError for input nested too deep.
     static LocationFile fromJSONData(std::string_view data, const std::string& source = "location library");
-    /// Throws std::filesystem::filesystem_error when the file can't be read, and as fromJSONData.
+    /// Throws FileError when the file can't be read, and as fromJSONData.
     static LocationFile fromJSONURL(const std::filesystem::path& url);
     // jsonData, exportTo (atomic, owner-only): see JSONFileForm.
 

@@ -91,9 +91,9 @@ public:
 
     /// Replaces the items by the stored library unless it holds equal items. Nothing stored leaves
     /// them as they are; a stored library that can't be read throws LocationFile::DecodingError (or
-    /// JSONNestingError, or filesystem_error for an unreadable file) and changes nothing.
+    /// JSONNestingError, or FileError for an unreadable file) and changes nothing.
     virtual void loadFromDefaults();
-    /// Stores the items. Throws filesystem_error only when neither the file nor the defaults can
+    /// Stores the items. Throws FileError only when neither the file nor the defaults can
     /// take them.
     virtual void saveToDefaults() const;
 

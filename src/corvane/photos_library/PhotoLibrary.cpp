@@ -1,6 +1,7 @@
 #include "corvane/photos_library/PhotoLibrary.hpp"
 
 #include "corvane/tag_editor/TagEditor.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include <filesystem>
 #include <mutex>
@@ -36,9 +37,10 @@ void PhotoLibrary::prepareAssetsForUpdate(const std::vector<std::shared_ptr<TagE
     for (const auto& editor : assetEditors(editors)) {
         const fs::path source = editor->source().url();
         const fs::path target = editor->temporaryURL();
-        if (target.has_parent_path()) fs::create_directories(target.parent_path());
-        // Throws filesystem_error with both paths when the copy fails.
-        fs::copy_file(source, target, fs::copy_options::overwrite_existing);
+        std::error_code error;
+        if (target.has_parent_path()) fs::create_directories(target.parent_path(), error);
+        if (!error) fs::copy_file(source, target, fs::copy_options::overwrite_existing, error);
+        if (error) throw FileError(source, "Cannot copy the asset to " + target.string(), error);
     }
 }
 

@@ -27,7 +27,8 @@ public:
     virtual bool requestAuthorization() = 0;
 
     // Copies the content of each asset editor's source to the editor's temporary URL, so that the
-    // writers can work on a file. Editors of plain files are passed over. Throws when a copy fails.
+    // writers can work on a file. Editors of plain files are passed over. Throws FileError, naming the
+    // asset, when a copy fails.
     virtual void prepareAssetsForUpdate(const std::vector<std::shared_ptr<TagEditor>>& editors);
 
     // Imports the written temporary file of each asset editor as a new asset, removes the old

@@ -55,8 +55,25 @@ json PresetFile::toJSON() const {
     return j;
 }
 
+namespace {
+
+// The file form's readers throw the JSON library's errors, std::invalid_argument (an unknown name)
+// and PresetEdition::CodingException; a caller gets them as the one error of a preset library,
+// named after `source`. The nesting check's error names the source already.
+PresetFile decode(std::string_view data, const std::string& source) {
+    try {
+        return PresetFile::fromJSON(parseOrderedJSONInput(data, source));
+    } catch (const JSONNestingError&) {
+        throw;
+    } catch (const std::exception& e) {
+        throw PresetFile::DecodingError(source + ": not a preset library: " + e.what());
+    }
+}
+
+} // namespace
+
 PresetFile PresetFile::fromJSONData(std::string_view data) {
-    return fromJSON(parseOrderedJSONInput(data, "preset library"));
+    return decode(data, "preset library");
 }
 
 std::string PresetFile::jsonData() const {
@@ -64,7 +81,7 @@ std::string PresetFile::jsonData() const {
 }
 
 PresetFile PresetFile::fromJSONURL(const std::filesystem::path& url) {
-    return fromJSON(parseOrderedJSONInput(readFileBytes(url), url.string()));
+    return decode(readFileBytes(url), url.string());
 }
 
 void PresetFile::exportTo(const std::filesystem::path& url) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvane/preset_support/PresetGroup.hpp"
+#include "corvane/utilities/Error.hpp"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -17,10 +18,17 @@ namespace corvane {
 // Written as {"description": ..., "groups": [...]} in that order, an absent description as the
 // empty text. Reading also opens older files: a root that is an array of groups, or an array of
 // presets (which become one group with an empty name and detail). Only the error of that last
-// attempt reaches the caller: the JSON library's errors, std::invalid_argument or
-// PresetEdition::CodingException.
+// attempt reaches the caller: from `fromJSON`, the JSON library's errors, std::invalid_argument or
+// PresetEdition::CodingException; from the data and file readers, `DecodingError` for all of them
+// (and JSONNestingError for input nested beyond reason, FileError for a file that can't be read).
 class PresetFile {
 public:
+    /// Data or a file that holds no preset library; from a file, the message starts with its path.
+    class DecodingError : public Error {
+    public:
+        using Error::Error;
+    };
+
     PresetFile() = default;
     PresetFile(std::optional<std::string> description, std::vector<PresetGroupRef> groups)
         : description_(std::move(description)), groups_(std::move(groups)) {}
@@ -34,9 +42,9 @@ public:
     static PresetFile fromJSONData(std::string_view data);
     // Pretty-printed, two blanks per level.
     std::string jsonData() const;
-    // Throws std::filesystem::filesystem_error when the file can't be read.
+    // Throws FileError when the file can't be read.
     static PresetFile fromJSONURL(const std::filesystem::path& url);
-    // Writes atomically, readable by its owner only. Throws std::filesystem::filesystem_error.
+    // Writes atomically, readable by its owner only. Throws FileError.
     void exportTo(const std::filesystem::path& url) const;
 
     // Equal descriptions and the same group objects.

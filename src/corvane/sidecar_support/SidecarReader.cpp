@@ -11,7 +11,7 @@
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
 
-#include <stdexcept>
+#include <system_error>
 
 namespace corvane {
 
@@ -62,7 +62,7 @@ SidecarReader::Values SidecarReader::changesTo(const TagStorage& storage, const 
 
 SidecarReader::Values SidecarReader::readSidecar(const std::filesystem::path& url) {
     auto reader = forPathExtension(url.extension().string());
-    if (!reader) throw std::invalid_argument("Not a sidecar file: " + url.string());
+    if (!reader) throw NotASidecarError(url);
     return reader->readContentsOf(url);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvane/sidecar_support/SidecarFormat.hpp"
 #include "corvane/tag_value/TagName.hpp"
 
 #include <filesystem>
@@ -27,14 +28,14 @@ public:
     virtual Values readData(std::string_view data) const = 0;
     // A sidecar already held as text (UTF-8).
     virtual Values readString(std::string_view string) const = 0;
-    // Reads the whole file into memory (std::filesystem::filesystem_error when that fails), then
+    // Reads the whole file into memory (FileError when that fails), then
     // `readData`.
     virtual Values readContentsOf(const std::filesystem::path& url) const;
 
     // The reader of a sidecar format by its path extension, "json" or "csv" in any case; nullptr
     // for any other.
     static std::unique_ptr<SidecarReader> forPathExtension(std::string_view pathExtension);
-    // Reads a sidecar with the reader its extension names; std::invalid_argument for an extension
+    // Reads a sidecar with the reader its extension names; NotASidecarError for an extension
     // that names no sidecar format.
     static Values readSidecar(const std::filesystem::path& url);
 

@@ -4,14 +4,17 @@
 #include "corvane/sidecar_support/CSVSidecarWriter.hpp"
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
 #include "corvane/sidecar_support/SidecarFormat.hpp"
+#include "corvane/utilities/FileError.hpp"
 
-#include <stdexcept>
+#include <system_error>
 
 namespace corvane {
 
 void SidecarWriter::write(const TagStorage& storage, const std::filesystem::path& url) const {
     auto folder = url.parent_path();
-    if (!folder.empty()) std::filesystem::create_directories(folder); // throws the file system's error
+    std::error_code error;
+    if (!folder.empty()) std::filesystem::create_directories(folder, error);
+    if (error) throw FileError(folder, "Cannot create the folder", error);
     auto bytes = data(storage);
     writeFileAtomically(url, bytes);
 }
@@ -25,7 +28,7 @@ std::unique_ptr<SidecarWriter> SidecarWriter::forPathExtension(std::string_view 
 
 void SidecarWriter::writeSidecar(const TagStorage& storage, const std::filesystem::path& url) {
     auto writer = forPathExtension(url.extension().string());
-    if (!writer) throw std::invalid_argument("Not a sidecar file: " + url.string());
+    if (!writer) throw NotASidecarError(url);
     writer->write(storage, url);
 }
 

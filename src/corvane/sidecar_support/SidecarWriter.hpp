@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvane/sidecar_support/SidecarFormat.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
 
 #include <filesystem>
@@ -19,14 +20,15 @@ public:
     // The sidecar's bytes.
     virtual std::string data(const TagStorage& storage) const = 0;
     // Creates the destination's folders, then writes `data(storage)` to it (replacing the file as
-    // a whole, so that a failed write leaves no half file).
+    // a whole, so that a failed write leaves no half file). Throws FileError, naming the folder or
+    // the file, when either fails.
     virtual void write(const TagStorage& storage, const std::filesystem::path& url) const;
 
     // The writer of a sidecar format by its path extension, "json" or "csv" in any case; nullptr
     // for any other.
     static std::unique_ptr<SidecarWriter> forPathExtension(std::string_view pathExtension);
     // Writes the sidecar of `storage` in the format named by the extension of `url`;
-    // std::invalid_argument for an extension that names no sidecar format.
+    // NotASidecarError for an extension that names no sidecar format.
     static void writeSidecar(const TagStorage& storage, const std::filesystem::path& url);
 };
 

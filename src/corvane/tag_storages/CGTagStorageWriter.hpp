@@ -83,7 +83,7 @@ public:
     /// write that format (it writes JPEG, PNG, TIFF, WebP and JPEG 2000; not HEIC, GIF, nor camera
     /// raw files, whose maker notes exiv2 can damage), `finalizeFailed` when the metadata can't be
     /// written into it, `dataAreEmpty` when nothing came out; and
-    /// std::filesystem::filesystem_error when the result can't be stored.
+    /// FileError when the result can't be stored.
     void write() override;
 
     /// Writes one storage: the file itself, or each file of a folder.

@@ -5,6 +5,7 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_storages/FinderResources.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
@@ -370,7 +371,7 @@ fs::path ETTagStorageWriter::createJSONFile(const nlohmann::ordered_json& record
     try {
         // Readable by the owner only: the values may be private.
         writeFileAtomically(url, bytes, 0600);
-    } catch (const fs::filesystem_error&) {
+    } catch (const FileError&) {
         throw WriteException(WriteError::jsonFileCreationFailed);
     }
     return url;

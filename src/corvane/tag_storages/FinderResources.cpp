@@ -1,6 +1,7 @@
 #include "corvane/tag_storages/FinderResources.hpp"
 
 #include "corvane/helpers/WhiteSpace.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include <cerrno>
 #include <charconv>
@@ -15,8 +16,6 @@
 namespace corvane {
 
 namespace {
-
-using std::filesystem::filesystem_error;
 
 std::error_code lastError() {
     return std::error_code(errno, std::generic_category());
@@ -52,7 +51,7 @@ std::optional<std::string> readAttribute(const std::filesystem::path& url, const
         ssize_t size = ::getxattr(url.c_str(), name, nullptr, 0);
         if (size < 0) {
             if (isNoAttributeError(errno)) return std::nullopt;
-            throw filesystem_error(std::string("Cannot read the attribute ") + name, url, lastError());
+            throw FileError(url, std::string("Cannot read the attribute ") + name, lastError());
         }
         std::string value(static_cast<size_t>(size), '\0');
         ssize_t got = ::getxattr(url.c_str(), name, value.data(), value.size());
@@ -63,7 +62,7 @@ std::optional<std::string> readAttribute(const std::filesystem::path& url, const
         // The value grew between the two calls: ask again.
         if (errno == ERANGE) continue;
         if (isNoAttributeError(errno)) return std::nullopt;
-        throw filesystem_error(std::string("Cannot read the attribute ") + name, url, lastError());
+        throw FileError(url, std::string("Cannot read the attribute ") + name, lastError());
     }
 }
 
@@ -100,10 +99,10 @@ void FinderResources::read(const std::filesystem::path& url) {
         // A kernel or sandbox without statx: plain stat, with no birth time.
         struct stat plain {};
         if (::stat(url.c_str(), &plain) != 0)
-            throw filesystem_error("Cannot read the file's attributes", url, lastError());
+            throw FileError(url, "Cannot read the file's attributes", lastError());
         modified = dateFromTimestamp(plain.st_mtim.tv_sec, static_cast<uint32_t>(plain.st_mtim.tv_nsec));
     } else {
-        throw filesystem_error("Cannot read the file's attributes", url, lastError());
+        throw FileError(url, "Cannot read the file's attributes", lastError());
     }
 
     std::optional<Date> created = born;
@@ -119,9 +118,9 @@ void FinderResources::read(const std::filesystem::path& url) {
 }
 
 void FinderResources::write(const std::filesystem::path& url) const {
-    std::optional<filesystem_error> firstFailure;
+    std::optional<FileError> firstFailure;
     auto note = [&](const char* what, std::error_code error) {
-        if (error && !firstFailure) firstFailure.emplace(what, url, error);
+        if (error && !firstFailure) firstFailure.emplace(url, what, error);
     };
 
     if (createDate_)

@@ -2,6 +2,7 @@
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/JSONInput.hpp"
+#include "corvane/utilities/FileError.hpp"
 
 #include <cstdlib>
 #include <mutex>
@@ -59,7 +60,7 @@ void UserDefaults::loadLocked() const {
         checkJSONNesting(readFileBytes(fileURL_), fileURL_.string());
         auto parsed = nlohmann::json::parse(readFileBytes(fileURL_), nullptr, /*allow_exceptions=*/false);
         if (parsed.is_object()) values_ = std::move(parsed);
-    } catch (const fs::filesystem_error&) {
+    } catch (const FileError&) {
     } catch (const JSONNestingError&) {
     }
     loaded_.store(true, std::memory_order_release);

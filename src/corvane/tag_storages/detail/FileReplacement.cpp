@@ -1,5 +1,7 @@
 #include "corvane/tag_storages/detail/FileReplacement.hpp"
 
+#include "corvane/utilities/FileError.hpp"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <string>
@@ -16,7 +18,7 @@ namespace fs = std::filesystem;
 namespace {
 
 [[noreturn]] void fail(const fs::path& path, int error, const char* what) {
-    throw fs::filesystem_error(what, path, std::error_code(error, std::generic_category()));
+    throw FileError(path, what, std::error_code(error, std::generic_category()));
 }
 
 // The names of the original's extended attributes; empty when the file system keeps none.
@@ -91,7 +93,7 @@ void replaceFileKeepingAttributes(const fs::path& original, const fs::path& targ
     const fs::path folder = target.parent_path().empty() ? fs::path(".") : target.parent_path();
     std::error_code error;
     fs::create_directories(folder, error);
-    if (error) throw fs::filesystem_error("cannot create the folder", folder, error);
+    if (error) throw FileError(folder, "cannot create the folder", error);
 
     std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
     const int fd = ::mkstemp(temporary.data());

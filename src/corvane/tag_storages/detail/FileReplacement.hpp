@@ -12,7 +12,7 @@ namespace corvane::detail {
 // The bytes go to a temporary file beside `target`, which takes the original's permission bits,
 // owner (where allowed) and extended attributes (tags, the written creation date, anything another
 // program keeps there), is flushed to disk and renamed over `target`. The target's folder is
-// created with its parents when missing. Throws std::filesystem::filesystem_error; on failure
+// created with its parents when missing. Throws FileError; on failure
 // `target` is as it was and no temporary file is left.
 //
 // An attribute of the "user." namespace that can't be copied fails the write; others (ACLs,
