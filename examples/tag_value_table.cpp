@@ -12,6 +12,7 @@
 #include "corvane/tag_set/TagSetFile.hpp"
 #include "corvane/tag_set/TagSetManager.hpp"
 #include "corvane/tag_table/TagValueTable.hpp"
+#include "corvane/tag_value/TagItem.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/utilities/Error.hpp"
 
