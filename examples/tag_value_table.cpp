@@ -20,6 +20,7 @@
 #include <exception>
 #include <iostream>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 using namespace corvane;
@@ -79,13 +80,15 @@ int main(int argc, char** argv) {
     request.showSections = true;
     auto table = TagValueTable::create(request);
     std::cout << task->importedEditors().size() << " files\n";
+    const TagSection* heading = nullptr; // printed before its first row that has a value
     for (const TagValueTable::Entry& entry : table->content()->entries()) {
         if (const auto* section = std::get_if<TagSection>(&entry)) {
-            std::cout << '\n' << section->rawValue() << '\n';
+            heading = section;
             continue;
         }
         const TagValueRow& row = std::get<TagValueRow>(entry);
         if (row.string().isNone()) continue; // no file has the tag
+        if (heading) std::cout << '\n' << std::exchange(heading, nullptr)->rawValue() << '\n';
         std::cout << "  " << row.tagItem().displayName() << " (" << row.tagItem().name().rawValue()
                   << "): " << cell(row.string()) << '\n';
     }
