@@ -51,13 +51,13 @@ std::filesystem::path temporaryURL(std::string_view pathExt);
 std::vector<std::filesystem::path> listFolderFiles(const std::filesystem::path& url, bool recursively);
 
 // The whole content of the file at `url`, read to its end (so a pipe works, and a folder fails with
-// the system's reason rather than with a bogus size). Throws std::filesystem::filesystem_error.
+// the system's reason rather than with a bogus size). Throws FileError naming the file.
 std::string readFileBytes(const std::filesystem::path& url);
 
 // Writes `bytes` to a temporary file beside `url`, flushes it to disk and renames it over `url`,
 // so that readers see either the old file or the whole new one. The file gets `mode` as its
 // rights (0644, a usual document; 0600 for one that only its owner may read). Throws
-// std::filesystem::filesystem_error; on failure `url` is as it was and no temporary file is left.
+// FileError naming the file; on failure `url` is as it was and no temporary file is left.
 void writeFileAtomically(const std::filesystem::path& url, std::string_view bytes, mode_t mode = 0644);
 
 } // namespace corvane

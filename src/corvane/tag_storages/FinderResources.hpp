@@ -43,7 +43,7 @@ public:
 
     // Fills each field that the file has, asking the file system afresh (no
     // cache). A file without tags or without any creation date leaves those
-    // fields as they are. Throws std::filesystem::filesystem_error when the file
+    // fields as they are. Throws FileError when the file
     // cannot be examined (missing, no permission), with this record unchanged.
     void read(const std::filesystem::path& url);
 
@@ -51,7 +51,7 @@ public:
     // attribute is stored on its own, so that one the file system refuses (a
     // volume without extended attributes) costs no other: every one that can be
     // stored is, then the first failure is thrown as a
-    // std::filesystem::filesystem_error naming the attribute.
+    // FileError naming the attribute.
     void write(const std::filesystem::path& url) const;
 
     // The "user.xdg.tags" text of a list and back (see above).
