@@ -304,8 +304,11 @@ void addSidecarCommands(CLI::App& app, int& exitCode) {
     syncCmd->add_flag("-r,--recursive", sync->recursive, "Go into subfolders");
     syncCmd->add_option("PATH", sync->paths, "Files and folders")->required();
     syncCmd->callback([sync, &exitCode] {
-        if (!sync->importing && !sync->exporting)
-            throw CLI::ValidationError("sync", "--import or --export is required");
+        if (!sync->importing && !sync->exporting) {
+            std::cerr << "corvane: sidecar sync: --import or --export is required\n";
+            exitCode = 2;
+            return;
+        }
         exitCode = syncSidecars(*sync);
     });
 
