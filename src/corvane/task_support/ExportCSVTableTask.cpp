@@ -4,9 +4,8 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/task_support/ImportCSVTableTask.hpp"
+#include "corvane/task_support/detail/SidecarNames.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
-
-#include <random>
 
 namespace corvane {
 
@@ -55,9 +54,7 @@ void ExportCSVTableTask::internProcess() {
 
     // Written beside the destination and renamed over it once complete: a failed export leaves
     // any earlier table as it was.
-    static thread_local std::mt19937_64 generator{std::random_device{}()};
-    const fs::path scratch = destination.parent_path() / ("." + destination.stem().string() + ".corvane-" +
-                                                          std::to_string(generator() % 1000000000) + ".csv");
+    const fs::path scratch = detail::scratchURLBeside(destination);
     auto stream = OutputStream::toFile(scratch);
     stream->open();
     if (stream->status() != OutputStream::Status::open) throw TaskError(ProcessError::streamIsMissing);

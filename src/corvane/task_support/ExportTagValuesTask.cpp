@@ -8,41 +8,20 @@
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/MediaKind.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "corvane/task_support/detail/SidecarNames.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
 #include <algorithm>
-#include <random>
 #include <unordered_map>
 
 namespace corvane {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-std::string lowercased(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
-std::string uppercased(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return text;
-}
-
-// A hidden name beside the sidecar, with its extension (ExifTool picks the format to create by
-// it), so that the finished file can replace the sidecar by a rename on the same file system.
-fs::path scratchURL(const fs::path& sidecar) {
-    static thread_local std::mt19937_64 generator{std::random_device{}()};
-    std::string name = "." + sidecar.stem().string() + ".corvane-" +
-                       std::to_string(generator() % 1000000000) + sidecar.extension().string();
-    return sidecar.parent_path() / name;
-}
-
-} // namespace
+using detail::asciiLowercased;
+using detail::asciiUppercased;
+using detail::scratchURLBeside;
 
 std::string_view message(ExportTagValuesTask::ProcessError error) {
     switch (error) {
@@ -80,7 +59,7 @@ bool ExportTagValuesTask::canImportSidecar(const fs::path& url) {
 
 fs::path ExportTagValuesTask::sidecarURL(const TagEditor& editor, const MediaType& type) const {
     const fs::path url = editor.source().url();
-    const std::string extension = lowercased(type.format());
+    const std::string extension = asciiLowercased(type.format());
     if (settings_.destinationURL) return *settings_.destinationURL / (url.stem().string() + "." + extension);
     return fs::path(url).replace_extension(extension);
 }
@@ -97,7 +76,7 @@ std::vector<std::shared_ptr<TagEditor>> ExportTagValuesTask::exportedEditors(con
 
 void ExportTagValuesTask::internProcess() {
     if (!settings_.sidecarType) throw TaskError(ProcessError::sidecarTypeIsMissing);
-    auto type = MediaType::type(uppercased(*settings_.sidecarType));
+    auto type = MediaType::type(asciiUppercased(*settings_.sidecarType));
     if (!type || !supportedSidecarTypes().contains(*type))
         throw TaskError(ProcessError::sidecarTypeIsUnknown);
     if (type->is(MediaType::typeCSV()) || type->is(MediaType::typeJSON())) {
@@ -139,7 +118,7 @@ void ExportTagValuesTask::exportSidecarWithExifTool(const MediaType& type) {
         const fs::path sidecar = sidecarURL(*editor, type);
         std::error_code error;
         fs::create_directories(sidecar.parent_path(), error);
-        TagStorage storage{TagStorageSource(scratchURL(sidecar))};
+        TagStorage storage{TagStorageSource(scratchURLBeside(sidecar))};
         storage.setTemporaryURL(temporaryURL(pathExtension(sidecar)));
         // The editor's current values become the written values of the new file; what ExifTool
         // can't put into this format it passes over.

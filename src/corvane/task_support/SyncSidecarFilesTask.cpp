@@ -7,6 +7,7 @@
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/tag_value/MediaKind.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
+#include "corvane/task_support/detail/SidecarNames.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
@@ -15,16 +16,6 @@
 namespace corvane {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-std::string changedCase(std::string text, int (*change)(int)) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [change](unsigned char c) { return static_cast<char>(change(c)); });
-    return text;
-}
-
-} // namespace
 
 std::string_view message(SyncSidecarFilesTask::ProcessError error) {
     using E = SyncSidecarFilesTask::ProcessError;
@@ -71,12 +62,12 @@ bool SyncSidecarFilesTask::canImportSidecar(const fs::path& url) {
 
 std::string SyncSidecarFilesTask::parseSidecarFormat() const {
     if (!settings_.sidecarType) return "%f.%e";
-    auto type = MediaType::type(changedCase(*settings_.sidecarType, ::toupper));
+    auto type = MediaType::type(detail::asciiUppercased(*settings_.sidecarType));
     if (!type) throw TaskError(ProcessError::sidecarTypeIsMissing);
     if (!supportedTypes().contains(*type)) throw TaskError(ProcessError::sidecarTypeIsUnknown);
     // Lower case: on a case-sensitive file system "photo.XMP" would be a file other photo tools
     // don't look for.
-    return "%f." + changedCase(type->format(), ::tolower);
+    return "%f." + detail::asciiLowercased(type->format());
 }
 
 std::string SyncSidecarFilesTask::parseSidecarPath() const {
@@ -122,7 +113,7 @@ void SyncSidecarFilesTask::internProcess() {
         }
         const fs::path lower = sidecarURL(storage.source().url());
         fs::path upper = lower;
-        upper.replace_extension(changedCase(lower.extension().string(), ::toupper));
+        upper.replace_extension(detail::asciiUppercased(lower.extension().string()));
         if (fs::exists(lower)) {
             jobs.emplace_back(storage, lower.string());
         } else if (fs::exists(upper)) {
