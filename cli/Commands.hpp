@@ -20,8 +20,14 @@ void addFileCommands(CLI::App& app, int& exitCode);
 // parser sees them, and kept for the command.
 void takePathsAfterMark(std::vector<std::string>& arguments);
 
-// `compare` and `sidecar`: comparison of files and sidecar export and import.
+// `compare`: comparison of files.
 void addExchangeCommands(CLI::App& app, int& exitCode);
+
+// `sidecar export|import|sync` and `copy-tags`: values between files, sidecars and tags.
+void addSidecarCommands(CLI::App& app, int& exitCode);
+
+// `table export|import`: many files' tags in one CSV table, to edit in a spreadsheet.
+void addTableExchangeCommands(CLI::App& app, int& exitCode);
 
 // `preset list` and `preset make`: preset libraries on disk.
 void addPresetCommands(CLI::App& app, int& exitCode);

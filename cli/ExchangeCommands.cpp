@@ -1,13 +1,10 @@
-// `corvane compare` and `corvane sidecar`: moving and checking metadata across files.
+// `corvane compare`: the tags of several files side by side.
 #include "Commands.hpp"
 #include "StorageReading.hpp"
 
 #include "corvane/comparison/TagComparatorExporter.hpp"
 #include "corvane/comparison/TagComparatorSource.hpp"
 #include "corvane/comparison/TagComparatorTable.hpp"
-#include "corvane/sidecar_support/SidecarReader.hpp"
-#include "corvane/sidecar_support/SidecarWriter.hpp"
-#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -50,60 +47,6 @@ int compare(const std::vector<std::string>& paths, const std::string& formatName
     return exitCode;
 }
 
-// Beside the file (its extension replaced) or in `folder` under the file's base name.
-fs::path sidecarPath(const fs::path& file, const std::string& type, const std::string& folder) {
-    if (folder.empty()) return fs::path(file).replace_extension(type);
-    return fs::path(folder) / (file.stem().string() + "." + type);
-}
-
-int exportSidecars(const std::vector<std::string>& paths, const std::string& type,
-                   const std::string& folder) {
-    int exitCode = 0;
-    if (!folder.empty()) fs::create_directories(folder);
-    for (const TagStorage& storage : readStorages(paths, exitCode)) {
-        fs::path target = sidecarPath(storage.source().url(), type, folder);
-        try {
-            SidecarWriter::writeSidecar(storage, target);
-            std::cout << target.string() << "\n";
-        } catch (const std::exception& e) {
-            std::cerr << "corvane: " << target.string() << ": " << e.what() << "\n";
-            exitCode = 1;
-        }
-    }
-    return exitCode;
-}
-
-int importSidecar(const std::string& sidecar, const std::vector<std::string>& paths) {
-    int exitCode = 0;
-    const SidecarReader::Values values = SidecarReader::readSidecar(sidecar);
-    std::vector<TagStorage> edited;
-    for (TagStorage storage : readStorages(paths, exitCode)) {
-        std::vector<TagName> refusedNames;
-        const auto changes = SidecarReader::changesTo(storage, values, &refusedNames);
-        std::vector<std::pair<TagName, std::string>> sorted(changes.begin(), changes.end());
-        std::sort(sorted.begin(), sorted.end());
-        for (const auto& [name, value] : sorted)
-            storage.setValue(value, name);
-        const std::size_t refused = refusedNames.size();
-        if (refused) {
-            std::cerr << "corvane: " << storage.source().url().string() << ": " << refused
-                      << " tag(s) of the sidecar cannot be written in this file\n";
-        }
-        if (storage.isEdited()) edited.push_back(std::move(storage));
-    }
-    if (edited.empty()) return exitCode;
-    try {
-        ETTagStorageWriter::Settings settings(edited);
-        settings.setIgnoreMinorErrors(true);
-        ETTagStorageWriter writer(settings);
-        writer.write();
-    } catch (const std::exception& e) {
-        std::cerr << "corvane: " << e.what() << "\n";
-        exitCode = 1;
-    }
-    return exitCode;
-}
-
 } // namespace
 
 void addExchangeCommands(CLI::App& app, int& exitCode) {
@@ -124,34 +67,6 @@ void addExchangeCommands(CLI::App& app, int& exitCode) {
     compareCmd->callback([cmp, &exitCode] {
         exitCode = compare(cmp->paths, cmp->format, cmp->output, cmp->onlyDifferent, cmp->search);
     });
-
-    auto* sidecarCmd = app.add_subcommand("sidecar", "Export or import JSON and CSV sidecar files");
-    sidecarCmd->require_subcommand(1);
-
-    struct ExportOptions {
-        std::vector<std::string> paths;
-        std::string type, folder;
-    };
-    auto exp = std::make_shared<ExportOptions>();
-    auto* exportCmd = sidecarCmd->add_subcommand("export", "Write each file's tags to a sidecar");
-    exportCmd->add_option("--type", exp->type, "json or csv")
-        ->required()
-        ->check(CLI::IsMember({"json", "csv"}));
-    exportCmd->add_option("--output", exp->folder, "Folder for the sidecars (default: beside each file)");
-    exportCmd->add_option("PATH", exp->paths, "Files")->required();
-    exportCmd->callback([exp, &exitCode] { exitCode = exportSidecars(exp->paths, exp->type, exp->folder); });
-
-    struct ImportOptions {
-        std::string sidecar;
-        std::vector<std::string> paths;
-    };
-    auto imp = std::make_shared<ImportOptions>();
-    auto* importCmd = sidecarCmd->add_subcommand("import", "Set a sidecar's values on files and save them");
-    importCmd->add_option("SIDECAR", imp->sidecar, "A .json or .csv sidecar")
-        ->required()
-        ->check(CLI::ExistingFile);
-    importCmd->add_option("PATH", imp->paths, "Files")->required();
-    importCmd->callback([imp, &exitCode] { exitCode = importSidecar(imp->sidecar, imp->paths); });
 }
 
 } // namespace corvane::cli

@@ -46,6 +46,8 @@ int main(int argc, char** argv) {
     corvane::cli::addCatalogueCommands(app, exitCode);
     corvane::cli::addFileCommands(app, exitCode);
     corvane::cli::addExchangeCommands(app, exitCode);
+    corvane::cli::addSidecarCommands(app, exitCode);
+    corvane::cli::addTableExchangeCommands(app, exitCode);
     corvane::cli::addPresetCommands(app, exitCode);
     corvane::cli::addTableCommands(app, exitCode);
     corvane::cli::addLibraryCommands(app, exitCode);

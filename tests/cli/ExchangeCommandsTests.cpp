@@ -1,4 +1,4 @@
-// `corvane compare` and `corvane sidecar`, run as the built program on real files.
+// `corvane compare`, run as the built program on real files.
 #include "cli/CliRun.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -64,60 +64,6 @@ TEST_F(ExchangeCommands, compareShowsEveryFileAndNarrowsToDifferences) {
     EXPECT_NE(mixed.err.find("empty.jpg"), std::string::npos) << mixed.err;
     const std::string header = mixed.out.substr(0, mixed.out.find('\n'));
     EXPECT_EQ(header, "Tags; b.jpg; c.jpg; a.jpg");
-}
-
-TEST_F(ExchangeCommands, sidecarsCarryValuesFromOneFileToAnother) {
-    for (const std::string type : {"json", "csv"}) {
-        SCOPED_TRACE(type);
-        auto source = makeJPEG(folder / ("source-" + type + ".jpg"));
-        auto target = makeJPEG(folder / ("target-" + type + ".jpg"));
-        tagWithExifTool(source, {"-EXIF:Artist=Zoë, \"Z\"", "-XMP:Subject=one", "-XMP:Subject=two, three",
-                                 "-IPTC:City=Genève"});
-
-        auto out = folder / ("sidecars-" + type);
-        auto exported = corvane(
-            {"sidecar", "export", "--type", type, "--output", out.string(), source.string()}, scratch);
-        ASSERT_EQ(exported.exitCode, 0) << exported.err;
-        auto sidecar = out / ("source-" + type + "." + type);
-        ASSERT_TRUE(fs::exists(sidecar)) << exported.out;
-
-        auto imported = corvane({"sidecar", "import", sidecar.string(), target.string()}, scratch);
-        ASSERT_EQ(imported.exitCode, 0) << imported.err;
-        EXPECT_EQ(exifToolValue(target, "EXIF:Artist"), "Zoë, \"Z\"");
-        EXPECT_EQ(exifToolValue(target, "IPTC:City"), "Genève");
-        EXPECT_EQ(exifToolValue(target, "XMP:Subject"), "one, two, three");
-    }
-
-    // No sidecar for a file that can't be read.
-    auto empty = corvane::test::writeBytes(folder / "empty.jpg", {});
-    auto exported = corvane({"sidecar", "export", "--type", "json", empty.string()}, scratch);
-    EXPECT_EQ(exported.exitCode, 1);
-    EXPECT_FALSE(fs::exists(folder / "empty.json"));
-}
-
-TEST_F(ExchangeCommands, aSidecarImportedIntoItsOwnFileChangesNothing) {
-    // A movie turned by its track matrix, and numbers, lists and texts with commas.
-    auto mov = corvane::test::makeMOV(folder / "turned.mov");
-    tagWithExifTool(mov, {"-Rotation=90", "-XMP:Title=clip"});
-    auto jpeg = makeJPEG(folder / "photo.jpg");
-    tagWithExifTool(jpeg, {"-EXIF:FNumber=1.8", "-EXIF:ExposureTime=0.01", "-IPTC:Caption-Abstract=a, b, c",
-                           "-IPTC:Keywords=x, y", "-IPTC:Keywords=z", "-XMP:Subject=p, q",
-                           "-EXIF:ImageUniqueID=0358DB4E08632D90925171A6BB8848A2"});
-    for (const auto& file : {mov, jpeg}) {
-        for (const std::string type : {"json", "csv"}) {
-            SCOPED_TRACE(file.filename().string() + " " + type);
-            const std::string before = readText(file);
-            auto out = folder / ("sidecars-" + type);
-            auto exported = corvane(
-                {"sidecar", "export", "--type", type, "--output", out.string(), file.string()}, scratch);
-            ASSERT_EQ(exported.exitCode, 0) << exported.err;
-            const auto sidecar = out / (file.stem().string() + "." + type);
-            auto imported = corvane({"sidecar", "import", sidecar.string(), file.string()}, scratch);
-            EXPECT_EQ(imported.exitCode, 0) << imported.err;
-            EXPECT_TRUE(readText(file) == before) << "the file was rewritten";
-        }
-    }
-    EXPECT_EQ(exifToolValue(mov, "Rotation"), "90");
 }
 
 } // namespace

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "corvane/tag_edition/AbstractTask.hpp"
+#include "corvane/tag_editor/TagEditor.hpp"
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace corvane {
+
+/// Reads a CSV table of many files' tags (one row per file, one column per tag, as
+/// `ExportCSVTableTask` writes it) and applies it to open editors, as edits: each editor takes the
+/// row whose path cell names its file. A cell "-NoData-" leaves the tag alone, an empty cell
+/// clears it, any other cell sets it. Nothing is saved.
+///
+/// The two file columns are the key of a row, never values to set. A row whose name cell isn't
+/// the last component of its path cell is passed over with an error naming the row; a row that no
+/// editor holds has no effect.
+class ImportCSVTableTask : public AbstractTask {
+public:
+    class Settings {
+    public:
+        Settings() = default;
+        Settings(std::vector<std::shared_ptr<TagEditor>> editors,
+                 std::optional<std::filesystem::path> sourceURL)
+            : editors(std::move(editors)), sourceURL(std::move(sourceURL)) {}
+
+        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::optional<std::filesystem::path> sourceURL;
+    };
+
+    enum class ProcessError {
+        engineIsNotAvailable,
+        sourceIsMissing,
+        tableTypeIsUnknown,
+        inputStreamIsMissing,
+        nameTagIsMissing,
+        pathTagIsMissing,
+    };
+
+    /// The cell of a tag that a row doesn't touch.
+    static constexpr std::string_view noDataCell = "-NoData-";
+
+    explicit ImportCSVTableTask(Settings settings);
+    static std::shared_ptr<ImportCSVTableTask> create(Settings settings);
+
+    const Settings& settings() const { return settings_; }
+    std::string title() const override;
+    bool isProgressIndeterminate() const override { return false; }
+
+protected:
+    void internProcess() override;
+
+private:
+    const Settings settings_;
+};
+
+std::string_view message(ImportCSVTableTask::ProcessError error);
+
+} // namespace corvane
