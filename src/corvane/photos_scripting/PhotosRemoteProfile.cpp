@@ -124,11 +124,15 @@ ordered PhotosRemoteProfile::toJSON() const {
 }
 
 void PhotosRemoteProfile::setName(std::string name) {
-    store(name_, std::move(name), didChangeInfoNotification);
+    if (name == name_) return;
+    name_ = std::move(name);
+    informs(didChangeInfoNotification);
 }
 
 void PhotosRemoteProfile::setDescription(std::string description) {
-    store(description_, std::move(description), didChangeInfoNotification);
+    if (description == description_) return;
+    description_ = std::move(description);
+    informs(didChangeInfoNotification);
 }
 
 void PhotosRemoteProfile::setFilenameValue(FilenameValue value) {
