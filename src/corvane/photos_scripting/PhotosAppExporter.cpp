@@ -33,13 +33,4 @@ std::string PhotosAppExporter::generateScript() const {
     return script;
 }
 
-std::optional<PhotosScriptRunner::ErrorInfo> PhotosAppExporter::perform() const {
-    return detail::performScript(generateScript(), delay_);
-}
-
-void PhotosAppExporter::performInBackground(
-    std::function<void(std::optional<PhotosScriptRunner::ErrorInfo>)> completion) const {
-    detail::performInBackground([self = *this] { return self.perform(); }, std::move(completion));
-}
-
 } // namespace corvane

@@ -88,13 +88,4 @@ std::string PhotosAppRemote::generateScript() const {
     return script;
 }
 
-std::optional<PhotosScriptRunner::ErrorInfo> PhotosAppRemote::perform() const {
-    return detail::performScript(generateScript(), delay_);
-}
-
-void PhotosAppRemote::performInBackground(
-    std::function<void(std::optional<PhotosScriptRunner::ErrorInfo>)> completion) const {
-    detail::performInBackground([self = *this] { return self.perform(); }, std::move(completion));
-}
-
 } // namespace corvane

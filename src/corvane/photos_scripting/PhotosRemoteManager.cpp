@@ -36,22 +36,22 @@ std::vector<PhotosRemoteProfileRef> PhotosRemoteManager::selectedProfiles() cons
 // Each change decides inside the write pass whether it changed anything, and informs after it, so
 // that observers may read the lists.
 
-void PhotosRemoteManager::setProfiles(std::vector<PhotosRemoteProfileRef> profiles) {
-    const bool changed = atomic.write([&] {
-        if (profiles == nonAtomicProfiles) return false;
-        nonAtomicProfiles = std::move(profiles);
+bool PhotosRemoteManager::replaceList(std::vector<PhotosRemoteProfileRef>& list,
+                                      std::vector<PhotosRemoteProfileRef> profiles) {
+    return atomic.write([&] {
+        if (profiles == list) return false;
+        list = std::move(profiles);
         return true;
     });
-    if (changed) informsDidChangeProfiles(ReloadProfiles{});
+}
+
+void PhotosRemoteManager::setProfiles(std::vector<PhotosRemoteProfileRef> profiles) {
+    if (replaceList(nonAtomicProfiles, std::move(profiles))) informsDidChangeProfiles(ReloadProfiles{});
 }
 
 void PhotosRemoteManager::setSelectedProfiles(std::vector<PhotosRemoteProfileRef> profiles) {
-    const bool changed = atomic.write([&] {
-        if (profiles == nonAtomicSelectedProfiles) return false;
-        nonAtomicSelectedProfiles = std::move(profiles);
-        return true;
-    });
-    if (changed) informsDidChangeProfiles(ReloadSelection{});
+    if (replaceList(nonAtomicSelectedProfiles, std::move(profiles)))
+        informsDidChangeProfiles(ReloadSelection{});
 }
 
 void PhotosRemoteManager::insertProfiles(std::vector<PhotosRemoteProfileRef> profiles, std::size_t index) {

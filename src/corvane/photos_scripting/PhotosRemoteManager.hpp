@@ -112,6 +112,9 @@ protected:
     PhotosRemoteManager() = default;
 
 private:
+    /// Stores `profiles` in `list` (one of the two below) when they are other objects.
+    bool replaceList(std::vector<PhotosRemoteProfileRef>& list, std::vector<PhotosRemoteProfileRef> profiles);
+
     AtomicPropertyQueue atomic;
     std::vector<PhotosRemoteProfileRef> nonAtomicProfiles;
     std::vector<PhotosRemoteProfileRef> nonAtomicSelectedProfiles;
