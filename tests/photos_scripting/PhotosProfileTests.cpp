@@ -14,6 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include <sys/stat.h>
+#include <thread>
 
 namespace corvane {
 namespace {
@@ -175,6 +176,21 @@ TEST(PhotosProfileTest, ManagerPostsEditionsOnlyForChanges) {
               (std::vector<Manager::ProfileEdition>{Manager::ReloadSelection{}, Manager::ReloadProfiles{}}))
         << "lists compare by identity";
     EXPECT_EQ(manager->selectedProfiles(), std::vector<PhotosRemoteProfileRef>{b});
+}
+
+TEST(PhotosProfileTest, ManagerListsTakeChangesFromSeveralThreads) {
+    auto manager = Manager::create();
+    auto work = [&] {
+        for (int i = 0; i < 200; ++i) {
+            manager->insertProfiles({Profile::create("P")}, 0);
+            manager->selectProfile(manager->profiles().front());
+        }
+    };
+    std::thread other(work);
+    work();
+    other.join();
+    EXPECT_EQ(manager->profiles().size(), 400u);
+    EXPECT_EQ(manager->selectedProfiles().size(), 1u);
 }
 
 TEST(PhotosProfileTest, ManagerKeepsItsLibraryBesideTheDefaults) {
