@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvane/preset_support/PresetItemEntry.hpp"
+#include "corvane/value_models/Location.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -37,6 +38,12 @@ void addTableCommands(CLI::App& app, int& exitCode);
 
 // `keywords` and `locations`: the user's keyword and location libraries.
 void addLibraryCommands(CLI::App& app, int& exitCode);
+// The place saved as `name` in the user's location library; nothing, with the reason in `error`,
+// when there is none or the library can't be read.
+std::optional<Location> savedLocation(const std::string& name, std::string& error);
+
+// `photos-script remote` and `photos-script import`: the scripts that drive the Photos application.
+void addPhotosScriptCommands(CLI::App& app, int& exitCode);
 
 // The entries of the preset named `name` in the library `file`, or of its only preset when `name`
 // is empty; nothing, with the reason in `error`, when there is no such single preset.

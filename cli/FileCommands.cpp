@@ -118,6 +118,7 @@ struct SetOptions {
     bool recursive = false;
     std::optional<std::string> shiftDates;
     std::optional<std::string> location;
+    std::optional<std::string> savedLocation;
     std::optional<std::string> rotate;
     std::optional<std::string> flip;
     std::optional<std::string> preset;
@@ -208,6 +209,10 @@ int runSet(const SetOptions& options) {
                 reporter.error(std::get<std::string>(checked));
         }
     }
+    std::string placeError;
+    const auto place =
+        options.savedLocation ? savedLocation(*options.savedLocation, placeError) : std::nullopt;
+    if (options.savedLocation && !place) reporter.error(placeError);
     std::optional<std::vector<PresetItemEntry>> preset;
     if (options.preset) {
         std::string error;
@@ -220,7 +225,8 @@ int runSet(const SetOptions& options) {
         reporter.error("--preset-name needs --preset");
     }
     if (reporter.errorCount()) return 2;
-    if (assignments.empty() && !dateEdition && !coordinate && !options.rotate && !options.flip && !preset) {
+    if (assignments.empty() && !dateEdition && !coordinate && !place && !options.rotate && !options.flip &&
+        !preset) {
         reporter.error("nothing to set: give TAG=VALUE or an edit option");
         return 2;
     }
@@ -250,6 +256,7 @@ int runSet(const SetOptions& options) {
             TagEditorEditions editions(*editor);
             if (dateEdition) editions.editDate(*dateEdition, editableDateTags(*editor));
             if (coordinate) editions.setGPSCoordinate(*coordinate);
+            if (place) editions.setLocation(TypedTagValue<Location>::value(*place));
             if (options.rotate) {
                 if (*options.rotate == "left")
                     editions.rotateLeftOrientation();
@@ -359,6 +366,10 @@ void addFileCommands(CLI::App& app, int& exitCode) {
     set->add_option("--location", setOptions->location,
                     "GPS coordinate in any usual notation, written to every family the format allows; "
                     "empty to clear");
+    set->add_option("--saved-location", setOptions->savedLocation,
+                    "A place of the user's location library (corvane locations), written like --location "
+                    "with its address")
+        ->excludes("--location");
     set->add_option("--rotate", setOptions->rotate, "Turn the orientation")
         ->check(CLI::IsMember({"left", "right"}));
     set->add_option("--flip", setOptions->flip, "Mirror the orientation")

@@ -162,6 +162,20 @@ int runLocations(const std::string& action, const LibraryOptions& options) {
 
 } // namespace
 
+std::optional<Location> savedLocation(const std::string& name, std::string& error) {
+    const auto manager = LocationManager::shared();
+    try {
+        manager->loadFromDefaults();
+    } catch (const std::exception& e) {
+        error = std::string("the location library: ") + e.what();
+        return std::nullopt;
+    }
+    for (const auto& item : manager->items())
+        if (item->name() == name) return item->location();
+    error = "no place named \"" + name + "\" in the location library (see corvane locations list)";
+    return std::nullopt;
+}
+
 void addLibraryCommands(CLI::App& app, int& exitCode) {
     auto options = std::make_shared<LibraryOptions>();
     const auto command = [&exitCode, options](auto run, std::string action) {

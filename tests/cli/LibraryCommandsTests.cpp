@@ -2,6 +2,8 @@
 // folder of the test: what one run saves, the next one finds; bad input is refused and saves
 // nothing.
 #include "cli/CliRun.hpp"
+#include "corvane/location_support/LocationFile.hpp"
+#include "support/SampleFiles.hpp"
 
 #include <gtest/gtest.h>
 
@@ -82,6 +84,32 @@ TEST_F(LibraryCommands, LocationsAddRemoveAndExchange) {
     ASSERT_EQ(imported.exitCode, 0) << imported.err;
     EXPECT_EQ(corvane({"locations", "list"}, scratch).out,
               "Office\t40.44611°, -79.98222°\nHome\t48.85660°, 2.35220°\nOffice\t40.44611°, -79.98222°\n");
+}
+
+TEST_F(LibraryCommands, SetWritesASavedPlaceWithItsAddress) {
+    corvane::Location paris(48.8566, 2.3522);
+    paris.setCity("Paris");
+    paris.setCountryName("France");
+    corvane::LocationFile({}, {corvane::LocationItem::create("Paris", paris)})
+        .exportTo(folder / "places.json");
+    ASSERT_EQ(corvane({"locations", "import", (folder / "places.json").string()}, scratch).exitCode, 0);
+    const auto jpeg = corvane::test::makeJPEG(folder / "a.jpg");
+
+    auto unknown = corvane({"set", "--saved-location", "Lyon", "--", jpeg.string()}, scratch);
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_NE(unknown.err.find("no place named \"Lyon\""), std::string::npos) << unknown.err;
+    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "GPSLatitude"), "") << "a refused command writes nothing";
+    auto both = corvane({"set", "--saved-location", "Paris", "--location", "1, 2", jpeg.string()}, scratch);
+    EXPECT_NE(both.exitCode, 0);
+    EXPECT_NE(both.err.find("excludes"), std::string::npos) << both.err;
+    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "GPSLatitude"), "");
+
+    auto run = corvane({"set", "--saved-location", "Paris", "--", jpeg.string()}, scratch);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "EXIF:GPSLatitude", true), "48.8566");
+    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "XMP:GPSLongitude", true), "2.3522");
+    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "IPTC:City"), "Paris");
+    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "XMP:Country"), "France");
 }
 
 } // namespace

@@ -140,6 +140,37 @@ TEST(KeywordFileTest, ReadsStrictKeywordsAndLenientWrapper) {
     EXPECT_THROW(KeywordFile::fromJSONData(std::string(100000, '[')), JSONNestingError);
 }
 
+TEST(KeywordFileTest, WritesOnlyTreesItReadsBack) {
+    ScratchDefaults defaults;
+    const auto chain = [](std::size_t levels) {
+        auto root = Item::create("0");
+        auto last = root;
+        for (std::size_t level = 1; level < levels; ++level) {
+            auto child = Item::create(std::to_string(level));
+            last->insertChildren({child}, 0);
+            last = child;
+        }
+        return root;
+    };
+    auto manager = KeywordManager::create();
+    manager->setItems({chain(KeywordFile::maxDepth)});
+    manager->saveToDefaults();
+    auto loaded = KeywordManager::create();
+    loaded->loadFromDefaults();
+    EXPECT_EQ(loaded->countItemsAndChildren(), KeywordFile::maxDepth)
+        << "the deepest tree written reads back";
+
+    const auto stored = KitSettings::shared().userDefaults()->preferenceFileURL("QRVeywords");
+    const auto before = KeywordFile::fromJSONURL(stored).jsonData();
+    manager->setItems({chain(KeywordFile::maxDepth + 1)});
+    EXPECT_THROW(manager->saveToDefaults(), KeywordFile::DepthError);
+    EXPECT_THROW(KeywordFile({}, manager->items()).exportTo(defaults.folder / "deep.json"),
+                 KeywordFile::DepthError);
+    EXPECT_FALSE(std::filesystem::exists(defaults.folder / "deep.json"));
+    EXPECT_EQ(KeywordFile::fromJSONURL(stored).jsonData(), before)
+        << "a refused save leaves the library as it was";
+}
+
 TEST(KeywordManagerTest, StoresBesideTheDefaultsAndFallsBackToTheKey) {
     ScratchDefaults defaults;
     auto manager = KeywordManager::create();

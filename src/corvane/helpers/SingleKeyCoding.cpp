@@ -14,6 +14,13 @@ nlohmann::json SingleKeyCoding::encode(std::string_view caseName, nlohmann::json
     return j;
 }
 
+nlohmann::json SingleKeyCoding::encode(std::string_view caseName, nlohmann::json first,
+                                       nlohmann::json second) {
+    nlohmann::json j = nlohmann::json::object();
+    j[std::string(caseName)] = nlohmann::json{{"_0", std::move(first)}, {"_1", std::move(second)}};
+    return j;
+}
+
 SingleKeyCoding::Decoded SingleKeyCoding::decode(const nlohmann::json& j) {
     if (!j.is_object() || j.size() != 1) throw TypeMismatch();
     const auto it = j.begin();

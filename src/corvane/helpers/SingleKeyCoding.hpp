@@ -30,6 +30,8 @@ public:
     static nlohmann::json encode(std::string_view caseName);
     /// {"<caseName>": {"_0": value}}.
     static nlohmann::json encode(std::string_view caseName, nlohmann::json value);
+    /// {"<caseName>": {"_0": first, "_1": second}}, a case that carries a pair.
+    static nlohmann::json encode(std::string_view caseName, nlohmann::json first, nlohmann::json second);
 
     /// The case name of an encoded value, with its payload object. Throws TypeMismatch.
     struct Decoded {
@@ -38,10 +40,10 @@ public:
     };
     static Decoded decode(const nlohmann::json& j);
 
-    /// The value under "_0" of a case's payload, as T; throws TypeMismatch when it is missing or
-    /// not of that type.
-    template <class T> static T associatedValue(const Decoded& decoded) {
-        auto it = decoded.payload.find("_0");
+    /// The value under "_0" (or `key`, "_1" for a pair's second) of a case's payload, as T; throws
+    /// TypeMismatch when it is missing or not of that type.
+    template <class T> static T associatedValue(const Decoded& decoded, std::string_view key = "_0") {
+        auto it = decoded.payload.find(key);
         try {
             if (it != decoded.payload.end()) return it->get<T>();
         } catch (const nlohmann::json::exception&) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvane/helpers/JSONFileForm.hpp"
+#include "corvane/helpers/JSONInput.hpp"
 #include "corvane/keyword_support/KeywordItem.hpp"
 #include "corvane/utilities/Error.hpp"
 
@@ -20,6 +21,10 @@ namespace corvane {
 /// description is left out. Reading requires "items" and every key of every keyword; a missing or
 /// non-text description is read as none. A root that is a bare array of keywords (the form of
 /// libraries written before files had a description) is read as the items.
+///
+/// Each level of keywords nests two levels of JSON (a keyword and its children), and library
+/// files are read through the nesting limit of outside JSON (`maxJSONNesting`): so a tree deeper
+/// than `maxDepth` keywords is refused when written, rather than saved as a file no reader takes.
 class KeywordFile : public JSONFileForm<KeywordFile> {
 public:
     /// A file or text that isn't a keyword library; `what()` names the source and the reason.
@@ -27,6 +32,14 @@ public:
     public:
         using Error::Error;
     };
+
+    /// A tree too deep to be written (see `maxDepth`); nothing is written.
+    class DepthError : public Error {
+    public:
+        using Error::Error;
+    };
+    /// The deepest keyword tree a file holds, in levels (a root alone is 1).
+    static constexpr std::size_t maxDepth = (maxJSONNesting - 2) / 2;
 
     KeywordFile() = default;
     KeywordFile(std::optional<std::string> description, std::vector<KeywordItemRef> items)
@@ -37,6 +50,7 @@ public:
 
     /// Throws DecodingError.
     static KeywordFile fromJSON(const nlohmann::ordered_json& j);
+    /// Throws DepthError for a tree deeper than `maxDepth`.
     nlohmann::ordered_json toJSON() const;
 
     /// Parses through the nesting check of outside input. Throws DecodingError, or

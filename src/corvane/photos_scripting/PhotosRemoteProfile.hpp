@@ -1,0 +1,123 @@
+#pragma once
+
+#include "corvane/utilities/Date.hpp"
+#include "corvane/utilities/Error.hpp"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace corvane {
+
+class PhotosRemoteProfile;
+using PhotosRemoteProfileRef = std::shared_ptr<PhotosRemoteProfile>;
+
+/// A named set of values to push to the images selected in the Photos application (see
+/// PhotosAppRemote): a file name, keywords, a description, a date and a position, each of which may
+/// be left alone (`None`). Equal only to itself; lives in a std::shared_ptr made by `create`.
+///
+/// A new name or description posts `didChangeInfoNotification`, a new value
+/// `didChangeValuesNotification`, on the default notification centre, on the calling thread, with
+/// the profile as sender and no user info; a change that changes nothing posts nothing. Not locked:
+/// a profile belongs to the main thread (the manager guards only its lists).
+///
+/// JSON form: {"name", "description", "filename_value", "keywords_value", "description_value",
+/// "dateTime_value", "location_value"}, each value an object with one key, its case
+/// ({"none": {}}, {"custom": {"_0": "IMG"}}, {"coordinates": {"_0": 48.85, "_1": 2.35}}). A date is
+/// written as seconds since 2001-01-01 00:00:00 UTC.
+class PhotosRemoteProfile : public std::enable_shared_from_this<PhotosRemoteProfile> {
+public:
+    /// The value is left as the image has it.
+    struct None {
+        friend bool operator==(const None&, const None&) = default;
+    };
+    /// The file name given (quotes are dropped when it is sent).
+    struct Custom {
+        std::string name;
+        friend bool operator==(const Custom&, const Custom&) = default;
+    };
+    /// The image's own file name becomes its title.
+    struct UseOriginalName {
+        friend bool operator==(const UseOriginalName&, const UseOriginalName&) = default;
+    };
+    struct Keywords {
+        std::vector<std::string> keywords;
+        friend bool operator==(const Keywords&, const Keywords&) = default;
+    };
+    struct Description {
+        std::string text;
+        friend bool operator==(const Description&, const Description&) = default;
+    };
+    struct DateTime {
+        Date date;
+        friend bool operator==(const DateTime&, const DateTime&) = default;
+    };
+    struct Coordinates {
+        double latitude = 0;
+        double longitude = 0;
+        friend bool operator==(const Coordinates&, const Coordinates&) = default;
+    };
+    using FilenameValue = std::variant<Custom, None, UseOriginalName>;
+    using KeywordsValue = std::variant<Keywords, None>;
+    using DescriptionValue = std::variant<Description, None>;
+    using DateTimeValue = std::variant<DateTime, None>;
+    using LocationValue = std::variant<Coordinates, None>;
+
+    static constexpr std::string_view didChangeInfoNotification =
+        "PhotosRemoteProfileDidChangeInfoNotification";
+    static constexpr std::string_view didChangeValuesNotification =
+        "PhotosRemoteProfileDidChangeValuesNotification";
+
+    /// A profile that changes nothing.
+    static PhotosRemoteProfileRef create(std::string name, std::string description = {});
+    /// Reads the JSON form; every key is required. Throws SingleKeyCoding::TypeMismatch for a value
+    /// that isn't one known case, nlohmann::json::exception for a missing key or a wrong type.
+    static PhotosRemoteProfileRef fromJSON(const nlohmann::ordered_json& j);
+    nlohmann::ordered_json toJSON() const;
+
+    virtual ~PhotosRemoteProfile() = default;
+    PhotosRemoteProfile(const PhotosRemoteProfile&) = delete;
+    PhotosRemoteProfile& operator=(const PhotosRemoteProfile&) = delete;
+
+    const std::string& name() const { return name_; }
+    virtual void setName(std::string name);
+    const std::string& description() const { return description_; }
+    virtual void setDescription(std::string description);
+
+    const FilenameValue& filenameValue() const { return filenameValue_; }
+    virtual void setFilenameValue(FilenameValue value);
+    const KeywordsValue& keywordsValue() const { return keywordsValue_; }
+    virtual void setKeywordsValue(KeywordsValue value);
+    const DescriptionValue& descriptionValue() const { return descriptionValue_; }
+    virtual void setDescriptionValue(DescriptionValue value);
+    const DateTimeValue& dateTimeValue() const { return dateTimeValue_; }
+    virtual void setDateTimeValue(DateTimeValue value);
+    const LocationValue& locationValue() const { return locationValue_; }
+    virtual void setLocationValue(LocationValue value);
+
+protected:
+    PhotosRemoteProfile(std::string name, std::string description)
+        : name_(std::move(name)), description_(std::move(description)) {}
+
+private:
+    void informs(std::string_view notification);
+    template <class T> void store(T& field, T value, std::string_view notification) {
+        if (value == field) return;
+        field = std::move(value);
+        informs(notification);
+    }
+
+    std::string name_;
+    std::string description_;
+    FilenameValue filenameValue_ = None{};
+    KeywordsValue keywordsValue_ = None{};
+    DescriptionValue descriptionValue_ = None{};
+    DateTimeValue dateTimeValue_ = None{};
+    LocationValue locationValue_ = None{};
+};
+
+} // namespace corvane

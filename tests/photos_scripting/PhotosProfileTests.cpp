@@ -1,0 +1,227 @@
+// Photos profiles: the single-key JSON form of every value kind, the file form with its older root,
+// notifications only on real changes, and the manager's editions and storage beside the defaults.
+
+#include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/helpers/SingleKeyCoding.hpp"
+#include "corvane/photos_scripting/PhotosRemoteManager.hpp"
+#include "corvane/photos_scripting/PhotosRemoteProfileFile.hpp"
+#include "corvane/utilities/KitSettings.hpp"
+#include "corvane/utilities/UserDefaults.hpp"
+#include "support/NoteRecorder.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+#include <thread>
+
+namespace corvane {
+namespace {
+
+using Profile = PhotosRemoteProfile;
+using Manager = PhotosRemoteManager;
+using json = nlohmann::ordered_json;
+using Recorder = test::NoteRecorder;
+
+PhotosRemoteProfileRef fullProfile() {
+    auto profile = Profile::create("Trip", "Summer");
+    profile->setFilenameValue(Profile::Custom{"IMG"});
+    profile->setKeywordsValue(Profile::Keywords{{"sea", "sun"}});
+    profile->setDescriptionValue(Profile::Description{"At the beach"});
+    profile->setDateTimeValue(Profile::DateTime{Date(978307200 + 86400.5)});
+    profile->setLocationValue(Profile::Coordinates{48.8566, -2.5});
+    return profile;
+}
+
+std::vector<std::string> names(const std::vector<PhotosRemoteProfileRef>& profiles) {
+    std::vector<std::string> list;
+    for (const auto& p : profiles)
+        list.push_back(p->name());
+    return list;
+}
+
+TEST(PhotosProfileTest, EveryValueKindHasItsSingleKeyForm) {
+    const auto none = Profile::create("Blank");
+    EXPECT_EQ(none->toJSON(), json::parse(R"({"name":"Blank","description":"",
+        "filename_value":{"none":{}},"keywords_value":{"none":{}},"description_value":{"none":{}},
+        "dateTime_value":{"none":{}},"location_value":{"none":{}}})"));
+
+    const auto full = fullProfile()->toJSON();
+    EXPECT_EQ(full, json::parse(R"({"name":"Trip","description":"Summer",
+        "filename_value":{"custom":{"_0":"IMG"}},"keywords_value":{"keywords":{"_0":["sea","sun"]}},
+        "description_value":{"description":{"_0":"At the beach"}},"dateTime_value":{"dateTime":{"_0":86400.5}},
+        "location_value":{"coordinates":{"_0":48.8566,"_1":-2.5}}})"));
+    auto original = Profile::create("Original");
+    original->setFilenameValue(Profile::UseOriginalName{});
+    EXPECT_EQ(original->toJSON()["filename_value"], json::parse(R"({"useOriginalName":{}})"));
+
+    // Read back, every value is the same.
+    for (const auto& profile : {fullProfile(), original, none}) {
+        const auto read = Profile::fromJSON(profile->toJSON());
+        EXPECT_EQ(read->toJSON(), profile->toJSON());
+        EXPECT_EQ(read->filenameValue(), profile->filenameValue());
+        EXPECT_EQ(read->dateTimeValue(), profile->dateTimeValue());
+        EXPECT_EQ(read->locationValue(), profile->locationValue());
+    }
+
+    // Zero or two keys, an unknown case, a case without its value, a missing key: all refused.
+    auto broken = [&](const char* key, const char* value) {
+        json j = full;
+        j[key] = json::parse(value);
+        return j;
+    };
+    try {
+        Profile::fromJSON(broken("filename_value", R"({"none":{},"custom":{"_0":"x"}})"));
+        FAIL();
+    } catch (const SingleKeyCoding::TypeMismatch& e) {
+        EXPECT_STREQ(e.what(), "Invalid number of keys found, expected one.");
+    }
+    EXPECT_THROW(Profile::fromJSON(broken("keywords_value", "{}")), SingleKeyCoding::TypeMismatch);
+    EXPECT_THROW(Profile::fromJSON(broken("location_value", R"({"place":{}})")),
+                 SingleKeyCoding::TypeMismatch);
+    EXPECT_THROW(Profile::fromJSON(broken("location_value", R"({"coordinates":{"_0":1}})")),
+                 SingleKeyCoding::TypeMismatch);
+    EXPECT_THROW(Profile::fromJSON(broken("dateTime_value", R"({"dateTime":{"_0":"today"}})")),
+                 SingleKeyCoding::TypeMismatch);
+    json missing = full;
+    missing.erase("description");
+    EXPECT_THROW(Profile::fromJSON(missing), nlohmann::json::exception);
+}
+
+TEST(PhotosProfileTest, ProfilesPostOnlyRealChangesOfTheirKind) {
+    auto profile = fullProfile();
+    Recorder info(Profile::didChangeInfoNotification);
+    Recorder values(Profile::didChangeValuesNotification);
+    profile->setName("Trip");
+    profile->setDescription("Summer");
+    profile->setKeywordsValue(Profile::Keywords{{"sea", "sun"}});
+    profile->setLocationValue(Profile::Coordinates{48.8566, -2.5});
+    EXPECT_TRUE(info.notes.empty());
+    EXPECT_TRUE(values.notes.empty());
+    profile->setName("Holiday");
+    profile->setFilenameValue(Profile::None{});
+    profile->setDateTimeValue(Profile::DateTime{Date(0)});
+    ASSERT_EQ(info.notes.size(), 1u);
+    EXPECT_EQ(info.notes[0].sender(), profile.get());
+    EXPECT_EQ(values.notes.size(), 2u);
+}
+
+TEST(PhotosProfileTest, FileFormReadsOlderRootsAndRefusesOthers) {
+    const PhotosRemoteProfileFile file(std::nullopt, {fullProfile(), Profile::create("Blank")});
+    const auto written = json::parse(file.jsonData());
+    EXPECT_EQ(written.begin().key(), "description");
+    EXPECT_EQ(written["description"], "") << "an absent description is written as the empty text";
+
+    const auto read = PhotosRemoteProfileFile::fromJSONData(file.jsonData());
+    EXPECT_EQ(read.description(), "");
+    EXPECT_EQ(names(read.profiles()), (std::vector<std::string>{"Trip", "Blank"}));
+    EXPECT_EQ(read.profiles()[0]->toJSON(), file.profiles()[0]->toJSON());
+
+    const auto older = PhotosRemoteProfileFile::fromJSONData(written["profiles"].dump());
+    EXPECT_FALSE(older.description());
+    EXPECT_EQ(names(older.profiles()), (std::vector<std::string>{"Trip", "Blank"}));
+
+    EXPECT_THROW(PhotosRemoteProfileFile::fromJSONData(R"({"description":"x"})"),
+                 PhotosRemoteProfileFile::DecodingError);
+    EXPECT_THROW(PhotosRemoteProfileFile::fromJSONData(R"({"profiles":[{"name":"x"}]})"),
+                 PhotosRemoteProfileFile::DecodingError);
+    json unknown = written;
+    unknown["profiles"][0]["location_value"] = json::parse(R"({"address":{}})");
+    try {
+        PhotosRemoteProfileFile::fromJSONData(unknown.dump(), "profiles.json");
+        FAIL();
+    } catch (const PhotosRemoteProfileFile::DecodingError& e) {
+        EXPECT_NE(std::string(e.what()).find("profiles.json"), std::string::npos) << e.what();
+    }
+}
+
+TEST(PhotosProfileTest, ManagerPostsEditionsOnlyForChanges) {
+    auto manager = Manager::create();
+    auto a = Profile::create("A"), b = Profile::create("B"), c = Profile::create("C");
+    Recorder notes(Manager::didChangeProfilesNotification);
+    auto editions = [&] {
+        std::vector<Manager::ProfileEdition> list;
+        for (const auto& note : notes.notes) {
+            EXPECT_EQ(note.sender(), manager.get());
+            list.push_back(*Manager::profileEdition(note));
+        }
+        notes.notes.clear();
+        return list;
+    };
+
+    manager->insertProfiles({}, 0);
+    manager->removeProfiles({});
+    manager->removeProfiles({4});
+    manager->moveProfiles({}, 0);
+    manager->setProfiles({});
+    manager->setSelectedProfiles({});
+    EXPECT_TRUE(editions().empty()) << "changes that change nothing post nothing";
+
+    manager->insertProfiles({a, c}, 0);
+    manager->insertProfiles({b}, 1);
+    manager->moveProfiles({2}, 0);
+    manager->removeProfiles({1, 7});
+    EXPECT_EQ(names(manager->profiles()), (std::vector<std::string>{"C", "B"}));
+    EXPECT_EQ(editions(), (std::vector<Manager::ProfileEdition>{
+                              Manager::InsertProfiles{{0, 1}}, Manager::InsertProfiles{{1}},
+                              Manager::MoveProfiles{{2}, 0}, Manager::RemoveProfiles{{1}}}));
+
+    manager->selectProfile(b);
+    manager->selectProfile(b);
+    manager->setSelectedProfiles({b});
+    manager->setProfiles({c, b});
+    manager->setProfiles({Profile::create("C"), b});
+    EXPECT_EQ(editions(),
+              (std::vector<Manager::ProfileEdition>{Manager::ReloadSelection{}, Manager::ReloadProfiles{}}))
+        << "lists compare by identity";
+    EXPECT_EQ(manager->selectedProfiles(), std::vector<PhotosRemoteProfileRef>{b});
+}
+
+TEST(PhotosProfileTest, ManagerListsTakeChangesFromSeveralThreads) {
+    auto manager = Manager::create();
+    auto work = [&] {
+        for (int i = 0; i < 200; ++i) {
+            manager->insertProfiles({Profile::create("P")}, 0);
+            manager->selectProfile(manager->profiles().front());
+        }
+    };
+    std::thread other(work);
+    work();
+    other.join();
+    EXPECT_EQ(manager->profiles().size(), 400u);
+    EXPECT_EQ(manager->selectedProfiles().size(), 1u);
+}
+
+TEST(PhotosProfileTest, ManagerKeepsItsLibraryBesideTheDefaults) {
+    test::TemporaryFolder folder;
+    const auto previous = KitSettings::shared().userDefaults();
+    KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
+
+    auto manager = Manager::create();
+    manager->loadFromDefaults();
+    EXPECT_TRUE(manager->profiles().empty()) << "nothing stored leaves the library as it is";
+    manager->insertProfiles({fullProfile(), Profile::create("Blank")}, 0);
+    manager->saveToDefaults();
+    const auto file = KitSettings::shared().userDefaults()->preferenceFileURL("QRVPhotosAppRemoteProfiles");
+    struct stat info {};
+    ASSERT_EQ(::stat(file.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600u);
+
+    auto loaded = Manager::create();
+    Recorder notes(Manager::didChangeProfilesNotification);
+    loaded->loadFromDefaults();
+    EXPECT_EQ(names(loaded->profiles()), (std::vector<std::string>{"Trip", "Blank"}));
+    EXPECT_EQ(loaded->profiles()[0]->toJSON(), manager->profiles()[0]->toJSON());
+    ASSERT_EQ(notes.notes.size(), 1u);
+    EXPECT_EQ(Manager::profileEdition(notes.notes[0]), Manager::ProfileEdition(Manager::ReloadProfiles{}));
+
+    // A damaged library fails to load and leaves the profiles as they were.
+    writeFileAtomically(file, "{\"profiles\": [1]}", 0600);
+    EXPECT_THROW(loaded->loadFromDefaults(), PhotosRemoteProfileFile::DecodingError);
+    EXPECT_EQ(loaded->profiles().size(), 2u);
+    KitSettings::shared().setUserDefaults(previous);
+}
+
+} // namespace
+} // namespace corvane
