@@ -102,9 +102,9 @@ public:
     /// Replaces the profiles by the stored library when it holds other objects (which it always
     /// does once read). Nothing stored leaves them as they are; a stored library that can't be
     /// read throws PhotosRemoteProfileFile::DecodingError (or JSONNestingError, or
-    /// filesystem_error for an unreadable file) and changes nothing.
+    /// FileError for an unreadable file) and changes nothing.
     virtual void loadFromDefaults();
-    /// Stores the profiles. Throws filesystem_error only when neither the file nor the defaults
+    /// Stores the profiles. Throws FileError only when neither the file nor the defaults
     /// can take them.
     virtual void saveToDefaults() const;
 

@@ -44,7 +44,7 @@ public:
     /// JSONNestingError for input nested too deep.
     static PhotosRemoteProfileFile fromJSONData(std::string_view data,
                                                 const std::string& source = "Photos profile library");
-    /// Throws std::filesystem::filesystem_error when the file can't be read, and as fromJSONData.
+    /// Throws FileError when the file can't be read, and as fromJSONData.
     static PhotosRemoteProfileFile fromJSONURL(const std::filesystem::path& url);
     // jsonData, exportTo (atomic, owner-only): see JSONFileForm.
 

@@ -1,10 +1,12 @@
 #include "corvane/task_support/ExportCSVTableTask.hpp"
 
+
 #include "corvane/csv_support/CSVWriter.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/task_support/ImportCSVTableTask.hpp"
 #include "corvane/task_support/detail/SidecarNames.hpp"
+#include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
 namespace corvane {
@@ -81,7 +83,7 @@ void ExportCSVTableTask::internProcess() {
         }
         stream->close();
         if (stream->status() == OutputStream::Status::error)
-            throw fs::filesystem_error("The table could not be written", scratch, stream->streamError());
+            throw FileError(scratch, "The table could not be written", stream->streamError());
         fs::rename(scratch, destination);
     } catch (...) {
         std::error_code error;

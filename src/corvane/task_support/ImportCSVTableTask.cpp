@@ -1,11 +1,13 @@
 #include "corvane/task_support/ImportCSVTableTask.hpp"
 
+
 #include "corvane/csv_support/CSVReader.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_edition/TaskError.hpp"
 #include "corvane/tag_editor/TagEditorArrayEditions.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/Error.hpp"
+#include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
 #include <unordered_map>
@@ -52,7 +54,7 @@ void ImportCSVTableTask::internProcess() {
     try {
         reader =
             CSVReader<EnumeratedCSVView>::fromFile(source, std::nullopt, TextEncoding::utf8(), true, true);
-    } catch (const fs::filesystem_error&) {
+    } catch (const FileError&) {
         throw TaskError(ProcessError::inputStreamIsMissing);
     }
     const EnumeratedCSVView& table = reader->content();
