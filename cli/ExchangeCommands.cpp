@@ -1,5 +1,6 @@
 // `corvane compare` and `corvane sidecar`: moving and checking metadata across files.
 #include "Commands.hpp"
+#include "Output.hpp"
 #include "StorageReading.hpp"
 
 #include "corvane/comparison/TagComparatorExporter.hpp"
@@ -66,7 +67,7 @@ int exportSidecars(const std::vector<std::string>& paths, const std::string& typ
             SidecarWriter::writeSidecar(storage, target);
             std::cout << target.string() << "\n";
         } catch (const std::exception& e) {
-            std::cerr << "corvane: " << target.string() << ": " << e.what() << "\n";
+            std::cerr << "corvane: " << target.string() << ": " << readableReason(e) << "\n";
             exitCode = 1;
         }
     }
@@ -75,7 +76,13 @@ int exportSidecars(const std::vector<std::string>& paths, const std::string& typ
 
 int importSidecar(const std::string& sidecar, const std::vector<std::string>& paths) {
     int exitCode = 0;
-    const SidecarReader::Values values = SidecarReader::readSidecar(sidecar);
+    SidecarReader::Values values;
+    try {
+        values = SidecarReader::readSidecar(sidecar);
+    } catch (const std::exception& e) {
+        std::cerr << "corvane: " << inputFailure(sidecar, e, "a sidecar") << "\n";
+        return exitFileFailed;
+    }
     std::vector<TagStorage> edited;
     for (TagStorage storage : readStorages(paths, exitCode)) {
         std::vector<TagName> refusedNames;
@@ -98,8 +105,8 @@ int importSidecar(const std::string& sidecar, const std::vector<std::string>& pa
         ETTagStorageWriter writer(settings);
         writer.write();
     } catch (const std::exception& e) {
-        std::cerr << "corvane: " << e.what() << "\n";
-        exitCode = 1;
+        std::cerr << "corvane: " << readableReason(e) << "\n";
+        exitCode = exitFileFailed;
     }
     return exitCode;
 }
