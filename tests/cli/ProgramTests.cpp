@@ -47,6 +47,34 @@ TEST_F(Program, exitCodesAndHelp) {
     EXPECT_NE(failed.out.find(good.string()), std::string::npos);
 }
 
+// A text input that can't be read is named with the line at fault, and no parser's internal text
+// reaches the person.
+TEST_F(Program, inputErrorsNameTheFileAndLine) {
+    const auto jpeg = corvane::test::makeJPEG(folder / "a.jpg");
+    const auto csv = folder / "values.csv";
+    std::ofstream(csv) << "SourceFile,EXIF:Artist\nx,\"y\"c\n";
+    const auto json = folder / "library.json";
+    std::ofstream(json) << "{\n \"a\": [1,\n";
+    const auto odd = folder / "odd.json";
+    std::ofstream(odd) << "[{\"SourceFile\": 3}]";
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+        {{"sidecar", "import", csv.string(), jpeg.string()},
+         csv.string() + ":2: not a sidecar: misplaced quotation mark"},
+        {{"sidecar", "import", json.string(), jpeg.string()},
+         json.string() + ":3: not a sidecar: JSON syntax error"},
+        {{"preset", "list", json.string()}, json.string() + ":3: not a preset library: JSON syntax error"},
+        {{"preset", "list", odd.string()}, odd.string() + ": not a preset library: unexpected content"},
+    };
+    const std::string before = corvane::test::readText(jpeg);
+    for (const auto& [arguments, message] : cases) {
+        auto run = corvane(arguments, scratch);
+        EXPECT_NE(run.exitCode, 0) << message;
+        EXPECT_EQ(run.err.rfind("corvane: " + message, 0), 0u) << run.err;
+        EXPECT_EQ(run.err.find("json.exception"), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(corvane::test::readText(jpeg), before);
+}
+
 // The completion script knows every command and option of the program, and completes in bash.
 TEST_F(Program, completionScripts) {
     auto bash = corvane({"completion", "bash"}, scratch);
