@@ -171,9 +171,6 @@ int runRead(const ReadOptions& options) {
     for (const auto& editor : editors) {
         const TagStorage storage = editor->storage();
         const std::string path = storage.source().url().string();
-        // ExifTool's warning about the file, which it reports as a tag of its own.
-        if (auto warning = storage.currentValue(TagName::fromRawValue("ExifTool:Warning").value()))
-            reporter.warning(path, *warning);
         FileRows file{path, {}};
         const TagEditorEditions editions(*editor);
         for (const TagName& name : selectedNames(selectors, storage.currentTagNames())) {
