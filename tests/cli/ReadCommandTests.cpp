@@ -35,10 +35,10 @@ std::string row(const std::string& name, const std::string& value) {
 // A JPEG with values that read differently as stored and as a person reads them.
 fs::path photo(const fs::path& path) {
     makeJPEG(path);
-    tagWithExifTool(path, {"-n", "-EXIF:ResolutionUnit=2", "-EXIF:Flash=9", "-EXIF:ExposureTime=0.00625",
-                           "-EXIF:FNumber=2.8", "-EXIF:Orientation=6", "-EXIF:ExposureTime=0.00625",
-                           "-EXIF:ComponentsConfiguration=1 2 3 0", "-EXIF:Artist=Ann, Bo",
-                           "-XMP:Subject=one", "-XMP:Subject=two", "-XMP:Artist=Xavier"});
+    tagWithExifTool(path,
+                    {"-n", "-EXIF:ResolutionUnit=2", "-EXIF:Flash=9", "-EXIF:ExposureTime=0.00625",
+                     "-EXIF:FNumber=2.8", "-EXIF:Orientation=6", "-EXIF:ComponentsConfiguration=1 2 3 0",
+                     "-EXIF:Artist=Ann, Bo", "-XMP:Subject=one", "-XMP:Subject=two", "-XMP:Artist=Xavier"});
     return path;
 }
 
