@@ -11,6 +11,21 @@
 
 namespace corvane::cli {
 
+// How a command is written (see Output.hpp and StorageReading.hpp):
+// - Each group of commands lives in its own cli/<Group>Commands.cpp with an
+//   add<Group>Commands(CLI::App&, int& exitCode), declared here and called once in main.cpp.
+// - A callback makes one `Reporter` and reports through it: `fileError(path, reason)` (or
+//   `fileError(path, line, reason)` for a text input) for a file that failed, `warning(path, text)`
+//   for ExifTool's warnings (hidden by -q), `usageError(text)` for a command line that can't be
+//   run; then sets `exitCode = reporter.exitCode()`: 0 success, 1 some file failed, 2 usage error.
+//   Throwing `UsageError` from a callback does the same as a usage error. main turns SIGINT and
+//   SIGTERM into 130 and CLI11's parse errors into 2.
+// - A library exception's text goes through `readableReason(e)` and is given with the file it
+//   concerns: never a bare parser message.
+// - Long work runs through `runTask(task, label, reporter, fileCount)`, which shows
+//   "LABEL N/M files" on a terminal only.
+// - Results go to standard output, everything else to standard error.
+
 // Each group of commands adds its subcommands to the application; the
 // callbacks set the process exit code through the returned reference.
 void addCatalogueCommands(CLI::App& app, int& exitCode);
@@ -44,6 +59,9 @@ std::optional<Location> savedLocation(const std::string& name, std::string& erro
 
 // `photos-script remote` and `photos-script import`: the scripts that drive the Photos application.
 void addPhotosScriptCommands(CLI::App& app, int& exitCode);
+
+// `completion bash|zsh` and `manpage`: made from the definition of `app`, whatever it holds.
+void addCompletionCommands(CLI::App& app, int& exitCode);
 
 // The entries of the preset named `name` in the library `file`, or of its only preset when `name`
 // is empty; nothing, with the reason in `error`, when there is no such single preset.

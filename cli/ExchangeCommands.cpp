@@ -1,5 +1,6 @@
 // `corvane compare`: the tags of several files side by side.
 #include "Commands.hpp"
+#include "Output.hpp"
 #include "StorageReading.hpp"
 
 #include "corvane/comparison/TagComparatorExporter.hpp"

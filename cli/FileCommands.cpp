@@ -2,13 +2,18 @@
 // tasks.
 #include "Commands.hpp"
 #include "StorageReading.hpp"
+#include "TagSelection.hpp"
 #include "ValueChecks.hpp"
 
+#include "corvane/converters/DynamicValue.hpp"
+#include "corvane/csv_support/CSVWriter.hpp"
+#include "corvane/csv_support/OutputStream.hpp"
 #include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/preset_support/UseCustomValueSettings.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_editor/TagEditorEditions.hpp"
+#include "corvane/tag_editor/detail/PrettyText.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
@@ -59,38 +64,142 @@ std::string escapedValue(const std::string& value) {
     return result;
 }
 
-int runRead(const std::vector<std::string>& paths, bool json, bool recursive) {
-    Reporter reporter;
-    auto sources = collectSources(paths, recursive, reporter);
-    auto editors = importEditors(std::move(sources), recursive, reporter);
-    if (json) {
-        nlohmann::ordered_json root = nlohmann::ordered_json::object();
-        for (const auto& editor : editors) {
-            const TagStorage storage = editor->storage();
-            nlohmann::ordered_json tags = nlohmann::ordered_json::object();
-            for (const TagName& name : storage.currentTagNames())
-                if (auto value = storage.currentValue(name)) tags[name.rawValue()] = *value;
-            root[storage.source().url().string()] = std::move(tags);
+struct ReadOptions {
+    std::vector<std::string> paths;
+    std::vector<std::string> tags;
+    bool json = false;
+    bool csv = false;
+    bool raw = false;
+    bool recursive = false;
+};
+
+// One file's rows: its selected tags with their text, readable or raw.
+struct FileRows {
+    std::string path;
+    std::vector<std::pair<TagName, std::string>> rows;
+};
+
+// The value of a row in the JSON output: numbers as numbers and lists as arrays, as the tag's
+// converter gives them; a readable text that is a plain number (a real without trailing zeros) as a
+// number too, other readable texts as they are.
+nlohmann::ordered_json jsonValue(const TagName& name, const std::string& text, bool raw) {
+    const TagItem* item = name.item();
+    if (!item) return text;
+    if (item->isInSequence() || raw) {
+        const auto converter = item->converter();
+        nlohmann::ordered_json value =
+            toJson(converter->jsonValueFromNativeValue(item->nativeValueFromStringValue(text)));
+        if (item->isInSequence() && !raw && value.is_array())
+            for (auto& element : value)
+                if (element.is_string() || element.is_number())
+                    for (const auto& choice : item->choices())
+                        if (choice.value ==
+                            (element.is_string() ? element.get<std::string>() : element.dump()))
+                            element = choice.title;
+        if (!value.is_null()) return value;
+        return text;
+    }
+    if (item->type().isNumber() && !text.empty() &&
+        text.find_first_not_of("-0123456789.") == std::string::npos && text.find('.') != 0 &&
+        !(text.size() > 1 && text[0] == '0' && text[1] != '.')) {
+        const auto number = nlohmann::ordered_json::parse(text, nullptr, false);
+        if (number.is_number()) return number;
+    }
+    return text;
+}
+
+void printJSON(const std::vector<FileRows>& files, bool raw) {
+    nlohmann::ordered_json root = nlohmann::ordered_json::array();
+    for (const auto& file : files) {
+        nlohmann::ordered_json record = nlohmann::ordered_json::object();
+        record["SourceFile"] = file.path;
+        for (const auto& [name, text] : file.rows)
+            record[name.rawValue()] = jsonValue(name, text, raw);
+        root.push_back(std::move(record));
+    }
+    // Text that isn't valid UTF-8 is replaced rather than failing the whole output.
+    std::cout << root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
+
+// One row a file, one column a tag (in the order the tags first appear), "SourceFile" first.
+void printCSV(const std::vector<FileRows>& files) {
+    std::vector<TagName> columns;
+    std::set<TagName> seen;
+    for (const auto& file : files)
+        for (const auto& row : file.rows)
+            if (seen.insert(row.first).second) columns.push_back(row.first);
+    auto stream = OutputStream::toMemory();
+    {
+        CSVWriter writer(stream);
+        std::vector<std::string> header{"SourceFile"};
+        for (const TagName& name : columns)
+            header.push_back(name.rawValue());
+        writer.writeRow(header);
+        for (const auto& file : files) {
+            std::map<TagName, std::string> values;
+            for (const auto& [name, text] : file.rows)
+                values.emplace(name, text);
+            std::vector<std::string> row{file.path};
+            for (const TagName& name : columns) {
+                const auto it = values.find(name);
+                row.push_back(it == values.end() ? std::string() : it->second);
+            }
+            writer.writeRow(row);
         }
-        // Text that isn't valid UTF-8 is replaced rather than failing the whole output.
-        std::cout << root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+    }
+    stream->close();
+    std::cout << stream->data();
+    if (!stream->data().empty() && stream->data().back() != '\n') std::cout << '\n';
+}
+
+int runRead(const ReadOptions& options) {
+    Reporter reporter;
+    std::vector<TagSelector> selectors;
+    for (const std::string& text : options.tags) {
+        std::string error;
+        if (auto selector = TagSelector::resolve(text, false, error))
+            selectors.push_back(std::move(*selector));
+        else
+            reporter.usageError(error);
+    }
+    if (reporter.errorCount()) return reporter.exitCode();
+
+    auto sources = collectSources(options.paths, options.recursive, reporter);
+    auto editors = importEditors(std::move(sources), options.recursive, reporter);
+    std::vector<FileRows> files;
+    files.reserve(editors.size());
+    for (const auto& editor : editors) {
+        const TagStorage storage = editor->storage();
+        const std::string path = storage.source().url().string();
+        FileRows file{path, {}};
+        const TagEditorEditions editions(*editor);
+        for (const TagName& name : selectedNames(selectors, storage.currentTagNames())) {
+            auto value = options.raw ? storage.currentValue(name) : editions.prettyValue(name, name);
+            if (!value && !options.raw) value = storage.currentValue(name);
+            if (value) file.rows.push_back({name, *value});
+        }
+        files.push_back(std::move(file));
+    }
+    if (options.json) {
+        printJSON(files, options.raw);
+    } else if (options.csv) {
+        printCSV(files);
     } else {
-        for (const auto& editor : editors) {
-            const TagStorage storage = editor->storage();
-            std::cout << "======== " << storage.source().url().string() << '\n';
-            for (const TagName& name : storage.currentTagNames())
-                if (auto value = storage.currentValue(name))
-                    std::cout << name.rawValue() << '\t' << escapedValue(*value) << '\n';
+        for (const auto& file : files) {
+            std::cout << "======== " << file.path << '\n';
+            for (const auto& [name, value] : file.rows)
+                std::cout << name.rawValue() << '\t' << escapedValue(value) << '\n';
         }
     }
     std::cout << std::flush;
-    return reporter.errorCount() ? 1 : 0;
+    return reporter.exitCode();
 }
 
+// One TAG=VALUE edit. A bare name stands for the tag of the first family that each file can
+// write, so it keeps one checked value per candidate.
 struct Assignment {
-    TagName name;
-    std::string value; // empty: clear the tag
-    std::string text;  // as given
+    std::vector<std::pair<TagName, std::string>> candidates; // value empty: clear the tag
+    std::string text;                                        // as given
 };
 
 // TAG=VALUE where TAG is a name of the form Family:Key (or a bare word, to report it).
@@ -123,6 +232,8 @@ struct SetOptions {
     std::optional<std::string> flip;
     std::optional<std::string> preset;
     std::string presetName;
+    bool dryRun = false;
+    bool preserveModificationDate = false;
 };
 
 // The date tags a date edition applies to: those of the metadata families (file system dates
@@ -163,6 +274,25 @@ std::vector<std::string> emptyPresetDateEditions(const std::vector<PresetItemEnt
     return found;
 }
 
+// "file: TAG: old → new" for each edit of the files, in readable form; "(none)" for no value.
+void printChanges(const EditorList& edited) {
+    for (const auto& editor : edited) {
+        const TagStorage storage = editor->storage();
+        std::map<TagName, std::string> changes(storage.writtenValues().begin(),
+                                               storage.writtenValues().end());
+        for (const auto& [name, written] : changes) {
+            const TagItem* item = name.item();
+            auto shown = [&](const std::optional<std::string>& value) -> std::string {
+                if (!value || value->empty()) return "(none)";
+                auto pretty = item ? detail::prettyText(*item, value) : value;
+                return escapedValue(pretty ? *pretty : *value);
+            };
+            std::cout << storage.source().url().string() << ": " << name.rawValue() << ": "
+                      << shown(storage.originalValue(name)) << " \u2192 " << shown(written) << '\n';
+        }
+    }
+}
+
 int runSet(const SetOptions& options) {
     Reporter reporter;
 
@@ -171,20 +301,28 @@ int runSet(const SetOptions& options) {
         const auto equal = argument.find('=');
         const std::string nameText = argument.substr(0, equal);
         const std::string value = argument.substr(equal + 1);
-        auto name = TagName::fromRawValue(nameText);
-        const TagItem* item = name ? name->item() : nullptr;
-        if (!item) {
-            reporter.error("unknown tag \"" + nameText +
-                           "\" (tags are named Family:Key, see `corvane tags`)");
-        } else if (!item->isWritable()) {
-            reporter.error("tag \"" + nameText + "\" is not editable");
-        } else if (value.empty()) {
-            assignments.push_back({item->name(), value, argument});
-        } else if (const CheckedValue checked = checkedTagValue(*item, value); !checked.ok()) {
-            reporter.error(checked.error);
-        } else {
-            assignments.push_back({item->name(), checked.text, argument});
+        std::string error;
+        const auto selector = TagSelector::resolve(nameText, true, error);
+        if (!selector) {
+            reporter.error(error);
+            continue;
         }
+        Assignment assignment{{}, argument};
+        for (const TagItem* item : selector->candidates()) {
+            if (!item->isWritable()) {
+                error = "tag \"" + nameText + "\" is not editable";
+            } else if (value.empty()) {
+                assignment.candidates.emplace_back(item->name(), value);
+            } else if (const CheckedValue checked = checkedTagValue(*item, value); !checked.ok()) {
+                error = checked.error;
+            } else {
+                assignment.candidates.emplace_back(item->name(), checked.text);
+            }
+        }
+        if (assignment.candidates.empty())
+            reporter.error(error.empty() ? "\"" + nameText + "\" names no tag that can be set" : error);
+        else
+            assignments.push_back(std::move(assignment));
     }
     const std::vector<std::string>& paths = options.paths;
 
@@ -245,12 +383,16 @@ int runSet(const SetOptions& options) {
         for (const auto& editor : editors) {
             const fs::path path = editor->source().url();
             for (const Assignment& assignment : assignments) {
-                if (!editor->canEditValue(assignment.name)) {
-                    reporter.fileError(path, assignment.name.rawValue() + " can't be written in this file");
+                const auto target = std::find_if(
+                    assignment.candidates.begin(), assignment.candidates.end(),
+                    [&](const auto& candidate) { return editor->canEditValue(candidate.first); });
+                if (target == assignment.candidates.end()) {
+                    reporter.fileError(path, assignment.candidates.front().first.rawValue() +
+                                                 " can't be written in this file");
                     continue;
                 }
-                editor->setValue(assignment.value.empty() ? TagValueClear : std::optional(assignment.value),
-                                 assignment.name);
+                editor->setValue(target->second.empty() ? TagValueClear : std::optional(target->second),
+                                 target->first);
             }
             if (preset) TagEditorPresets(*editor).apply(*preset);
             TagEditorEditions editions(*editor);
@@ -273,12 +415,33 @@ int runSet(const SetOptions& options) {
         }
     }
 
+    if (options.dryRun) {
+        printChanges(edited);
+        std::cout << edited.size() << (edited.size() == 1 ? " file" : " files") << " would be updated, "
+                  << editors.size() - edited.size() << " unchanged (dry run: nothing written)\n";
+        return reporter.exitCode();
+    }
+
     // Each file counts as ExifTool reported it: written, left unchanged, failed, or not known when
     // the run was stopped. A failed file is never counted as unchanged.
     std::size_t updated = 0, unchanged = editors.size() - edited.size(), failedCount = 0, unknown = 0;
     if (!edited.empty()) {
+        std::vector<std::pair<fs::path, fs::file_time_type>> modificationDates;
+        if (options.preserveModificationDate)
+            for (const auto& editor : edited) {
+                std::error_code ec;
+                const auto date = fs::last_write_time(editor->source().url(), ec);
+                if (!ec) modificationDates.emplace_back(editor->source().url(), date);
+            }
         auto task = SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(edited));
-        runTask(task, "Writing", reporter);
+        runTask(task, "Writing", reporter, edited.size());
+        // Put back the modification dates of the files, written or not (a failed write leaves the
+        // file as it was, and setting the date it had changes nothing).
+        for (const auto& [path, date] : modificationDates) {
+            std::error_code ec;
+            fs::last_write_time(path, date, ec);
+            if (ec) reporter.fileError(path, "modification date not kept: " + ec.message());
+        }
         const std::set<std::string> failed = reportTaskErrors(*task, reporter);
         std::map<std::string, ETTagStorageWriter::FileOutcome> outcomes;
         for (auto& outcome : task->fileOutcomes())
@@ -287,6 +450,9 @@ int runSet(const SetOptions& options) {
         for (const auto& editor : edited) {
             const fs::path path = editor->source().url();
             const auto it = outcomes.find(pathKey(path));
+            if (it != outcomes.end())
+                for (const std::string& warning : it->second.warnings)
+                    reporter.warning(path, warning);
             const Status status = failed.contains(pathKey(path)) ? Status::failed
                                   : it != outcomes.end()         ? it->second.status
                                                                  : Status::unknown;
@@ -341,20 +507,24 @@ void takePathsAfterMark(std::vector<std::string>& arguments) {
 }
 
 void addFileCommands(CLI::App& app, int& exitCode) {
-    auto* read =
-        app.add_subcommand("read", "Print the tags of files: per file a header, then Family:Key<TAB>value");
-    struct ReadOptions {
-        std::vector<std::string> paths;
-        bool json = false;
-        bool recursive = false;
-    };
+    auto* read = app.add_subcommand(
+        "read", "Print the tags of files, readable (choice titles, exposure times as fractions): per file a "
+                "header, then Family:Key<TAB>value");
     auto readOptions = std::make_shared<ReadOptions>();
-    read->add_flag("--json", readOptions->json, "One JSON object: file path to {\"Family:Key\": value}");
+    read->add_option("-t,--tag", readOptions->tags,
+                     "Only this tag (repeatable): Family:Key, Key (the preferred family the file has: EXIF, "
+                     "IPTC, XMP, QuickTime), Family:* or *:Key; case-insensitive")
+        ->allow_extra_args(false);
+    read->add_flag("-n,--raw", readOptions->raw, "Values as stored (numbers for choices, reals in full)");
+    auto* json =
+        read->add_flag("--json", readOptions->json,
+                       "A JSON array of one object a file: \"SourceFile\", then \"Family:Key\": value "
+                       "(numbers as numbers, lists as arrays)");
+    read->add_flag("--csv", readOptions->csv, "CSV: a header row (SourceFile, then the tags), one row a file")
+        ->excludes(json);
     read->add_flag("-r,--recursive", readOptions->recursive, "Read the files of subfolders too");
     read->add_option("PATH", readOptions->paths, "Files and folders")->required();
-    read->callback([readOptions, &exitCode] {
-        exitCode = runRead(readOptions->paths, readOptions->json, readOptions->recursive);
-    });
+    read->callback([readOptions, &exitCode] { exitCode = runRead(*readOptions); });
 
     auto* set = app.add_subcommand(
         "set", "Edit tags and save: corvane set [options] TAG=VALUE... [--] PATH... (TAG= clears the tag)");
@@ -377,6 +547,10 @@ void addFileCommands(CLI::App& app, int& exitCode) {
     set->add_option("--preset", setOptions->preset,
                     "Apply a preset of this library (.json) after the TAG=VALUE edits")
         ->check(CLI::ExistingFile);
+    set->add_flag("--dry-run", setOptions->dryRun,
+                  "Print each change as \"file: TAG: old \u2192 new\" and write nothing");
+    set->add_flag("-P,--preserve-mtime", setOptions->preserveModificationDate,
+                  "Keep each file's modification date as it was");
     set->add_option("--preset-name", setOptions->presetName,
                     "The preset to apply, when the library holds more than one");
     // Arguments of the form TAG=VALUE are the edits, the others the files; after "--", every

@@ -1,6 +1,7 @@
 // `corvane keywords` and `corvane locations`: the user's keyword and location libraries, kept
 // beside the user defaults ($XDG_CONFIG_HOME/corvane), listed, edited, imported and exported.
 #include "Commands.hpp"
+#include "Output.hpp"
 
 #include "corvane/keyword_support/KeywordFile.hpp"
 #include "corvane/keyword_support/KeywordManager.hpp"
@@ -57,7 +58,7 @@ template <class F> int reportingFailures(const std::string& what, F&& body) {
         return body();
     } catch (const std::exception& e) {
         // The library's decoding errors already start with the file's name.
-        std::string message = e.what();
+        std::string message = readableReason(e);
         if (message.rfind(what + ": ", 0) != 0) message = what + ": " + message;
         std::cerr << "corvane: " << message << '\n';
         return 1;

@@ -1,6 +1,7 @@
 // `corvane preset`: preset libraries on disk, listed and made from the values of a file; and the
 // look-up of one preset that `corvane set --preset` applies.
 #include "Commands.hpp"
+#include "Output.hpp"
 #include "StorageReading.hpp"
 
 #include "corvane/preset_support/PresetFile.hpp"
@@ -25,7 +26,7 @@ std::optional<PresetFile> openLibrary(const std::string& file, std::string& erro
     try {
         return PresetFile::fromJSONURL(file);
     } catch (const std::exception& e) {
-        error = file + ": not a preset library (" + e.what() + ")";
+        error = inputFailure(file, e, "a preset library");
         return std::nullopt;
     }
 }
@@ -154,7 +155,7 @@ int makePreset(const MakeOptions& options) {
     try {
         PresetFile(description, manager->groups()).exportTo(options.output);
     } catch (const std::exception& e) {
-        std::cerr << "corvane: " << e.what() << '\n';
+        std::cerr << "corvane: " << options.output << ": " << readableReason(e) << '\n';
         return 1;
     }
     std::cout << "Preset \"" << presetName << "\" saved to " << options.output << '\n';

@@ -12,8 +12,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <iostream>
 #include <unordered_map>
@@ -28,36 +26,6 @@ std::string pathKey(const fs::path& path) {
     return (ec ? fs::absolute(path).lexically_normal() : canonical).string();
 }
 
-Reporter::Reporter() : isTerminal_(isatty(STDERR_FILENO) == 1) {}
-
-void Reporter::error(const std::string& text) {
-    clearProgress();
-    std::cerr << "corvane: " << text << '\n';
-    ++errorCount_;
-}
-
-void Reporter::fileError(const fs::path& path, const std::string& text) {
-    error(path.string() + ": " + text);
-}
-
-void Reporter::fileNote(const fs::path& path, const std::string& text) {
-    clearProgress();
-    std::cerr << "corvane: " << path.string() << ": " << text << '\n';
-}
-
-void Reporter::progress(const std::string& label, double fraction, Clock::time_point start) {
-    if (!isTerminal_ || Clock::now() - start < std::chrono::milliseconds(400)) return;
-    const int percent = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 100);
-    std::cerr << '\r' << label << ' ' << percent << "%  " << std::flush;
-    shown_ = true;
-}
-
-void Reporter::clearProgress() {
-    if (!shown_) return;
-    std::cerr << "\r\033[K" << std::flush;
-    shown_ = false;
-}
-
 void chooseEngine(const std::string& engine) {
     const EngineOption option = engine == "image-io" ? EngineOption::coreImage() : EngineOption::exifTool();
     if (!KitSettings::availableEngineOption().contains(option))
@@ -65,7 +33,8 @@ void chooseEngine(const std::string& engine) {
     KitSettings::shared().setEngineOption(option);
 }
 
-void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter) {
+void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter,
+             std::size_t fileCount) {
     MainQueue& main = MainQueue::shared();
     if (!main.mainThread()) main.registerCurrentThreadAsMain();
     const auto start = Reporter::Clock::now();
@@ -75,7 +44,7 @@ void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label
         return status == AbstractTask::Status::completed || status == AbstractTask::Status::cancelled;
     };
     while (!main.runUntil(ended, std::chrono::milliseconds(100)))
-        reporter.progress(label, task->progress(), start);
+        reporter.progress(label, task->progress(), start, fileCount);
     main.drain();
     reporter.clearProgress();
 }
@@ -209,7 +178,9 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
         // read uninitialised (optimised sanitizer builds).
         auto task = ImportTagEditorsTask::create(settings);
-        runTask(task, "Reading", reporter);
+        const bool onlyFiles = std::none_of(sources.begin(), sources.end(),
+                                            [](const TagStorageSource& s) { return s.isFolder(); });
+        runTask(task, "Reading", reporter, onlyFiles ? sources.size() : 0);
         auto failed = reportTaskErrors(*task, reporter);
         reported.insert(failed.begin(), failed.end());
         // The in-process engine reads file by file: its errors cost only their own files.

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "Output.hpp"
+
 #include "corvane/tag_edition/AbstractTask.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
 #include "corvane/tag_storages/TagStorageSource.hpp"
 
-#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -20,36 +21,14 @@ using EditorList = std::vector<std::shared_ptr<TagEditor>>;
 // The path key under which files are matched between arguments, editors and ExifTool's reports.
 std::string pathKey(const std::filesystem::path& path);
 
-// Errors are counted, and printed on standard error one a line, with the file they concern.
-class Reporter {
-public:
-    using Clock = std::chrono::steady_clock;
-
-    Reporter();
-
-    void error(const std::string& text);
-    void fileError(const std::filesystem::path& path, const std::string& text);
-    // A file passed over for a reason that is no error (a folder's file of a format not read).
-    void fileNote(const std::filesystem::path& path, const std::string& text);
-    std::size_t errorCount() const { return errorCount_; }
-
-    // A progress line on a terminal, shown only once a batch has run for a moment.
-    void progress(const std::string& label, double fraction, Clock::time_point start);
-    void clearProgress();
-
-private:
-    bool isTerminal_;
-    bool shown_ = false;
-    std::size_t errorCount_ = 0;
-};
-
 // Makes every later read and save go through one engine, "exiftool" or "image-io" (the in-process
 // engine); throws CLI::ValidationError when this build doesn't offer it.
 void chooseEngine(const std::string& engine);
 
 // Runs the task through the task manager and drains the main queue on this thread until it has
-// ended, showing its progress.
-void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter);
+// ended, showing its progress ("LABEL N/M files" when `fileCount` is given).
+void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label, Reporter& reporter,
+             std::size_t fileCount = 0);
 
 // Reports the task's errors; gives the path keys of the files that ExifTool named in them.
 std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& reporter);

@@ -5,6 +5,7 @@
 // event loop, this tool drains it on its own main thread (`drainUntilIdle`) after each change it
 // asks of a table.
 #include "Commands.hpp"
+#include "Output.hpp"
 #include "StorageReading.hpp"
 
 #include "corvane/helpers/MainQueue.hpp"
@@ -119,8 +120,8 @@ int runShow(const ShowOptions& options) {
     try {
         loadTagSet(options.tagSet);
     } catch (const std::exception& e) {
-        reporter.error((options.tagSet.empty() ? std::string("the user's tag set") : options.tagSet) +
-                       ": not a tag set (" + e.what() + ")");
+        reporter.error(inputFailure(
+            options.tagSet.empty() ? std::string("the user's tag set") : options.tagSet, e, "a tag set"));
         return 1;
     }
     auto editors = importEditors(collectSources(options.paths, options.recursive, reporter),
@@ -198,8 +199,8 @@ int runTagSet(const std::string& action, const std::string& domainName, const st
         else
             printTagSet(manager.tagSet(*domain));
     } catch (const std::exception& e) {
-        std::cerr << "corvane: " << (file.empty() ? std::string("the user's tag set") : file) << ": "
-                  << e.what() << '\n';
+        std::cerr << "corvane: " << inputFailure(file.empty() ? std::string("the user's tag set") : file, e)
+                  << '\n';
         return 1;
     }
     return 0;

@@ -1,4 +1,5 @@
 #include "Commands.hpp"
+#include "Output.hpp"
 #include "StorageReading.hpp"
 
 #include "corvane/Version.hpp"
@@ -7,6 +8,7 @@
 #include <csignal>
 
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -33,40 +35,78 @@ void handleStopSignals() {
 } // namespace
 
 int main(int argc, char** argv) {
+    using namespace corvane::cli;
     handleStopSignals();
     CLI::App app{"corvane: read, compare and edit the metadata of media files"};
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", std::string("corvane ") + CORVANE_VERSION);
-    int exitCode = 0;
+    int exitCode = exitSuccess;
     app.add_option_function<std::string>(
-           "--engine", [](const std::string& engine) { corvane::cli::chooseEngine(engine); },
+           "--engine", [](const std::string& engine) { chooseEngine(engine); },
            "Engine of the commands that read and write files, given before the command: exiftool (every "
            "format) or image-io (in process: common image formats, the tags that have an image I/O name)")
         ->check(CLI::IsMember({"exiftool", "image-io"}));
-    corvane::cli::addCatalogueCommands(app, exitCode);
-    corvane::cli::addFileCommands(app, exitCode);
-    corvane::cli::addExchangeCommands(app, exitCode);
-    corvane::cli::addSidecarCommands(app, exitCode);
-    corvane::cli::addTableExchangeCommands(app, exitCode);
-    corvane::cli::addPresetCommands(app, exitCode);
-    corvane::cli::addTableCommands(app, exitCode);
-    corvane::cli::addLibraryCommands(app, exitCode);
-    corvane::cli::addPhotosScriptCommands(app, exitCode);
+    app.add_flag_function(
+        "-q,--quiet", [](std::int64_t) { setQuiet(true); },
+        "Don't show ExifTool's warnings nor the files passed over, given before the command (errors still "
+        "show)");
+
+    // `corvane help [COMMAND...]`: the help of the program or of a command, exit 0.
+    auto* help =
+        app.add_subcommand("help", "Print the help of the program, or of a command: corvane help read");
+    auto helpPath = std::make_shared<std::vector<std::string>>();
+    help->add_option("COMMAND", *helpPath, "A command, and a subcommand of it");
+    help->callback([&app, helpPath, &exitCode] {
+        const CLI::App* command = &app;
+        for (const std::string& name : *helpPath) {
+            const CLI::App* sub = nullptr;
+            for (const CLI::App* candidate : command->get_subcommands([](const CLI::App*) { return true; }))
+                if (candidate->get_name() == name) sub = candidate;
+            if (!sub) throw UsageError("no command \"" + name + "\" (see corvane help)");
+            command = sub;
+        }
+        std::cout << command->help();
+        exitCode = exitSuccess;
+    });
+
+    addCatalogueCommands(app, exitCode);
+    addFileCommands(app, exitCode);
+    addExchangeCommands(app, exitCode);
+    addSidecarCommands(app, exitCode);
+    addTableExchangeCommands(app, exitCode);
+    addPresetCommands(app, exitCode);
+    addTableCommands(app, exitCode);
+    addLibraryCommands(app, exitCode);
+    addPhotosScriptCommands(app, exitCode);
+    addCompletionCommands(app, exitCode);
     try {
         // CLI11 wants the arguments in reverse order.
         std::vector<std::string> arguments(argv + 1, argv + argc);
-        corvane::cli::takePathsAfterMark(arguments);
+        takePathsAfterMark(arguments);
         std::reverse(arguments.begin(), arguments.end());
         app.parse(arguments);
-    } catch (const CLI::ParseError& e) {
+    } catch (const CLI::CallForHelp& e) {
         return app.exit(e);
-    } catch (const std::exception& e) {
+    } catch (const CLI::CallForAllHelp& e) {
+        return app.exit(e);
+    } catch (const CLI::CallForVersion& e) {
+        return app.exit(e);
+    } catch (const CLI::ParseError& e) {
+        // CLI11's own exit codes (105-109...) mean nothing to a shell: every parse error is a
+        // usage error.
         std::cerr << "corvane: " << e.what() << "\n";
-        return 1;
+        std::cerr << "Run with --help for more information.\n";
+        return exitUsage;
+    } catch (const UsageError& e) {
+        std::cerr << "corvane: " << e.what() << "\n";
+        return exitUsage;
+    } catch (const std::exception& e) {
+        std::cerr << "corvane: " << readableReason(e) << "\n";
+        return exitFileFailed;
     }
     if (app.get_subcommands().empty()) {
         std::cout << app.help();
     }
-    if (stopSignal) return 130;
+    if (stopSignal) return exitInterrupted;
     return exitCode;
 }

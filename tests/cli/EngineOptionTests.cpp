@@ -36,15 +36,15 @@ TEST_F(EngineOption, readAndSetThroughEitherEngine) {
     auto exifTool = corvane({"--engine", "exiftool", "read", "--json", jpeg.string()}, scratch);
     ASSERT_EQ(inProcess.exitCode, 0) << inProcess.err;
     ASSERT_EQ(exifTool.exitCode, 0) << exifTool.err;
-    const auto fast = nlohmann::json::parse(inProcess.out).at(jpeg.string());
-    const auto full = nlohmann::json::parse(exifTool.out).at(jpeg.string());
+    const auto fast = nlohmann::json::parse(inProcess.out).at(0);
+    const auto full = nlohmann::json::parse(exifTool.out).at(0);
     EXPECT_EQ(fast.at("EXIF:Artist"), "In process");
-    EXPECT_EQ(fast.at("IPTC:Keywords"), "a,b");
+    EXPECT_EQ(fast.at("IPTC:Keywords"), nlohmann::json::array({"a", "b"}));
     // The in-process engine reads fewer tags; those it reads agree with ExifTool.
     EXPECT_LT(fast.size(), full.size());
     for (const auto& [tag, value] : fast.items()) {
         if (tag.rfind("File:", 0) != 0) {
-            EXPECT_EQ(value, full.value(tag, "")) << tag;
+            EXPECT_EQ(value, full.contains(tag) ? full.at(tag) : nlohmann::json()) << tag;
         }
     }
 

@@ -8,6 +8,7 @@
 #include "corvane/tag_editor/OrientationAccessor.hpp"
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
 #include "corvane/tag_editor/XMPAccessor.hpp"
+#include "corvane/tag_editor/detail/PrettyText.hpp"
 #include "corvane/value_models/DateTime.hpp"
 #include "corvane/value_models/GPSLocation.hpp"
 #include "corvane/value_models/GregorianCalendar.hpp"
@@ -399,10 +400,8 @@ std::optional<std::string> TagEditorEditions::rawValue(const TagName& of, const 
 std::optional<std::string> TagEditorEditions::prettyValue(const TagName& of, const TagName& forTag) const {
     const TagItem* source = of.item();
     if (!source || !forTag.item()) return std::nullopt;
-    auto value = currentString(*source);
-    if (!value) return std::nullopt;
     // A list item's converter is the list converter: it formats element by element.
-    return source->converter()->formattedValueFromStringValue(value);
+    return detail::prettyText(*source, currentString(*source));
 }
 
 // --- Orientation

@@ -106,7 +106,8 @@ public:
 
     // The source's current value in the target's canonical form, for use in the target.
     std::optional<std::string> rawValue(const TagName& of, const TagName& forTag) const;
-    // The source's display form.
+    // The source's display form: choice titles, exposure times as fractions, reals without
+    // trailing zeros (see detail/PrettyText).
     std::optional<std::string> prettyValue(const TagName& of, const TagName& forTag) const;
 
     // --- Orientation of the family the file prefers (QuickTime VideoOrientation or EXIF Orientation)

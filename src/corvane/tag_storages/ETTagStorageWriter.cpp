@@ -401,6 +401,9 @@ void ETTagStorageWriter::collectOutcomes(const std::vector<TagStorage>& storages
             return std::any_of(paths.begin(), paths.end(),
                                [&](const fs::path& path) { return concerns(path, target, isFolder); });
         };
+        for (const ETFileMessage& warning : output.warnings())
+            if (warning.path && concerns(*warning.path, target, isFolder))
+                outcome.warnings.push_back(warning.text);
         const auto errors = output.errors();
         const auto error = std::find_if(errors.begin(), errors.end(), [&](const ETFileMessage& message) {
             return message.path && concerns(*message.path, target, isFolder);

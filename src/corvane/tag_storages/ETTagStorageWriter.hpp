@@ -94,6 +94,8 @@ public:
         Status status = Status::unchanged;
         // ExifTool's reason for `failed`, or the run's failure when it was stopped.
         std::string reason;
+        // ExifTool's warnings about the file (minor errors it passed over among them).
+        std::vector<std::string> warnings;
     };
 
     /// A file that ExifTool could not write. `what()` is "PATH: REASON", as in

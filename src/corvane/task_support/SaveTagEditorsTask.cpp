@@ -137,7 +137,7 @@ void SaveTagEditorsTask::saveWithCoreImage(const std::vector<std::shared_ptr<Tag
     // Each file's outcome is recorded as the ExifTool writer's are, so that callers count both alike.
     mapSubprocess(storages, [this, step](const TagStorage& storage) {
         using Outcome = ETTagStorageWriter::FileOutcome;
-        Outcome outcome{storage.source().url(), Outcome::Status::written, {}};
+        Outcome outcome{storage.source().url(), Outcome::Status::written, {}, {}};
         try {
             CGTagStorageWriter writer(CGTagStorageWriter::Settings({storage}));
             writer.write();

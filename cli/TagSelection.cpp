@@ -1,0 +1,136 @@
+#include "TagSelection.hpp"
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <string_view>
+#include <unordered_map>
+
+namespace corvane::cli {
+
+namespace {
+
+std::string lowercase(std::string_view text) {
+    std::string result(text);
+    for (char& c : result)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return result;
+}
+
+// The families a person edits, in the order a bare name prefers them.
+constexpr std::array<std::string_view, 4> preferredFamilies{"exif", "iptc", "xmp", "quicktime"};
+
+std::size_t preference(const TagItem& item) {
+    const std::string family = lowercase(item.stream().rawValue());
+    const auto at = std::find(preferredFamilies.begin(), preferredFamilies.end(), family);
+    return static_cast<std::size_t>(at - preferredFamilies.begin());
+}
+
+// The catalogue by lower-case key, built once.
+const std::unordered_map<std::string, std::vector<const TagItem*>>& itemsByKey() {
+    static const auto index = [] {
+        std::unordered_map<std::string, std::vector<const TagItem*>> map;
+        for (const TagItem* item : TagItem::allCases())
+            map[lowercase(item->key().rawValue())].push_back(item);
+        return map;
+    }();
+    return index;
+}
+
+bool knownFamily(const std::string& family) {
+    static const auto families = [] {
+        std::set<std::string> set;
+        for (const TagItem* item : TagItem::allCases())
+            set.insert(lowercase(item->stream().rawValue()));
+        return set;
+    }();
+    return families.contains(family);
+}
+
+} // namespace
+
+std::optional<TagSelector> TagSelector::resolve(const std::string& text, bool writableOnly,
+                                                std::string& error) {
+    TagSelector selector;
+    selector.text_ = text;
+    const auto colon = text.find(':');
+    if (colon == std::string::npos) {
+        selector.bare_ = text != "*";
+        if (!selector.bare_) return selector;
+        selector.key_ = lowercase(text);
+    } else {
+        selector.family_ = lowercase(text.substr(0, colon));
+        selector.key_ = lowercase(text.substr(colon + 1));
+        if (selector.family_ == "*") selector.family_.clear();
+        if (selector.key_ == "*") selector.key_.clear();
+        if (selector.family_.empty() && selector.key_.empty()) return selector;
+        if (!selector.family_.empty() && !knownFamily(selector.family_)) {
+            error = "unknown tag family \"" + text.substr(0, colon) + "\" in \"" + text + "\"";
+            return std::nullopt;
+        }
+        if (selector.key_.empty()) return selector;
+    }
+    const auto found = itemsByKey().find(selector.key_);
+    std::vector<const TagItem*> candidates;
+    if (found != itemsByKey().end())
+        for (const TagItem* item : found->second)
+            if ((!writableOnly || !selector.bare_ || item->isWritable()) &&
+                (selector.family_.empty() || lowercase(item->stream().rawValue()) == selector.family_))
+                candidates.push_back(item);
+    if (!selector.bare_) {
+        // A full name the catalogue doesn't have may still be a tag a file holds.
+        if (candidates.empty() && writableOnly) {
+            error = "unknown tag \"" + text + "\" (tags are named Family:Key or Key, see `corvane tags`)";
+            return std::nullopt;
+        }
+        selector.candidates_ = std::move(candidates);
+        return selector;
+    }
+    if (candidates.empty()) {
+        error = found == itemsByKey().end()
+                    ? "unknown tag \"" + text + "\" (tags are named Family:Key or Key, see `corvane tags`)"
+                    : "tag \"" + text + "\" is not editable";
+        return std::nullopt;
+    }
+    std::stable_sort(candidates.begin(), candidates.end(),
+                     [](const TagItem* a, const TagItem* b) { return preference(*a) < preference(*b); });
+    if (candidates.size() > 1 && preference(*candidates.front()) == preferredFamilies.size()) {
+        error = "\"" + text + "\" is ambiguous: name one of";
+        for (const TagItem* item : candidates)
+            error += " " + item->name().rawValue();
+        return std::nullopt;
+    }
+    selector.candidates_ = std::move(candidates);
+    return selector;
+}
+
+bool TagSelector::matches(const TagName& name) const {
+    if (!candidates_.empty())
+        return std::any_of(candidates_.begin(), candidates_.end(),
+                           [&](const TagItem* item) { return item->name() == name; });
+    return (family_.empty() || lowercase(name.stream().rawValue()) == family_) &&
+           (key_.empty() || lowercase(name.key().rawValue()) == key_);
+}
+
+std::vector<TagName> selectedNames(const std::vector<TagSelector>& selectors,
+                                   const std::vector<TagName>& present) {
+    if (selectors.empty()) return present;
+    std::vector<TagName> names;
+    std::set<TagName> taken;
+    for (const TagSelector& selector : selectors) {
+        if (selector.isBare()) {
+            // The best candidate the file holds.
+            for (const TagItem* item : selector.candidates())
+                if (std::find(present.begin(), present.end(), item->name()) != present.end()) {
+                    if (taken.insert(item->name()).second) names.push_back(item->name());
+                    break;
+                }
+            continue;
+        }
+        for (const TagName& name : present)
+            if (selector.matches(name) && taken.insert(name).second) names.push_back(name);
+    }
+    return names;
+}
+
+} // namespace corvane::cli

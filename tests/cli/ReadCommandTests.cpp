@@ -1,0 +1,225 @@
+// `corvane read`: readable and raw values, the tags picked, and the JSON and CSV forms, run as the
+// built program and compared with what ExifTool prints for the same files.
+#include "cli/CliRun.hpp"
+#include "support/Corpus.hpp"
+#include "support/SampleFiles.hpp"
+
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/tag_value/TagName.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using corvane::test::corvane;
+using corvane::test::makeJPEG;
+using corvane::test::tagWithExifTool;
+
+using ReadCommand = corvane::test::CliTest;
+
+// The rows "Family:Key<TAB>value" of the plain form.
+std::string row(const std::string& name, const std::string& value) {
+    return "\n" + name + "\t" + value + "\n";
+}
+
+// A JPEG with values that read differently as stored and as a person reads them.
+fs::path photo(const fs::path& path) {
+    makeJPEG(path);
+    tagWithExifTool(path,
+                    {"-n", "-EXIF:ResolutionUnit=2", "-EXIF:Flash=9", "-EXIF:ExposureTime=0.00625",
+                     "-EXIF:FNumber=2.8", "-EXIF:Orientation=6", "-EXIF:ComponentsConfiguration=1 2 3 0",
+                     "-EXIF:Artist=Ann, Bo", "-XMP:Subject=one", "-XMP:Subject=two", "-XMP:Artist=Xavier"});
+    return path;
+}
+
+TEST_F(ReadCommand, readableByDefaultRawOnRequest) {
+    const auto jpeg = photo(folder / "a.jpg");
+    const auto pretty = corvane({"read", jpeg.string()}, scratch);
+    ASSERT_EQ(pretty.exitCode, 0) << pretty.err;
+    // The texts ExifTool prints for the same tags.
+    for (const std::string tag :
+         {"ResolutionUnit", "Flash", "ExposureTime", "Orientation", "ComponentsConfiguration"})
+        EXPECT_NE(pretty.out.find(row("EXIF:" + tag, corvane::test::exifToolValue(jpeg, "EXIF:" + tag))),
+                  std::string::npos)
+            << tag << "\n"
+            << pretty.out;
+    EXPECT_NE(pretty.out.find(row("EXIF:Flash", "On, Fired")), std::string::npos) << pretty.out;
+    EXPECT_NE(pretty.out.find(row("EXIF:ExposureTime", "1/160")), std::string::npos) << pretty.out;
+    EXPECT_NE(pretty.out.find(row("EXIF:FNumber", "2.8")), std::string::npos) << pretty.out;
+
+    const auto raw = corvane({"read", "-n", jpeg.string()}, scratch);
+    ASSERT_EQ(raw.exitCode, 0) << raw.err;
+    EXPECT_NE(raw.out.find(row("EXIF:Flash", "9")), std::string::npos) << raw.out;
+    EXPECT_NE(raw.out.find(row("EXIF:ResolutionUnit", "2")), std::string::npos) << raw.out;
+    EXPECT_EQ(raw.out.find("1/160"), std::string::npos) << raw.out;
+}
+
+TEST_F(ReadCommand, tagsArePickedCaseInsensitively) {
+    const auto jpeg = photo(folder / "a.jpg");
+    // A bare name takes the preferred family the file holds: EXIF before XMP.
+    auto bare = corvane({"read", "-t", "artist", "-t", "FLASH", jpeg.string()}, scratch);
+    ASSERT_EQ(bare.exitCode, 0) << bare.err;
+    EXPECT_EQ(bare.out, "======== " + jpeg.string() + "\nEXIF:Artist\tAnn, Bo\nEXIF:Flash\tOn, Fired\n");
+
+    auto family = corvane({"read", "--tag", "xmp:*", "-t", "Exif:Orientation", jpeg.string()}, scratch);
+    ASSERT_EQ(family.exitCode, 0) << family.err;
+    EXPECT_NE(family.out.find(row("XMP:Artist", "Xavier")), std::string::npos) << family.out;
+    EXPECT_NE(family.out.find(row("EXIF:Orientation", "Rotate 90 CW")), std::string::npos) << family.out;
+    EXPECT_EQ(family.out.find("EXIF:Flash"), std::string::npos) << family.out;
+
+    auto every = corvane({"read", "-t", "*:Artist", jpeg.string()}, scratch);
+    EXPECT_NE(every.out.find("EXIF:Artist"), std::string::npos) << every.out;
+    EXPECT_NE(every.out.find("XMP:Artist"), std::string::npos) << every.out;
+
+    // A name only maker notes have, in several makers' notes: the user must say which.
+    auto ambiguous = corvane({"read", "-t", "shuttercount", jpeg.string()}, scratch);
+    EXPECT_EQ(ambiguous.exitCode, 2);
+    EXPECT_NE(ambiguous.err.find("\"shuttercount\" is ambiguous"), std::string::npos) << ambiguous.err;
+    EXPECT_NE(ambiguous.err.find("Canon:ShutterCount"), std::string::npos) << ambiguous.err;
+    EXPECT_TRUE(ambiguous.out.empty()) << ambiguous.out;
+
+    for (const std::string unknown : {"NoSuchTag", "Nofamily:Artist"}) {
+        auto run = corvane({"read", "-t", unknown, jpeg.string()}, scratch);
+        EXPECT_EQ(run.exitCode, 2) << unknown;
+        EXPECT_NE(run.err.find(unknown), std::string::npos) << run.err;
+    }
+}
+
+TEST_F(ReadCommand, jsonRecordsAndCsvRows) {
+    const auto a = photo(folder / "a.jpg");
+    const auto b = makeJPEG(folder / "b.jpg");
+    tagWithExifTool(b, {"-EXIF:Artist=Only \"quoted\""});
+
+    auto run = corvane({"read", "--json", a.string(), b.string()}, scratch);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const auto json = nlohmann::json::parse(run.out);
+    ASSERT_TRUE(json.is_array()) << run.out;
+    ASSERT_EQ(json.size(), 2u);
+    EXPECT_EQ(json[0].at("SourceFile"), a.string());
+    EXPECT_EQ(json[0].at("EXIF:FNumber"), 2.8);
+    EXPECT_EQ(json[0].at("EXIF:Flash"), "On, Fired");
+    EXPECT_EQ(json[0].at("EXIF:ExposureTime"), "1/160");
+    EXPECT_EQ(json[0].at("XMP:Subject"), nlohmann::json::array({"one", "two"}));
+    EXPECT_EQ(json[0].at("EXIF:ComponentsConfiguration"), "Y, Cb, Cr, -");
+    EXPECT_EQ(json[1].at("EXIF:Artist"), "Only \"quoted\"");
+
+    auto raw = nlohmann::json::parse(corvane({"read", "--json", "-n", a.string()}, scratch).out);
+    EXPECT_EQ(raw[0].at("EXIF:Flash"), 9);
+    EXPECT_EQ(raw[0].at("EXIF:ExposureTime"), 0.00625);
+
+    auto csv =
+        corvane({"read", "--csv", "-t", "EXIF:Artist", "-t", "EXIF:Flash", a.string(), b.string()}, scratch);
+    ASSERT_EQ(csv.exitCode, 0) << csv.err;
+    EXPECT_EQ(csv.out, "SourceFile,EXIF:Artist,EXIF:Flash\n" + a.string() + ",\"Ann, Bo\",\"On, Fired\"\n" +
+                           b.string() + ",\"Only \"\"quoted\"\"\",\n");
+
+    auto both = corvane({"read", "--csv", "--json", a.string()}, scratch);
+    EXPECT_EQ(both.exitCode, 2) << both.err;
+}
+
+// ExifTool's warnings are shown with the file they concern, and -q hides them.
+TEST_F(ReadCommand, warningsPerFileUnlessQuiet) {
+    // ExifTool writes this file only by passing over a minor fault, which it reports as a warning.
+    const auto minor = corvane::test::makeJPEGWithMinorExifDefect(folder / "minor.jpg");
+    const auto good = makeJPEG(folder / "good.jpg");
+    auto run = corvane({"set", "EXIF:Artist=A", "--", good.string(), minor.string()}, scratch);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err.rfind("corvane: " + minor.string() + ": warning: ", 0), 0u) << run.err;
+    EXPECT_EQ(run.err.find(good.string()), std::string::npos) << run.err;
+    auto quiet = corvane({"-q", "set", "EXIF:Artist=B", "--", good.string(), minor.string()}, scratch);
+    EXPECT_EQ(quiet.exitCode, 0);
+    EXPECT_EQ(quiet.err, "");
+    EXPECT_NE(quiet.out.find("2 files updated"), std::string::npos) << quiet.out;
+}
+
+// Every tag of the corpus's JPEGs whose catalogue entry has choices reads as the title that
+// ExifTool prints for it. Strict for the standard families; maker notes and XMP rows that stand for
+// several of ExifTool's tables (a model's variant, another XMP namespace with the same name) may
+// print otherwise, and are listed, not failed.
+TEST_F(ReadCommand, choiceTitlesAgreeWithExifToolOnTheCorpus) {
+    const fs::path corpus = corvane::test::corpusFolder();
+    const fs::path samples = corpus / "jpeg" / "exif-samples";
+    if (!fs::is_directory(samples)) GTEST_SKIP() << "no corpus at " << corpus;
+    std::vector<std::string> files;
+    for (const char* name : {"Canon_40D.jpg", "Nikon_D70.jpg", "Pentax_K10D.jpg", "Olympus_C8080WZ.jpg",
+                             "Fujifilm_FinePix_E500.jpg", "Sony_HDR-HC3.jpg", "Panasonic_DMC-FZ30.jpg"})
+        // Canonical: both programs name the file as given, and corvane normalises it.
+        if (fs::exists(samples / name)) files.push_back(fs::canonical(samples / name).string());
+    ASSERT_FALSE(files.empty());
+
+    auto exifTool = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.end(), files.begin(), files.end());
+        return nlohmann::json::parse(corvane::test::runExifTool(arguments).standardOutput);
+    };
+    const auto printedRecords = exifTool({"-j", "-G0:1", "-s"});
+    const auto rawRecords = exifTool({"-j", "-G0:1", "-s", "-n"});
+    std::vector<std::string> readArguments{"read", "--json"};
+    readArguments.insert(readArguments.end(), files.begin(), files.end());
+    const auto run = corvane(readArguments, scratch);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const auto ours = nlohmann::json::parse(run.out);
+    ASSERT_EQ(ours.size(), files.size());
+
+    auto text = [](const nlohmann::json& value) {
+        if (value.is_string()) return value.get<std::string>();
+        if (!value.is_array()) return value.dump();
+        std::string joined;
+        for (const auto& element : value)
+            joined += (joined.empty() ? "" : ", ") +
+                      (element.is_string() ? element.get<std::string>() : element.dump());
+        return joined;
+    };
+    // ExifTool's values of one file by our Family:Key (the maker's group for maker notes), first wins.
+    auto byName = [&](const nlohmann::json& records, const nlohmann::json& source) {
+        std::map<std::string, std::string> values;
+        for (const auto& record : records) {
+            if (record.at("SourceFile") != source) continue;
+            for (const auto& [group, value] : record.items()) {
+                const auto first = group.find(':'), second = group.find(':', first + 1);
+                if (second == std::string::npos) continue;
+                const std::string g0 = group.substr(0, first),
+                                  g1 = group.substr(first + 1, second - first - 1);
+                values.emplace((g0 == "MakerNotes" ? g1 : g0) + ":" + group.substr(second + 1), text(value));
+            }
+        }
+        return values;
+    };
+    const std::set<std::string> strictFamilies{"EXIF", "IPTC", "ICC_Profile", "JFIF", "File", "Photoshop"};
+    std::size_t compared = 0;
+    std::vector<std::string> variants;
+    for (const auto& record : ours) {
+        const auto printed = byName(printedRecords, record.at("SourceFile"));
+        const auto raw = byName(rawRecords, record.at("SourceFile"));
+        for (const auto& [name, value] : record.items()) {
+            const auto tagName = corvane::TagName::fromRawValue(name);
+            const corvane::TagItem* item = tagName ? tagName->item() : nullptr;
+            if (!item || item->choices().empty()) continue;
+            const auto it = printed.find(name);
+            // ExifTool's own table for this tag in this file converts nothing.
+            if (it == printed.end() || raw.at(name) == it->second) continue;
+            ++compared;
+            if (text(value) == it->second) continue;
+            if (strictFamilies.contains(item->stream().rawValue()))
+                ADD_FAILURE() << record.at("SourceFile") << " " << name << ": " << text(value)
+                              << " where ExifTool prints " << it->second;
+            else
+                variants.push_back(name + ": " + text(value) + " / " + it->second);
+        }
+    }
+    EXPECT_GT(compared, 100u);
+    EXPECT_LT(variants.size() * 10, compared) << variants.size() << " of " << compared;
+    for (const auto& variant : variants)
+        std::cout << "catalogue row of another variant: " << variant << '\n';
+}
+
+} // namespace
