@@ -8,6 +8,7 @@
 #include "corvane/sidecar_support/SidecarReader.hpp"
 #include "corvane/sidecar_support/SidecarWriter.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "corvane/tag_value/TagValueChecker.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -80,6 +81,15 @@ int importSidecar(const std::string& sidecar, const std::vector<std::string>& pa
     for (TagStorage storage : readStorages(paths, exitCode)) {
         std::vector<TagName> refusedNames;
         const auto changes = SidecarReader::changesTo(storage, values, &refusedNames);
+        // A value the tag can't hold refuses the whole file: nothing of it is written.
+        const std::vector<std::string> invalid = TagValueChecker::errors(changes);
+        for (const std::string& error : invalid)
+            std::cerr << "corvane: " << storage.source().url().string() << ": " << sidecar << ": " << error
+                      << "\n";
+        if (!invalid.empty()) {
+            exitCode = 1;
+            continue;
+        }
         std::vector<std::pair<TagName, std::string>> sorted(changes.begin(), changes.end());
         std::sort(sorted.begin(), sorted.end());
         for (const auto& [name, value] : sorted)
