@@ -445,7 +445,7 @@ TEST_F(ETReaderDecoding, NamesOutsideTheCatalogueAreShownAsExifToolNamesThem) {
     EXPECT_EQ(original(storage, "XMP:Title-de-CH"), "Quadrat");
     EXPECT_EQ(original(storage, "XMP:Rights-fr"), "Droit");
     EXPECT_EQ(original(storage, "XMP:CustomName"), "custom");
-    EXPECT_EQ(original(storage, "XMP:CustomList"), "a, b");
+    EXPECT_EQ(original(storage, "XMP:CustomList"), "a,b");
     EXPECT_EQ(original(storage, "XMP:CustomNumber"), "12");
     EXPECT_EQ(original(storage, "ICC_Profile:ProfileDescriptionML-ja-JP"), "RGB");
     EXPECT_EQ(original(storage, "CIFF:Model"), "Canon PowerShot A5");
