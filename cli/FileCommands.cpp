@@ -17,6 +17,7 @@
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
+#include "corvane/tag_value/TagValueChecker.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 #include "corvane/value_models/DateEdition.hpp"
@@ -313,7 +314,7 @@ int runSet(const SetOptions& options) {
                 error = "tag \"" + nameText + "\" is not editable";
             } else if (value.empty()) {
                 assignment.candidates.emplace_back(item->name(), value);
-            } else if (const CheckedValue checked = checkedTagValue(*item, value); !checked.ok()) {
+            } else if (const auto checked = TagValueChecker::check(*item, value); !checked.isValid()) {
                 error = checked.error;
             } else {
                 assignment.candidates.emplace_back(item->name(), checked.text);
@@ -359,6 +360,9 @@ int runSet(const SetOptions& options) {
         for (const auto& text : preset ? emptyPresetDateEditions(*preset) : std::vector<std::string>())
             reporter.error(*options.preset + ": the date edition " + text +
                            " changes no field: " + dateEditionSyntax);
+        for (const auto& text :
+             preset ? TagEditorPresets::invalidValues(*preset) : std::vector<std::string>())
+            reporter.error(*options.preset + ": " + text);
     } else if (!options.presetName.empty()) {
         reporter.error("--preset-name needs --preset");
     }

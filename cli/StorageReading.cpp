@@ -129,7 +129,7 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
                 for (const auto& file : listDottedFolder(path, recursive, reporter))
                     add(file);
             }
-        } else if (!ImportTagEditorsTask::canImportEditor(path)) {
+        } else if (!ImportTagEditorsTask::canReadFile(path)) {
             reporter.fileError(path, "File format is not supported");
         } else {
             add(path);
@@ -175,6 +175,7 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         settings.ignoreMinorErrors = false;
         settings.unfoldFolders = true;
         settings.unfoldRecursively = recursive;
+        settings.readUnlistedFormats = true;
         // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
         // read uninitialised (optimised sanitizer builds).
         auto task = ImportTagEditorsTask::create(settings);

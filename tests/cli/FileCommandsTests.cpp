@@ -304,13 +304,19 @@ TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
 }
 
 // Every file given or found in a folder is shown or reported: a name that isn't valid UTF-8 is
-// read like any other, and a folder's file of a format not read is named on standard error.
+// read and written like any other, a folder's file of a format not read is named on standard error,
+// and a file named alone is read whenever ExifTool reads it.
 TEST_F(FileCommands, everyFileIsShownOrReported) {
     const fs::path latin1 = folder / std::string("caf\xe9.jpg");
     makeJPEG(latin1);
     corvane::test::tagWithExifTool(latin1, {"-EXIF:Artist=Latin"});
     makeJPEG(folder / "plain.jpg");
     corvane::test::writeBytes(folder / "notes.txt", {'h', 'i'});
+    // A track log: no format of the media table, but ExifTool reads it.
+    const std::string gpx =
+        "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\" creator=\"test\"><trk><name>Walk</name>"
+        "</trk></gpx>\n";
+    const fs::path track = corvane::test::writeBytes(folder / "walk.gpx", {gpx.begin(), gpx.end()});
 
     auto run = corvane({"read", "--json", folder.path().string()}, scratch);
     EXPECT_EQ(run.exitCode, 0) << run.err;
@@ -321,10 +327,25 @@ TEST_F(FileCommands, everyFileIsShownOrReported) {
         if (tags.contains("EXIF:Artist")) sawLatin1 = tags["EXIF:Artist"] == "Latin";
     EXPECT_TRUE(sawLatin1) << run.out;
     EXPECT_NE(run.err.find("notes.txt: skipped"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("walk.gpx: skipped"), std::string::npos) << run.err;
 
     auto direct = corvane({"read", latin1.string()}, scratch);
     EXPECT_EQ(direct.exitCode, 0) << direct.err;
     EXPECT_NE(direct.out.find("EXIF:Artist\tLatin"), std::string::npos) << direct.out;
+
+    // A file named alone is read by ExifTool when the media table doesn't list its format.
+    auto log = corvane({"read", track.string()}, scratch);
+    EXPECT_EQ(log.exitCode, 0) << log.err;
+    EXPECT_NE(log.out.find("XMP:GpxTrkName\tWalk"), std::string::npos) << log.out;
+
+    // And written, named alone or found in its folder.
+    auto set = corvane({"set", "EXIF:Artist=Written", latin1.string()}, scratch);
+    EXPECT_EQ(set.exitCode, 0) << set.err;
+    EXPECT_NE(set.out.find("1 file updated"), std::string::npos) << set.out;
+    EXPECT_EQ(exifToolValue(latin1, "EXIF:Artist"), "Written");
+    auto folderSet = corvane({"set", "XMP:Title=Both", folder.path().string()}, scratch);
+    EXPECT_EQ(folderSet.exitCode, 0) << folderSet.err;
+    EXPECT_EQ(exifToolValue(latin1, "XMP:Title"), "Both");
 }
 
 // Dates are shown as the file holds them whatever the machine's zone, and a shift moves their
@@ -358,6 +379,22 @@ TEST_F(FileCommands, datesKeepTheirOwnClock) {
     EXPECT_EQ(exifToolValue(jpeg, "IPTC:DigitalCreationTime", true), "00:37:53-04:00");
     EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2023:05:06 12:25:40.5+03:00");
     EXPECT_EQ(exifToolValue(mov, "Keys:CreationDate", true), "2023:05:06 12:25:40+03:00");
+}
+
+// A language of an alternative text is a tag of its own under ExifTool's name for it: read, and
+// written where the text is writable; a language of a tag that doesn't exist is an unknown tag.
+TEST_F(FileCommands, languagesOfAlternativeTextsAreTagsOfTheirOwn) {
+    auto jpeg = makeJPEG(folder / "a.jpg");
+    auto set = corvane({"set", "XMP:Title=Square", "XMP:Title-de-CH=Quadrat", jpeg.string()}, scratch);
+    ASSERT_EQ(set.exitCode, 0) << set.err;
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title-de-CH"), "Quadrat");
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title"), "Square");
+
+    auto read = corvane({"read", jpeg.string()}, scratch);
+    EXPECT_NE(read.out.find("XMP:Title-de-CH\tQuadrat"), std::string::npos) << read.out;
+    auto unknown = corvane({"set", "XMP:NoSuchTitle-de=x", jpeg.string()}, scratch);
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_NE(unknown.err.find("unknown tag"), std::string::npos) << unknown.err;
 }
 
 } // namespace

@@ -141,8 +141,10 @@ TEST_F(ETReaderDecoding, MakerNotesAndQuickTimeKeysAreLookedUpUnderTheirOwnNames
               TagItem::find("QuickTime", "LensModel"));
     EXPECT_EQ(ETTagStorageReader::findTagItem("QuickTime", "Keys", "CameraFocalLength35mmEquivalent"),
               TagItem::find("QuickTime", "FocalLength35mm"));
-    EXPECT_EQ(ETTagStorageReader::findTagItem("QuickTime", "UserData", "CameraLensModel"), nullptr)
-        << "only the Keys group is searched again";
+    const TagItem* userData = ETTagStorageReader::findTagItem("QuickTime", "UserData", "CameraLensModel");
+    ASSERT_NE(userData, nullptr);
+    EXPECT_EQ(userData->name().rawValue(), "QuickTime:CameraLensModel")
+        << "only the Keys group is searched again; elsewhere the name is shown as it stands";
 
     const TagItem* canonItem = nullptr;
     for (const TagItem* item : TagStream::streamCanon.items())
@@ -426,6 +428,42 @@ TEST(ETReader, FinderResourcesOfTheFileAreRead) {
     const DynamicValue modified = storage.currentNativeValue(TagItem::itemFileFileModifyDate());
     ASSERT_NE(modified.dateValue(), nullptr);
     EXPECT_EQ(*modified.dateValue(), Date(1700000000));
+}
+
+// Names made from the file's content are shown under ExifTool's names: languages of alternative
+// texts (writable where the base text is), the Canon raw directory of a JPEG file under "CIFF",
+// and names of XMP namespaces the catalogue doesn't list (read only). Other families' unknown
+// names stay out.
+TEST_F(ETReaderDecoding, NamesOutsideTheCatalogueAreShownAsExifToolNamesThem) {
+    const TagStorage storage = decodeOne(R"(
+        "XMP:XMP-dc": {"Title": "Square", "Title-de-CH": "Quadrat", "Rights-fr": "Droit"},
+        "XMP:XMP-foo": {"CustomName": "custom", "CustomList": ["a", "b"], "CustomNumber": 12},
+        "ICC_Profile:ICC_Profile": {"ProfileDescriptionML-ja-JP": "RGB"},
+        "MakerNotes:CIFF": {"Model": "Canon PowerShot A5", "FocalLength": 5},
+        "MakerNotes:Canon": {"CanonImageSize": -1},
+        "File:System": {"MadeUpName": "x"})");
+    EXPECT_EQ(original(storage, "XMP:Title-de-CH"), "Quadrat");
+    EXPECT_EQ(original(storage, "XMP:Rights-fr"), "Droit");
+    EXPECT_EQ(original(storage, "XMP:CustomName"), "custom");
+    EXPECT_EQ(original(storage, "XMP:CustomList"), "a,b");
+    EXPECT_EQ(original(storage, "XMP:CustomNumber"), "12");
+    EXPECT_EQ(original(storage, "ICC_Profile:ProfileDescriptionML-ja-JP"), "RGB");
+    EXPECT_EQ(original(storage, "CIFF:Model"), "Canon PowerShot A5");
+    EXPECT_EQ(original(storage, "File:MadeUpName"), std::nullopt);
+    EXPECT_EQ(original(storage, "Canon:CanonImageSize"), "-1") << "a number out of the type's range is kept";
+
+    const TagItem* german = TagItem::find("XMP", "Title-de-CH");
+    ASSERT_NE(german, nullptr);
+    EXPECT_TRUE(german->isWritable());
+    EXPECT_TRUE(storage.canEditValue(german->name()));
+    EXPECT_FALSE(storage.canEditValue(*TagName::fromRawValue("XMP:CustomName")));
+    EXPECT_FALSE(storage.canEditValue(*TagName::fromRawValue("ICC_Profile:ProfileDescriptionML-ja-JP")));
+    EXPECT_FALSE(storage.canEditValue(*TagName::fromRawValue("CIFF:Model")));
+    // A language of a text that is no catalogue tag, or a suffix that is no language, is unknown
+    // until a file holds it.
+    EXPECT_EQ(TagItem::find("XMP", "Title-"), nullptr);
+    EXPECT_EQ(TagItem::find("XMP", "Title-not_a_language"), nullptr);
+    EXPECT_EQ(TagItem::find("XMP", "NeverSeen-de"), nullptr);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/helpers/detail/TextReplacement.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
+#include "corvane/tag_value/TagValueChecker.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
 
 namespace corvane {
@@ -21,8 +22,11 @@ void TagEditorPresets::storeText(const TagItem& item, const std::string& text, I
             value = insertion == Insertion::prepend ? text + item.valueSeparator() + current
                                                     : current + item.valueSeparator() + text;
     }
-    // A text that the converter refuses (letters for a number) gives nothing, which restores the
-    // tag, as any setter handed nothing does.
+    // A value the checker accepts is written in its canonical form, so "1/500" reaches an exposure
+    // time as the command line writes it. A text that the converter refuses (letters for a number)
+    // gives nothing, which restores the tag, as any setter handed nothing does.
+    if (auto checked = TagValueChecker::check(item, value); checked.isValid() && !value.empty())
+        value = std::move(checked.text);
     editor().setValue(item.stringValueFromNativeValue(DynamicValue(std::move(value))), item.name());
 }
 
@@ -105,6 +109,20 @@ void TagEditorPresets::apply(const PresetItemEntry& entry) const {
             // keep the current value: nothing to do
         },
         entry.edition().value());
+}
+
+std::vector<std::string> TagEditorPresets::invalidValues(const std::vector<PresetItemEntry>& entries) {
+    std::vector<std::string> found;
+    for (const PresetItemEntry& entry : entries) {
+        const TagItem* item = entry.tagName().item();
+        const auto* custom = entry.edition().getIf<UseCustomValueSettings>();
+        if (!item || !custom || item->type().isDateTimeOrPartial()) continue;
+        // A prepended or appended text must be a valid value on its own: an element of a list,
+        // a number of a sequence.
+        if (auto checked = TagValueChecker::check(*item, custom->value); !checked.isValid())
+            found.push_back(std::move(checked.error));
+    }
+    return found;
 }
 
 void TagEditorPresets::apply(const std::vector<PresetItemEntry>& entries) const {

@@ -41,6 +41,11 @@ public:
     // The entries in order, in one session of the edition manager: one batch in the history.
     void apply(const std::vector<PresetItemEntry>& entries) const;
 
+    // The custom values of the entries that their tags can't hold, one error each naming the tag
+    // and the value (see `TagValueChecker`); dates are date editions and are not checked here. A
+    // caller that refuses such a preset before applying it writes nothing the tags can't hold.
+    static std::vector<std::string> invalidValues(const std::vector<PresetItemEntry>& entries);
+
 private:
     enum class Insertion { replace, prepend, append };
     // The same three cases of either settings type.

@@ -8,6 +8,7 @@
 #include "corvane/tag_storages/FinderResources.hpp"
 #include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "corvane/tag_value/detail/DynamicTagItems.hpp"
 
 #include <exception>
 #include <limits>
@@ -262,7 +263,8 @@ private:
             pendingSourceFile_ = false;
             return true;
         case Level::group:
-            if (currentItem_) storeValue(keepsText_ && !text.empty() ? DynamicValue(text) : std::move(value));
+            if (currentItem_)
+                storeValue(keepsText_ && !text.empty() ? DynamicValue(text) : std::move(value), text);
             return true;
         case Level::value:
             arrays_.back().push_back(keepsText_ && !text.empty() ? DynamicValue(text) : std::move(value));
@@ -293,7 +295,8 @@ private:
         return groups_.emplace(key, std::move(info)).first->second;
     }
 
-    void storeValue(const DynamicValue& value) {
+    // `printed` is the number as ExifTool printed it, for a number out of the tag's range.
+    void storeValue(const DynamicValue& value, std::string_view printed = {}) {
         // A file may hold more numbers than the tag's table says (the count of an IFD entry is the
         // file's): ExifTool prints them all, and they are kept so rather than run together.
         const std::string* text = value.stringValue();
@@ -304,6 +307,8 @@ private:
         // file holds all the same: it is shown as ExifTool printed it, not dropped.
         if (!string && text && !trimAsciiWhiteSpace(*text).empty())
             string = std::string(trimAsciiWhiteSpace(*text));
+        // So is a number the tag's type can't hold (-1 in an unsigned tag).
+        if (!string && !text && !printed.empty()) string = std::string(printed);
         if (!string) return;
         if (!string->empty() && containsAny(*string, bannedValues_)) return;
         // The first occurrence of a name wins.
@@ -523,13 +528,16 @@ const TagItem* ETTagStorageReader::findTagItem(std::string_view g0, std::string_
     // Maker-note tags are filed under the maker's family 1 name.
     const std::string_view stream = g0 == TagStream::streamMakerNotes.rawValue() ? g1 : g0;
     if (const TagItem* item = catalogue.find(stream, rawKey)) return item;
-    if (g0 != TagStream::streamQuickTime.rawValue() || g1 != keysGroup) return nullptr;
-    // QuickTime "Keys" name some tags of the camera with a prefix and a suffix of their own.
-    std::string_view key = rawKey;
-    if (key.starts_with("Camera")) key.remove_prefix(6);
-    if (const TagItem* item = catalogue.find(TagStream::streamQuickTime.rawValue(), key)) return item;
-    if (key.ends_with("Equivalent")) key.remove_suffix(10);
-    return catalogue.find(TagStream::streamQuickTime.rawValue(), key);
+    if (g0 == TagStream::streamQuickTime.rawValue() && g1 == keysGroup) {
+        // QuickTime "Keys" name some tags of the camera with a prefix and a suffix of their own.
+        std::string_view key = rawKey;
+        if (key.starts_with("Camera")) key.remove_prefix(6);
+        if (const TagItem* item = catalogue.find(TagStream::streamQuickTime.rawValue(), key)) return item;
+        if (key.ends_with("Equivalent")) key.remove_suffix(10);
+        if (const TagItem* item = catalogue.find(TagStream::streamQuickTime.rawValue(), key)) return item;
+    }
+    // A name made from the file's content, or one the catalogue doesn't list: shown all the same.
+    return detail::DynamicTagItems::shared().itemForRead(g0, stream, rawKey);
 }
 
 } // namespace corvane

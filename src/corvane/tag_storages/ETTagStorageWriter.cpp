@@ -117,6 +117,50 @@ std::optional<nlohmann::ordered_json> listElements(const TagItem& item, const st
     return array;
 }
 
+// A JSON string of the bytes as they stand: quotes, backslashes and control characters escaped,
+// every other byte kept, also one that isn't UTF-8.
+std::string rawJSONString(const std::string& bytes) {
+    std::string text = "\"";
+    for (const char c : bytes) {
+        if (c == '"' || c == '\\') {
+            text += '\\';
+            text += c;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", static_cast<unsigned>(c));
+            text += escaped;
+        } else {
+            text += c;
+        }
+    }
+    return text + '"';
+}
+
+// The text of an import file. ExifTool finds a record's file by the bytes of "SourceFile", and
+// keeps the bytes of a JSON string as they stand, so a file name that isn't valid UTF-8 (a Latin-1
+// name) goes in as its raw bytes, which the JSON library refuses to write: such a name stands in
+// its record as a numbered mark until the text is made, then the mark is replaced.
+std::string importFileText(nlohmann::ordered_json records) {
+    std::vector<std::pair<std::string, std::string>> rawNames; // mark in the text, raw name
+    for (auto& record : records) {
+        const auto it = record.find("SourceFile");
+        if (it == record.end() || !it->is_string()) continue;
+        try {
+            (void)it->dump();
+            continue;
+        } catch (const nlohmann::json::exception&) {
+        }
+        const std::string mark = "\x01" + std::to_string(rawNames.size());
+        rawNames.emplace_back("\"SourceFile\": " + nlohmann::json(mark).dump(),
+                              "\"SourceFile\": " + rawJSONString(it->get<std::string>()));
+        *it = mark;
+    }
+    std::string text = records.dump(4);
+    for (const auto& [mark, raw] : rawNames)
+        if (const auto at = text.find(mark); at != std::string::npos) text.replace(at, mark.size(), raw);
+    return text;
+}
+
 } // namespace
 
 static_assert(TagStorageWriterType<ETTagStorageWriter>);
@@ -361,7 +405,7 @@ void ETTagStorageWriter::updateXMPToolkit(nlohmann::ordered_json& values) const 
 fs::path ETTagStorageWriter::createJSONFile(const nlohmann::ordered_json& records) {
     std::string bytes;
     try {
-        bytes = records.dump(4);
+        bytes = importFileText(records);
     } catch (const nlohmann::json::exception&) {
         throw WriteException(WriteError::jsonEncodingFailed);
     }

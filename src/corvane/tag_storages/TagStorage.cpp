@@ -41,12 +41,19 @@ std::optional<std::vector<std::string>> stringList(const DynamicValue& value) {
 } // namespace
 
 TagStorage::TagStorage(TagStorageSource source)
-    : source_(std::move(source)), temporaryURL_(corvane::temporaryURL(pathExtension(source_.url()))) {}
+    : source_(std::move(source)), temporaryURL_(corvane::temporaryURL(pathExtension(source_.url()))) {
+    readSourceType();
+}
 
 // --- Identity and descriptions
 
+void TagStorage::readSourceType() {
+    isFolder_ = source_.isFolder();
+    mediaType_ = MediaType::type(upperPathExtension(source_.url()));
+}
+
 std::optional<MediaType> TagStorage::mediaType() const {
-    return MediaType::type(upperPathExtension(source_.url()));
+    return mediaType_;
 }
 
 std::string TagStorage::folderSuffix() const {
@@ -141,9 +148,10 @@ bool TagStorage::hasValues(const TagStream& stream) const {
 TagAccess TagStorage::access(const TagName& tagName) const {
     if (isFolder()) return TagAccess::rwc;
     if (tagName.stream() == TagStream::streamFile) return TagAccess::rwc;
-    const std::optional<MediaType> type = mediaType();
-    if (!type) return TagAccess::rwc;
-    const TagAccess declared = type->access(tagName.stream());
+    // The storage's own record, not a copy: copies would count references to the one record of a
+    // format from every thread that reads a table's rows.
+    if (!mediaType_) return TagAccess::rwc;
+    const TagAccess declared = mediaType_->access(tagName.stream());
     if (declared != TagAccess::n) return declared;
     // A family the format doesn't declare: what the file holds may still be read and changed.
     return originalValues_.contains(tagName) ? TagAccess::rw : TagAccess::r;

@@ -48,6 +48,7 @@ public:
     TagStorage movedTo(TagStorageSource source) const {
         TagStorage moved(*this);
         moved.source_ = std::move(source);
+        moved.readSourceType();
         return moved;
     }
     const std::filesystem::path& temporaryURL() const { return temporaryURL_; }
@@ -70,7 +71,7 @@ public:
 
     // --- Identity and descriptions
 
-    bool isFolder() const { return source_.isFolder(); }
+    bool isFolder() const { return isFolder_; }
     bool isAsset() const { return source_.isAsset(); }
     // The media type of the source's path extension; a folder gives the folder type.
     std::optional<MediaType> mediaType() const;
@@ -156,8 +157,12 @@ public:
 private:
     bool isOriginalValue(const std::optional<std::string>& value, const TagName& tagName) const;
     std::string folderSuffix() const;
+    // Sets the two facts of the source's path below, which every access check asks for.
+    void readSourceType();
 
     TagStorageSource source_;
+    bool isFolder_ = false;
+    std::optional<MediaType> mediaType_;
     std::filesystem::path temporaryURL_;
     std::optional<bool> recurseSubfolders_;
     std::optional<ETPathFilter> filePathFilter_;

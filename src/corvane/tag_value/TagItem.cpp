@@ -2,6 +2,7 @@
 
 #include "corvane/converters/ArrayValueConverter.hpp"
 #include "corvane/tag_value/TagCatalogue.hpp"
+#include "corvane/tag_value/detail/DynamicTagItems.hpp"
 #include "corvane/utilities/FatalError.hpp"
 
 #include <array>
@@ -81,11 +82,13 @@ const std::vector<const TagItem*>& TagItem::allCases() {
 }
 
 const TagItem* TagItem::find(const TagName& name) {
-    return TagCatalogue::shared().find(name.stream().rawValue(), name.key().rawValue());
+    return find(name.stream().rawValue(), name.key().rawValue());
 }
 
 const TagItem* TagItem::find(std::string_view stream, std::string_view key) {
-    return TagCatalogue::shared().find(stream, key);
+    if (const TagItem* item = TagCatalogue::shared().find(stream, key)) return item;
+    // Names made from a file's content: languages of alternative texts, and names read before.
+    return detail::DynamicTagItems::shared().find(stream, key);
 }
 
 const TagItem& TagItem::require(std::string_view stream, std::string_view key) {

@@ -15,8 +15,9 @@ class TagItem;
 // A tag's full name: its family and its key, written "EXIF:Artist".
 class TagName {
 public:
-    TagName() = default;
-    TagName(TagStream stream, TagKey key) : stream_(std::move(stream)), key_(std::move(key)) {}
+    TagName() : hash_(hashOf(stream_, key_)) {}
+    TagName(TagStream stream, TagKey key)
+        : stream_(std::move(stream)), key_(std::move(key)), hash_(hashOf(stream_, key_)) {}
 
     // Parses "Stream:Key"; anything else gives no name.
     static std::optional<TagName> fromRawValue(std::string_view text);
@@ -28,7 +29,10 @@ public:
     static const TagName empty;
     bool isEmpty() const { return stream_.rawValue().empty() && key_.rawValue().empty(); }
 
-    friend bool operator==(const TagName&, const TagName&) = default;
+    // Names with different hashes differ: most unequal names are told apart without their texts.
+    friend bool operator==(const TagName& a, const TagName& b) {
+        return a.hash_ == b.hash_ && a.stream_ == b.stream_ && a.key_ == b.key_;
+    }
     // By stream text, then key text.
     friend std::strong_ordering operator<=>(const TagName& a, const TagName& b) {
         if (auto c = a.stream_.rawValue() <=> b.stream_.rawValue(); c != 0) return c;
@@ -64,9 +68,19 @@ public:
     // (width, height) pairs in the order TagEditor::imageSize() tries them.
     static const std::vector<std::pair<TagName, TagName>>& imageSizePairs();
 
+    // The hash of both texts, computed once: names are looked up in the value maps of every
+    // storage, often thousands of times for one row of a table.
+    std::size_t hash() const { return hash_; }
+
 private:
+    static std::size_t hashOf(const TagStream& stream, const TagKey& key) {
+        const std::size_t h = std::hash<std::string>()(stream.rawValue());
+        return h ^ (std::hash<std::string>()(key.rawValue()) + 0x9e3779b97f4a7c15ULL + (h << 6) + (h >> 2));
+    }
+
     TagStream stream_;
     TagKey key_;
+    std::size_t hash_;
 };
 
 inline const TagName TagName::empty{};
@@ -79,9 +93,5 @@ void from_json(const nlohmann::json& j, TagName& name);
 } // namespace corvane
 
 template <> struct std::hash<corvane::TagName> {
-    size_t operator()(const corvane::TagName& n) const noexcept {
-        size_t h = std::hash<std::string>()(n.stream().rawValue());
-        return h ^
-               (std::hash<std::string>()(n.key().rawValue()) + 0x9e3779b97f4a7c15ULL + (h << 6) + (h >> 2));
-    }
+    size_t operator()(const corvane::TagName& n) const noexcept { return n.hash(); }
 };

@@ -56,6 +56,11 @@ bool ImportTagEditorsTask::canImportEditor(const std::filesystem::path& url) {
     return type && supportedTypes().contains(*type);
 }
 
+bool ImportTagEditorsTask::canReadFile(const std::filesystem::path& url) {
+    const std::string key = upperPathExtension(url);
+    return !key.empty() && (!MediaType::type(key) || canImportEditor(url));
+}
+
 MediaType::Set ImportTagEditorsTask::types() const {
     MediaType::Set result = supportedTypes();
     if (settings_.allowedTypes)
@@ -70,11 +75,13 @@ std::vector<TagStorageSource> ImportTagEditorsTask::sourcesToImport(const MediaT
     };
     const bool unfold = settings_.unfoldFolders.value_or(false);
     const bool recursively = settings_.unfoldRecursively.value_or(false);
+    const bool readUnlisted = settings_.readUnlistedFormats.value_or(false);
     std::vector<TagStorageSource> result;
     result.reserve(settings_.sources.size());
     for (const TagStorageSource& source : settings_.sources) {
         if (!source.isFolder()) {
-            if (isKept(source.url())) result.push_back(source);
+            const bool unlisted = readUnlisted && !MediaType::type(upperPathExtension(source.url()));
+            if (isKept(source.url()) || unlisted) result.push_back(source);
         } else if (!unfold) {
             result.push_back(source);
         } else {

@@ -40,6 +40,12 @@ public:
         std::optional<bool> unfoldRecursively;
         // A further limit on the formats kept.
         std::optional<MediaType::Set> allowedTypes;
+        // Also read the files among `sources` (not those found in folders) whose extension is no
+        // format of the media table: ExifTool reads more formats than the table lists (track logs,
+        // icons, XMP saved as .xml). Absent counts as false. Such a storage has no media type,
+        // so the access rule of an unknown type applies to it; the in-process engine refuses it
+        // with `fileIsNotSupported`.
+        std::optional<bool> readUnlistedFormats;
     };
 
     enum class ProcessError { engineIsNotAvailable, fileIsNotSupported };
@@ -56,6 +62,9 @@ public:
 
     // The URL's extension names a format of the media table that the library supports.
     static bool canImportEditor(const std::filesystem::path& url);
+    // `canImportEditor`, or the URL has an extension that names no format of the media table: a
+    // file that an import with `readUnlistedFormats` hands to ExifTool.
+    static bool canReadFile(const std::filesystem::path& url);
     // Every format of the five media kinds that `KitSettings` supports.
     static MediaType::Set supportedTypes();
 

@@ -8,8 +8,12 @@
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_value/MediaKind.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "corvane/tag_value/TagValueChecker.hpp"
+#include "corvane/utilities/Error.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
+
+#include <mutex>
 
 namespace corvane {
 
@@ -152,12 +156,25 @@ ImportTagValuesTask::Values ImportTagValuesTask::filtered(Values values) const {
     return values;
 }
 
-void ImportTagValuesTask::applyValues(const Values& values) const {
+void ImportTagValuesTask::applyValues(const Values& values) {
     if (values.empty()) return;
+    std::mutex refusedMutex;
+    std::vector<std::string> refused;
     TagEditorArrayEditions(settings_.editors).editConcurrently([&](TagEditor& editor) {
-        for (const auto& [name, value] : SidecarReader::changesTo(editor.storage(), values))
+        const auto changes = SidecarReader::changesTo(editor.storage(), values);
+        // A value its tag can't hold refuses the whole file: nothing of the source reaches it.
+        const auto invalid = TagValueChecker::errors(changes);
+        if (!invalid.empty()) {
+            std::lock_guard lock(refusedMutex);
+            for (const auto& error : invalid)
+                refused.push_back(editor.source().url().string() + ": " + error);
+            return;
+        }
+        for (const auto& [name, value] : changes)
             editor.setValue(value, name);
     });
+    for (const auto& text : refused)
+        failable([&] { throw Error(text); });
 }
 
 } // namespace corvane

@@ -77,7 +77,7 @@ private:
     // Leaves out the excluded names and streams.
     Values filtered(Values values) const;
     // Sets on each editor the values that change it.
-    void applyValues(const Values& values) const;
+    void applyValues(const Values& values);
 
     const Settings settings_;
 };
