@@ -49,6 +49,9 @@ int main(int argc, char** argv) {
     corvane::cli::addPresetCommands(app, exitCode);
     corvane::cli::addTableCommands(app, exitCode);
     corvane::cli::addLibraryCommands(app, exitCode);
+    corvane::cli::addCleanCommands(app, exitCode);
+    corvane::cli::addGeotagCommands(app, exitCode);
+    corvane::cli::addImageCommands(app, exitCode);
     try {
         // CLI11 wants the arguments in reverse order.
         std::vector<std::string> arguments(argv + 1, argv + argc);
