@@ -5,6 +5,8 @@
 #include "corvane/task_support/detail/GeotagFormatFiles.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
+#include <exception>
+
 namespace corvane {
 
 namespace fs = std::filesystem;
@@ -103,7 +105,17 @@ void FolderExportGeotagTask::internProcess() {
         if (auto task = weakTask.lock()) setProgress(process.progress());
     };
     const auto output = ETProcess::run(input);
-    output.throwIfErrors();
+    std::exception_ptr fileErrors;
+    try {
+        output.throwIfErrors();
+    } catch (const ETOutputException& e) {
+        // Past minor errors, a file of the folder that ExifTool couldn't read is left out of the
+        // document, and its error joins the task's; a run that failed as a whole writes nothing.
+        const bool ignoreMinor = settings_.ignoreMinorErrors.value_or(true);
+        if (!ignoreMinor || e.error() != ETOutputError::exifToolErrors || output.data().empty()) throw;
+        fileErrors = std::current_exception();
+    }
+    if (fileErrors) failable([&] { std::rethrow_exception(fileErrors); });
     // ExifTool prints nothing, not even the head, for a folder without files.
     const auto& data = output.data();
     writeFileAtomically(*settings_.outputURL, data.empty() ? emptyDocument(settings_.format) : data);

@@ -14,7 +14,8 @@ namespace corvane {
 /// Writes where the files of a folder were taken as a GPX 1.1 track or a KML 2.2 document, with
 /// ExifTool's print formats: one point per file with a GPS position, named after the file, with its
 /// GPS time and altitude when it has them, in time order. Files without a position are left out. The
-/// output file is written whole or not at all; when ExifTool fails, no file is written.
+/// output file is written whole or not at all; when ExifTool fails, no file is written. A file that
+/// ExifTool can't read is left out, its error in `errors()`, unless minor errors stop the export.
 class FolderExportGeotagTask : public AbstractTask {
 public:
     enum class Format { gpx, kml };
