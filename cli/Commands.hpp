@@ -63,6 +63,15 @@ void addPhotosScriptCommands(CLI::App& app, int& exitCode);
 // `completion bash|zsh` and `manpage`: made from the definition of `app`, whatever it holds.
 void addCompletionCommands(CLI::App& app, int& exitCode);
 
+// `clean` (metadata families, the iTunes movie atom) and `fetch` (one tag of many files).
+void addCleanCommands(CLI::App& app, int& exitCode);
+
+// `geotag import`, `geotag export` and `gps`: positions from track logs, to GPX and KML, read fast.
+void addGeotagCommands(CLI::App& app, int& exitCode);
+
+// `image extract` and `image thumbnail`: embedded images out of files, thumbnails into them.
+void addImageCommands(CLI::App& app, int& exitCode);
+
 // The entries of the preset named `name` in the library `file`, or of its only preset when `name`
 // is empty; nothing, with the reason in `error`, when there is no such single preset.
 std::optional<std::vector<PresetItemEntry>> presetEntries(const std::string& file, const std::string& name,

@@ -78,6 +78,9 @@ int main(int argc, char** argv) {
     addTableCommands(app, exitCode);
     addLibraryCommands(app, exitCode);
     addPhotosScriptCommands(app, exitCode);
+    addCleanCommands(app, exitCode);
+    addGeotagCommands(app, exitCode);
+    addImageCommands(app, exitCode);
     addCompletionCommands(app, exitCode);
     try {
         // CLI11 wants the arguments in reverse order.

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "corvane/tag_storages/TagStorageSource.hpp"
+#include "corvane/utilities/CaseException.hpp"
+
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// Removes all metadata from files in one ExifTool run ("-all="). Built, run once and discarded;
+/// `clean()` blocks its caller.
+struct ETMetadataCleaner {
+    enum class ReadError { noFileProvided };
+    using ReadException = CaseException<ReadError>;
+
+    /// Let ExifTool fix maker-note offsets ("-F").
+    bool enableCorrection = false;
+    /// Minor errors become warnings ("-m").
+    bool ignoreMinorErrors = true;
+    /// Write each file in place, keeping its inode and extended attributes; else ExifTool keeps the
+    /// file as it was beside it, as "NAME_original".
+    bool overrideInPlace = true;
+    std::vector<TagStorageSource> storageSources;
+
+    /// Throws ReadException without sources, ETOutputException when the run fails.
+    void clean() const;
+};
+
+std::string_view message(ETMetadataCleaner::ReadError error);
+
+} // namespace corvane

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "corvane/tag_edition/AbstractTask.hpp"
+#include "corvane/tag_storages/TagStorageSource.hpp"
+#include "corvane/tag_value/TagName.hpp"
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// Reads one tag of many files in one ExifTool run, much faster than opening editors, and hands the
+/// values to a callback: each as ExifTool prints it (numbers as their text, a list joined with
+/// ", "), under the file's URL as the caller gave it. A file without the tag, or that ExifTool
+/// couldn't read, has no entry. The callback is called exactly once, on the thread that runs the
+/// task, also when the result is empty or the run failed; the failure is then in `errors()`.
+class FetchTagValuesTask : public AbstractTask {
+public:
+    using Values = std::map<std::filesystem::path, std::string>;
+    using Completion = std::function<void(const Values&)>;
+
+    struct Settings {
+        std::vector<TagStorageSource> sources;
+        TagName tagName;
+        Completion completion;
+    };
+
+    enum class ProcessError { sourcesAreMissing, completionIsMissing, outputIsInvalid };
+
+    explicit FetchTagValuesTask(Settings settings);
+    static std::shared_ptr<FetchTagValuesTask> create(Settings settings);
+
+    const Settings& settings() const { return settings_; }
+
+    /// The values of ExifTool's JSON output ("-j") for `sources`: each object's one value other
+    /// than "SourceFile", under the source it names. Throws outputIsInvalid when the text isn't an
+    /// array of objects.
+    static Values parseOutput(std::string_view data, const std::vector<TagStorageSource>& sources);
+
+    Priority priority() const override { return Priority::reading; }
+    std::string title() const override;
+
+protected:
+    void internProcess() override;
+
+private:
+    const Settings settings_;
+};
+
+std::string_view message(FetchTagValuesTask::ProcessError error);
+
+} // namespace corvane
