@@ -48,17 +48,8 @@ namespace fs = std::filesystem;
 using namespace corvane;
 using Clock = std::chrono::steady_clock;
 
-double timed(const std::function<void()>& work) {
-    const auto start = Clock::now();
-    work();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const auto n = values.size();
-    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
-}
+using bench::median;
+using bench::timed;
 
 // Times both sides `rounds` times, alternating which goes first, and prints the medians.
 void compare(const char* label, std::size_t files, int rounds, const std::function<void(int)>& corvane,
