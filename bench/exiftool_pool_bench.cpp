@@ -90,6 +90,35 @@ std::vector<fs::path> cleanJPEGs(const fs::path& corpus) {
     return files;
 }
 
+// Those of the files that ExifTool also writes an EXIF tag into: a file that one side can't write
+// would fail the comparison, not measure it.
+std::vector<fs::path> writableJPEGs(const std::vector<fs::path>& files, const fs::path& folder) {
+    const fs::path probes = folder / "probes";
+    fs::create_directories(probes);
+    std::vector<std::string> arguments = {
+        "-m", "-overwrite_original", "-EXIF:Artist=probe", "-efile", (folder / "failed.txt").string(), "--"};
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        arguments.push_back((probes / (std::to_string(i) + ".jpg")).string());
+        fs::copy_file(files[i], arguments.back());
+    }
+    try {
+        bench::runExifTool(arguments);
+    } catch (const std::exception&) {
+        // Its status says that some failed: they are listed.
+    }
+    std::ifstream failedList(folder / "failed.txt");
+    std::vector<std::string> failed;
+    for (std::string line; std::getline(failedList, line);)
+        failed.push_back(line);
+    std::vector<fs::path> writable;
+    for (std::size_t i = 0; i < files.size(); ++i)
+        if (std::find(failed.begin(), failed.end(), (probes / (std::to_string(i) + ".jpg")).string()) ==
+            failed.end())
+            writable.push_back(files[i]);
+    fs::remove_all(probes);
+    return writable;
+}
+
 // Runs a program with the arguments on its command line and its output drained; throws when it fails.
 void runProgram(const std::string& program, const std::vector<std::string>& arguments) {
     std::string command;
@@ -222,9 +251,9 @@ int main(int argc, char** argv) {
     const fs::path folder = fs::temp_directory_path() / ("corvane-pool-bench-" + std::to_string(getpid()));
     fs::create_directories(folder);
     try {
-        const auto originals = cleanJPEGs(corpus);
-        std::printf("%zu clean JPEGs; %d rounds, medians; pool of %zu processes\n", originals.size(), rounds,
-                    KitSettings::shared().exifToolProcessCount());
+        const auto originals = writableJPEGs(cleanJPEGs(corpus), folder);
+        std::printf("%zu clean, writable JPEGs; %d rounds, medians; pool of %zu processes\n",
+                    originals.size(), rounds, KitSettings::shared().exifToolProcessCount());
         for (auto count : counts)
             benchmarkBatch(originals, count, rounds, folder);
         benchmarkOneTag(originals.front(), rounds, folder);
