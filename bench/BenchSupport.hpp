@@ -3,15 +3,32 @@
 
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace corvane::bench {
+
+// Wall-clock seconds of a piece of work.
+inline double timed(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// The median of the rounds' times: one round slowed by the machine's other work doesn't count.
+inline double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    const auto n = values.size();
+    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
+}
 
 // An 8x8 grey baseline JFIF JPEG.
 inline const std::vector<std::uint8_t>& sampleJPEG() {

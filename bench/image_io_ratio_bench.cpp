@@ -47,17 +47,8 @@ namespace fs = std::filesystem;
 using namespace corvane;
 using Clock = std::chrono::steady_clock;
 
-double timed(const std::function<void()>& work) {
-    const auto start = Clock::now();
-    work();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const auto n = values.size();
-    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
-}
+using bench::median;
+using bench::timed;
 
 // "-EXIF:Artist" and the like: every catalogue tag that has an image I/O name.
 std::vector<std::string> mappedTagArguments() {

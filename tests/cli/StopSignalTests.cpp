@@ -1,5 +1,7 @@
-// `corvane set` stopped while ExifTool writes: by SIGTERM it stops ExifTool so that ExifTool cleans
-// up, removes its own files and exits 130; killed outright, its ExifTool still stops and cleans up.
+// `corvane set` stopped while ExifTool writes: by SIGINT or SIGTERM it stops ExifTool so that
+// ExifTool cleans up, removes its own files and exits 130; killed outright, its ExifTool still stops
+// and cleans up. The program's ExifTool processes are told apart by their environment (EXIFTOOL_HOME,
+// the folder of ExifTool's configuration file), which they inherit however they were started.
 #include "cli/CliRun.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -28,8 +30,8 @@ struct Batch {
     TemporaryFolder temporary{"corvane-stop-tmp"};
     TemporaryFolder tools{"corvane-stop-tools"};
     std::vector<std::string> paths;
-    // Put first in the program's PATH: ExifTool that pauses before a write, as it does on a large
-    // file, so that a stop lands while it works.
+    // ExifTool then pauses before each write, as it does on a large file, so that a stop lands
+    // while it works: its configuration file (Perl) wraps the reading of the import file.
     bool slowWrites = false;
 
     Batch() {
@@ -46,20 +48,19 @@ struct Batch {
     pid_t start() const {
         std::vector<std::string> arguments{CORVANE_CLI_PATH, "set", "XMP:Title=stopped", "--"};
         arguments.insert(arguments.end(), paths.begin(), paths.end());
-        if (slowWrites) {
-            const fs::path script = tools / "exiftool";
-            std::ofstream(script) << "#!/bin/sh\n"
-                                     "grep -q '^-json=' \"$2\" 2>/dev/null &&\n"
-                                     "  exec perl -e 'sleep 30; exec @ARGV' /usr/bin/exiftool \"$@\"\n"
-                                     "exec /usr/bin/exiftool \"$@\"\n";
-            fs::permissions(script, fs::perms::owner_all);
-        }
-        const std::string path =
-            tools.path().string() + ":" + (std::getenv("PATH") ? std::getenv("PATH") : "");
+        if (slowWrites)
+            std::ofstream(tools / ".ExifTool_config")
+                << "require Image::ExifTool::Import;\n"
+                   "{\n"
+                   "    no warnings 'redefine';\n"
+                   "    my $read = \\&Image::ExifTool::Import::ReadJSON;\n"
+                   "    *Image::ExifTool::Import::ReadJSON = sub ($$;$$) { sleep 30; goto &$read };\n"
+                   "}\n"
+                   "1;\n";
         const pid_t pid = ::fork();
         if (pid == 0) {
             ::setenv("TMPDIR", temporary.path().c_str(), 1);
-            ::setenv("PATH", path.c_str(), 1);
+            ::setenv("EXIFTOOL_HOME", tools.path().c_str(), 1);
             std::vector<char*> argv;
             for (auto& argument : arguments)
                 argv.push_back(const_cast<char*>(argument.c_str()));
@@ -94,14 +95,26 @@ struct Batch {
         return false;
     }
 
-    // ExifTool processes that still read an argument file of this batch.
+    // ExifTool processes started for this batch.
     bool exifToolRuns() const {
+        const std::string mark = "EXIFTOOL_HOME=" + tools.path().string();
         for (const auto& entry : fs::directory_iterator("/proc")) {
-            std::ifstream in(entry.path() / "cmdline", std::ios::binary);
-            const std::string line{std::istreambuf_iterator<char>(in), {}};
-            if (line.find(temporary.path().string()) != std::string::npos) return true;
+            std::ifstream in(entry.path() / "environ", std::ios::binary);
+            const std::string environment{std::istreambuf_iterator<char>(in), {}};
+            for (std::size_t at = 0; at < environment.size(); at = environment.find('\0', at) + 1) {
+                if (environment.compare(at, mark.size() + 1, mark + '\0') == 0 && !zombie(entry.path()))
+                    return true;
+                if (environment.find('\0', at) == std::string::npos) break;
+            }
         }
         return false;
+    }
+
+    static bool zombie(const fs::path& process) {
+        std::ifstream stat(process / "stat");
+        const std::string text{std::istreambuf_iterator<char>(stat), {}};
+        const auto close = text.rfind(')');
+        return close != std::string::npos && text.compare(close + 2, 1, "Z") == 0;
     }
 
     std::string output() const {
@@ -134,13 +147,16 @@ struct Batch {
     }
 };
 
-TEST(StopSignals, SIGTERMStopsTheWriteCleanlyAndExits130) {
+class StopSignals : public ::testing::TestWithParam<int> {};
+
+TEST_P(StopSignals, StopTheWriteCleanlyAndExit130) {
     Batch batch;
     const pid_t pid = batch.start();
     ASSERT_GT(pid, 0);
-    if (!batch.waitForWrite(pid)) GTEST_SKIP() << "the write ended before it could be stopped";
+    if (!batch.waitForWrite(pid))
+        GTEST_SKIP() << "the write ended before it could be stopped: " << batch.output();
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    ::kill(pid, SIGTERM);
+    ::kill(pid, GetParam());
     int status = 0;
     ASSERT_EQ(::waitpid(pid, &status, 0), pid);
     ASSERT_TRUE(WIFEXITED(status));
@@ -165,13 +181,17 @@ TEST(StopSignals, SIGTERMStopsTheWriteCleanlyAndExits130) {
     EXPECT_LE(titled, updated + unknown) << summary;
 }
 
-TEST(StopSignals, AKilledProgramLeavesNoExifToolBehind) {
+INSTANTIATE_TEST_SUITE_P(SIGINTAndSIGTERM, StopSignals, ::testing::Values(SIGINT, SIGTERM));
+
+TEST(StopSignal, AKilledProgramLeavesNoExifToolBehind) {
     Batch batch;
     batch.slowWrites = true;
     const pid_t pid = batch.start();
     ASSERT_GT(pid, 0);
-    if (!batch.waitForWrite(pid)) GTEST_SKIP() << "the write ended before it could be stopped";
+    if (!batch.waitForWrite(pid))
+        GTEST_SKIP() << "the write ended before it could be stopped: " << batch.output();
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    ASSERT_TRUE(batch.exifToolRuns()) << "the batch's ExifTool is found while it works";
     ::kill(pid, SIGKILL);
     ::waitpid(pid, nullptr, 0);
     const auto deadline = Clock::now() + std::chrono::seconds(10);

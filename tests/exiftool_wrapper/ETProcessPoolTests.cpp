@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -13,6 +14,10 @@
 
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "corvane/tag_value/TagName.hpp"
+#include "corvane/utilities/KitSettings.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -184,6 +189,102 @@ TEST(ETProcessPool, AStalledRunHitsItsTimeLimitAndItsProcessIsReplaced) {
     const auto next = process.execute(readInput({file}, {"-j", "-FileType"}));
     ASSERT_NO_THROW(next.throwIfErrors());
     EXPECT_EQ(records(next).at(0).at("FileType"), "JPEG");
+}
+
+TEST(ETProcessPool, AnIdleProcessThatNoLongerAnswersIsReplacedBeforeItTakesARun) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    auto pool = std::make_shared<ETProcessPool>(1);
+    pool->setIdleCheckAfter(std::chrono::milliseconds(0));
+    ETProcess process;
+    process.setPool(pool);
+    ASSERT_NO_THROW(process.execute(readInput({file})).throwIfErrors());
+    // Checked and still answering: kept.
+    const pid_t first = pool->processIDs().at(0);
+    ASSERT_NO_THROW(process.execute(readInput({file})).throwIfErrors());
+    ASSERT_EQ(pool->processIDs().at(0), first);
+
+    // Alive but stopped: the run would wait for its time limit on it.
+    ::kill(first, SIGSTOP);
+    auto input = readInput({file}, {"-j", "-FileType"});
+    input.timeLimit = std::chrono::seconds(20);
+    const auto start = std::chrono::steady_clock::now();
+    const auto output = process.execute(input);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    ASSERT_NO_THROW(output.throwIfErrors());
+    EXPECT_EQ(records(output).at(0).at("FileType"), "JPEG");
+    EXPECT_NE(pool->processIDs().at(0), first);
+    EXPECT_TRUE(waitForEnd(first));
+}
+
+TEST(ETProcessPool, ABatchSplitAcrossProcessesGivesWhatOneRunGives) {
+    TemporaryFolder folder;
+    const auto tagged = makeJPEG(folder / "tagged.jpg");
+    tagWithExifTool(tagged, {"-EXIF:Artist=Ann", "-overwrite_original"});
+    Paths files;
+    for (int i = 0; i < 60; ++i) {
+        files.push_back(folder / ("f" + std::to_string(i) + ".jpg"));
+        std::filesystem::copy_file(tagged, files.back());
+    }
+    // Errors in both shares stay with their files.
+    files[5] = folder / "missing-5.jpg";
+    files[50] = folder / "missing-50.jpg";
+    auto input = readInput(files, {"-j", "-EXIF:Artist"});
+    std::vector<double> progress;
+    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
+
+    const auto alone = ETProcess::run(input);
+    auto pool = std::make_shared<ETProcessPool>(2);
+    ETProcess process;
+    process.setPool(pool);
+    auto& settings = KitSettings::shared();
+    const auto savedSplit = settings.exifToolBatchSplit();
+    settings.setExifToolBatchSplit(2);
+    progress.clear();
+    const auto split = process.execute(input);
+    settings.setExifToolBatchSplit(savedSplit);
+
+    EXPECT_EQ(pool->processIDs().size(), 2u) << "both processes took a share";
+    EXPECT_EQ(records(split), records(alone));
+    EXPECT_EQ(split.messages(), alone.messages());
+    ASSERT_EQ(split.errors().size(), 2u);
+    EXPECT_EQ(split.errors()[0].path, files[5]);
+    EXPECT_EQ(split.errors()[1].path, files[50]);
+    EXPECT_EQ(split.exitStatus(), alone.exitStatus());
+    EXPECT_THROW(split.throwIfErrors(), ETOutputException);
+    EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
+    ASSERT_FALSE(progress.empty());
+    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
+}
+
+TEST(ETProcessPool, TheLibrarysPoolFollowsTheSettingsAndItsReadersAndWritersShareIt) {
+    auto& settings = KitSettings::shared();
+    const auto saved = settings.exifToolProcessCount();
+    settings.setExifToolProcessCount(3);
+    const auto pool = ETProcessPool::shared();
+    ASSERT_TRUE(pool);
+    EXPECT_EQ(pool->size(), 3u);
+    EXPECT_EQ(ETProcessPool::shared(), pool);
+    settings.setExifToolProcessCount(0);
+    EXPECT_FALSE(ETProcessPool::shared());
+    settings.setExifToolProcessCount(1);
+    const auto single = ETProcessPool::shared();
+    ASSERT_TRUE(single);
+    EXPECT_NE(single, pool);
+
+    // A read and a write of a file: one ExifTool.
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    ETTagStorageReader::Settings readSettings({TagStorageSource(file)});
+    auto storages = ETTagStorageReader(readSettings).readStorages();
+    ASSERT_EQ(storages.size(), 1u);
+    const auto pid = single->processIDs().at(0);
+    auto storage = storages.begin()->second;
+    storage.setWrittenValues({{*TagName::fromRawValue("EXIF:Artist"), "Pooled"}});
+    ETTagStorageWriter(ETTagStorageWriter::Settings({storage})).write();
+    EXPECT_EQ(single->processIDs(), std::vector<pid_t>{pid});
+    EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "Pooled");
+    settings.setExifToolProcessCount(saved);
 }
 
 // Run under ThreadSanitizer by the lead.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "corvane/exiftool_wrapper/detail/ETArgumentFile.hpp"
+#include "corvane/exiftool_wrapper/detail/ETBatchSplit.hpp"
 #include "corvane/exiftool_wrapper/detail/ETRunOutput.hpp"
 
 using namespace corvane;
@@ -138,4 +139,48 @@ TEST(ETRunOutput, JSONReportsAreCollectedInEveryGroupingAndExcusedUnderIgnoreMin
     collectJSONMessages(R"({"Error":"x"})", command, messages, excused);
     collectJSONMessages(R"([{"Error":"x"})", command, messages, excused);
     EXPECT_TRUE(messages.empty());
+}
+
+TEST(ETBatchSplit, CutsALargeInputIntoBalancedContiguousSharesAndLeavesUnsafeOnesWhole) {
+    auto inputOf = [](std::size_t files, const std::function<std::filesystem::path(std::size_t)>& name) {
+        ETInput input;
+        for (std::size_t i = 0; i < files; ++i) {
+            ETInput::ArgumentsMaker group;
+            group.arguments = {"-j"};
+            group.url = name(i);
+            input.addGroup(group);
+        }
+        input.onProgressHandler = [](ETProcess&) {};
+        input.timeLimit = std::chrono::milliseconds(1234);
+        return input;
+    };
+    auto numbered = [](std::size_t i) { return "f" + std::to_string(i) + ".jpg"; };
+    const auto input = inputOf(101, numbered);
+    const auto shares = splitBatch(input, 4);
+    ASSERT_EQ(shares.size(), 4u);
+    std::vector<std::string> order;
+    for (const auto& share : shares) {
+        EXPECT_GE(share.groups().size(), 25u);
+        EXPECT_LE(share.groups().size(), 26u);
+        EXPECT_EQ(share.timeLimit, input.timeLimit);
+        EXPECT_FALSE(share.onProgressHandler);
+        for (const auto& group : share.groups())
+            order.push_back(group.url->string());
+    }
+    std::vector<std::string> expected;
+    for (std::size_t i = 0; i < 101; ++i)
+        expected.push_back(numbered(i));
+    EXPECT_EQ(order, expected);
+
+    // Too few files for more shares than these.
+    EXPECT_EQ(splitBatch(input, 8).size(), 101 / minimumFilesPerShare);
+    EXPECT_EQ(splitBatch(inputOf(2 * minimumFilesPerShare - 1, numbered), 4).size(), 1u);
+    EXPECT_EQ(splitBatch(input, 1).size(), 1u);
+    // A folder, or a file named twice (written by two processes at once), keeps the run whole.
+    EXPECT_EQ(
+        splitBatch(inputOf(100, [&](std::size_t i) { return i == 70 ? "folder" : numbered(i); }), 4).size(),
+        1u);
+    EXPECT_EQ(
+        splitBatch(inputOf(100, [&](std::size_t i) { return i == 70 ? "./f3.jpg" : numbered(i); }), 4).size(),
+        1u);
 }

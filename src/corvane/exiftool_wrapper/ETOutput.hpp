@@ -64,8 +64,11 @@ public:
     const std::string& data() const { return data_; }
     // The files that ExifTool reported starting on, in order, from its "-progress" lines on standard
     // output (commands that print JSON report on standard error instead, and aren't listed). After
-    // a stopped run, each file before the last listed was done.
+    // a stopped run, each file listed was done unless it is among `unfinishedFiles()`.
     const std::vector<std::filesystem::path>& startedFiles() const { return startedFiles_; }
+    // After a stopped run, the started files that were under way when it stopped: the last one
+    // started by each process of the run.
+    const std::vector<std::filesystem::path>& unfinishedFiles() const { return unfinishedFiles_; }
     // The run's standard error as printed (without the run's own markers).
     const std::string& errorText() const { return errorText_; }
     // Every error and warning that ExifTool reported, in order.
@@ -102,6 +105,7 @@ private:
     std::optional<int> exitStatus_;
     std::vector<std::string> arguments_;
     std::vector<std::filesystem::path> startedFiles_;
+    std::vector<std::filesystem::path> unfinishedFiles_;
     bool finished_ = false;
 };
 

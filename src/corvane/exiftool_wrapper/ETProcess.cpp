@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <condition_variable>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -21,11 +22,13 @@
 
 #include "corvane/exiftool_wrapper/detail/ChildProcess.hpp"
 #include "corvane/exiftool_wrapper/detail/ETArgumentFile.hpp"
+#include "corvane/exiftool_wrapper/detail/ETBatchSplit.hpp"
 #include "corvane/exiftool_wrapper/detail/ETRunOutput.hpp"
 #include "corvane/exiftool_wrapper/detail/ETStayOpenProcess.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/JSONInput.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
+#include "corvane/utilities/KitSettings.hpp"
 
 namespace corvane {
 namespace {
@@ -312,6 +315,7 @@ ETOutput ETProcess::execute(const ETInput& input) {
         std::vector<std::string> started;
         const auto outChunks = detail::splitAtMarkers(run.out.text, run, true, &started);
         state.startedFiles_.assign(started.begin(), started.end());
+        if (state.processError_ && !started.empty()) state.unfinishedFiles_ = {started.back()};
         const auto errChunks = detail::splitAtMarkers(run.err.text, run, false);
         state.data_ = detail::joinOutputs(outChunks);
         for (const auto& c : errChunks)
@@ -326,6 +330,16 @@ ETOutput ETProcess::execute(const ETInput& input) {
 
     const auto limit = input.timeLimit ? *input.timeLimit : defaultTimeLimit(fileCount, folderCount);
     if (auto pool = this->pool()) {
+        if (splits_) {
+            const auto shares = std::min(pool->size(), KitSettings::shared().exifToolBatchSplit());
+            auto parts = detail::splitBatch(input, shares);
+            if (parts.size() > 1) {
+                if (!input.timeLimit)
+                    for (auto& part : parts)
+                        part.timeLimit = limit;
+                return executeShares(parts, pool, state, setProgress, finish);
+            }
+        }
         // A persistent process reads its arguments from one stream: a run with an argument that no
         // line can hold goes to a process of its own.
         detail::ETArgumentFile lines;
@@ -465,6 +479,94 @@ ETOutput ETProcess::execute(const ETInput& input) {
         state.processError_ = ETOutputError::abnormalTermination;
 
     return conclude();
+}
+
+ETOutput ETProcess::executeShares(std::vector<ETInput>& shares, const std::shared_ptr<ETProcessPool>& pool,
+                                  ETOutput& state, const std::function<void(double)>& setProgress,
+                                  const std::function<ETOutput()>& finish) {
+    struct Share {
+        ETProcess process;
+        double files = 0;
+        ETOutput output;
+    };
+    std::vector<std::unique_ptr<Share>> parts;
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::size_t ended = 0;
+    bool moved = false;
+    double files = 0;
+    for (auto& input : shares) {
+        auto part = std::make_unique<Share>();
+        part->process.setPool(pool);
+        part->process.splits_ = false;
+        for (const auto& group : input.groups())
+            part->files += group.url ? 1 : 0;
+        files += part->files;
+        input.onProgressHandler = [&](ETProcess&) {
+            std::lock_guard lock(mutex);
+            moved = true;
+            changed.notify_one();
+        };
+        parts.push_back(std::move(part));
+    }
+    state.arguments_.clear();
+    publish(state);
+
+    // Each share runs on a thread of its own; this thread reports progress and passes a cancel on.
+    std::vector<std::thread> threads;
+    for (std::size_t k = 0; k < parts.size(); ++k)
+        threads.emplace_back([&, k] {
+            auto output = parts[k]->process.execute(shares[k]);
+            std::lock_guard lock(mutex);
+            parts[k]->output = std::move(output);
+            ++ended;
+            changed.notify_one();
+        });
+    {
+        std::unique_lock lock(mutex);
+        while (ended < parts.size()) {
+            changed.wait_for(lock, std::chrono::milliseconds(100));
+            // A share not yet under way misses a cancel: it is passed on until every share ended.
+            if (cancelRequested_.load() || detail::stopAllChildren().load())
+                for (auto& part : parts)
+                    part->process.cancel();
+            if (!moved) continue;
+            moved = false;
+            double done = 0;
+            for (const auto& part : parts)
+                done += part->files * part->process.progress();
+            lock.unlock();
+            setProgress(done / files);
+            lock.lock();
+        }
+    }
+    for (auto& thread : threads)
+        thread.join();
+
+    // One output, as one process would have given it.
+    std::vector<std::string> data;
+    for (auto& part : parts) {
+        auto& o = part->output;
+        data.push_back(std::move(o.data_));
+        state.errorText_ += o.errorText_;
+        state.messages_.insert(state.messages_.end(), o.messages_.begin(), o.messages_.end());
+        state.excusedErrors_.insert(state.excusedErrors_.end(), o.excusedErrors_.begin(),
+                                    o.excusedErrors_.end());
+        state.unknownLines_.insert(state.unknownLines_.end(), o.unknownLines_.begin(), o.unknownLines_.end());
+        state.arguments_.insert(state.arguments_.end(), o.arguments_.begin(), o.arguments_.end());
+        state.startedFiles_.insert(state.startedFiles_.end(), o.startedFiles_.begin(), o.startedFiles_.end());
+        state.unfinishedFiles_.insert(state.unfinishedFiles_.end(), o.unfinishedFiles_.begin(),
+                                      o.unfinishedFiles_.end());
+        if (o.processError_ && !state.processError_) state.processError_ = o.processError_;
+        // ExifTool's status of a run: that of its last command that didn't succeed.
+        if (o.exitStatus_ && (!state.exitStatus_ || *o.exitStatus_ != 0)) state.exitStatus_ = o.exitStatus_;
+    }
+    state.data_ = detail::joinOutputs(data);
+    if (state.processError_)
+        state.exitStatus_.reset();
+    else
+        setProgress(1);
+    return finish();
 }
 
 void ETProcess::debugProcessOutputIfEnabled() const {

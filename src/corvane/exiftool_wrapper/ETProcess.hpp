@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 #include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
@@ -33,6 +34,11 @@ struct ETRunState;
 // lines through the process's standard input, ended by a numbered "-execute"; its outcome is the same
 // as a run of its own (the exit status comes from "${status}" in the command markers). A pooled run
 // whose arguments can't all be lines runs on a process of its own.
+//
+// On a pool, a large input is split across several of its processes (as many as
+// `KitSettings::exifToolBatchSplit()` allows, and the pool has): each takes a contiguous share of
+// the groups, and their outputs are merged as if one process had run the input (the data in the
+// groups' order, the errors with their files, progress over all the files).
 //
 // One instance runs one input at a time (a second `execute` waits for the first); `output()`,
 // `progress()` and `cancel()` may be called from any thread.
@@ -78,6 +84,9 @@ public:
 
 private:
     void publish(const ETOutput& state);
+    ETOutput executeShares(std::vector<ETInput>& shares, const std::shared_ptr<ETProcessPool>& pool,
+                           ETOutput& state, const std::function<void(double)>& setProgress,
+                           const std::function<ETOutput()>& finish);
     void executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile& lines, detail::ETRunState& run,
                        std::chrono::steady_clock::time_point deadline, ETOutput& state,
                        const std::function<void(double)>& setProgress);
@@ -89,6 +98,8 @@ private:
     std::atomic<bool> running_{false};
     std::atomic<bool> cancelRequested_{false};
     std::shared_ptr<ETProcessPool> pool_;
+    // False for the processes that run the shares of a split input.
+    bool splits_ = true;
 };
 
 } // namespace corvane

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <sys/types.h>
 #include <thread>
 #include <vector>
@@ -26,7 +28,10 @@ struct ETStayOpenProcess;
 /// extensions, passwords, API settings) reaches the next. A process that dies is replaced at its
 /// next use (the run under way when it died fails with `abnormalTermination`); one that timed out,
 /// was cancelled or answered out of turn is stopped and replaced; every process is replaced after
-/// `maxRunsPerProcess` runs, which bounds what a long-lived Perl process may accumulate.
+/// `maxRunsPerProcess` runs, which bounds what a long-lived Perl process may accumulate. A process
+/// that stayed idle for `idleCheckAfter()` must answer a command that does nothing before it takes
+/// a run, else it is replaced (a stopped or stuck process is alive but would stall the run). A
+/// process started for another program, working folder or time zone than the run's is replaced too.
 ///
 /// The processes are started by a thread of the pool and stop when it ends: when the pool is
 /// destroyed, and when this process ends, however it ends (they get SIGINT as their parent-death
@@ -43,7 +48,16 @@ public:
     static std::size_t defaultSize();
     static constexpr int maxRunsPerProcess = 1000;
 
+    /// The pool the library's ExifTool readers and writers use, sized by
+    /// `KitSettings::exifToolProcessCount()`; none when that is 0. A new size makes a new pool;
+    /// the previous one ends when its last run has let go of it. The pool lives until the program
+    /// ends, and its processes with it (a forked child starts a pool of its own).
+    static std::shared_ptr<ETProcessPool> shared();
+
     std::size_t size() const { return size_; }
+    /// How long a process may stay idle before it is checked at its next use: 30 s by default.
+    std::chrono::milliseconds idleCheckAfter() const;
+    void setIdleCheckAfter(std::chrono::milliseconds interval);
     /// The process ids of the pool's ExifTool processes, idle or busy.
     std::vector<pid_t> processIDs() const;
 
@@ -52,10 +66,13 @@ private:
     // An idle, running process, started if needed; none (with `error` set) when it can't be
     // started. Blocks while `size()` processes are busy.
     std::unique_ptr<detail::ETStayOpenProcess> acquire(int& error);
+    // What a process must have been started with to take a run of this thread: the program, the
+    // working folder and the time zone.
+    static std::string startKey();
     // Gives a process back after a run: kept when `reusable`, else stopped.
     void release(std::unique_ptr<detail::ETStayOpenProcess> process, bool reusable);
 
-    std::unique_ptr<detail::ETStayOpenProcess> startOnPoolThread(int& error);
+    std::unique_ptr<detail::ETStayOpenProcess> startOnPoolThread(const std::string& key, int& error);
     void threadLoop();
 
     const std::size_t size_;
@@ -64,6 +81,7 @@ private:
     std::vector<std::unique_ptr<detail::ETStayOpenProcess>> idle_;
     std::vector<pid_t> busy_;
     std::size_t count_ = 0;
+    std::chrono::milliseconds idleCheckAfter_{30000};
 
     // The thread that starts the processes, so that they live as long as the pool and not only as
     // long as the thread of the run that needed them.

@@ -445,7 +445,10 @@ std::string_view message(ETTagStorageReader::ReadError error) {
 
 // --- Reader
 
-ETTagStorageReader::ETTagStorageReader(Settings settings) : settings_(std::move(settings)) {}
+ETTagStorageReader::ETTagStorageReader(Settings settings) : settings_(std::move(settings)) {
+    // The library's running ExifTool processes, unless the application switched them off.
+    process_.setPool(ETProcessPool::shared());
+}
 
 double ETTagStorageReader::progress() const {
     // The process keeps the figure apart from its output, so reading it copies nothing.

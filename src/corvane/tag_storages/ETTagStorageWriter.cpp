@@ -206,7 +206,10 @@ struct ETTagStorageWriter::ReportFiles {
 // --- Writer
 
 ETTagStorageWriter::ETTagStorageWriter(Settings settings)
-    : settings_(std::move(settings)), deletionMarker_(makeDeletionMarker()) {}
+    : settings_(std::move(settings)), deletionMarker_(makeDeletionMarker()) {
+    // The library's running ExifTool processes, unless the application switched them off.
+    process_.setPool(ETProcessPool::shared());
+}
 
 double ETTagStorageWriter::progress() const {
     // The process keeps the figure apart from its output, so reading it copies nothing.
@@ -459,18 +462,18 @@ void ETTagStorageWriter::collectOutcomes(const std::vector<TagStorage>& storages
         } else if (!isFolder && listed(unchanged)) {
             outcome.status = FileOutcome::Status::unchanged;
         } else if (output.processError()) {
-            // A stopped run: a file that ExifTool finished (one started before the last) is
-            // written, the one under way unknown, the others not written.
-            const auto& started = output.startedFiles();
-            const auto at = std::find_if(started.begin(), started.end(), [&](const fs::path& path) {
-                return concerns(path, target, isFolder);
-            });
+            // A stopped run: a file that ExifTool finished is written, one under way unknown, the
+            // others not written.
+            const auto startedIn = [&](const std::vector<fs::path>& files) {
+                return std::any_of(files.begin(), files.end(),
+                                   [&](const fs::path& path) { return concerns(path, target, isFolder); });
+            };
             outcome.reason = message(*output.processError());
-            if (isFolder || at == started.end())
+            if (isFolder || !startedIn(output.startedFiles()))
                 outcome.status = isFolder ? FileOutcome::Status::unknown : FileOutcome::Status::failed;
             else
-                outcome.status =
-                    at + 1 == started.end() ? FileOutcome::Status::unknown : FileOutcome::Status::written;
+                outcome.status = startedIn(output.unfinishedFiles()) ? FileOutcome::Status::unknown
+                                                                     : FileOutcome::Status::written;
             if (outcome.status == FileOutcome::Status::written) outcome.reason.clear();
         } else {
             outcome.status = FileOutcome::Status::written;

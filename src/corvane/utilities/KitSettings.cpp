@@ -2,7 +2,16 @@
 
 #include "corvane/Version.hpp"
 
+#include <algorithm>
+#include <thread>
+
 namespace corvane {
+
+namespace {
+std::size_t processorCount() {
+    return std::max(1u, std::thread::hardware_concurrency());
+}
+} // namespace
 
 KitSettings& KitSettings::shared() {
     // Built once, thread-safely, on first use; lives as long as the process.
@@ -15,7 +24,8 @@ KitSettings::KitSettings()
       nonAtomicUndoManager_(std::make_shared<UndoManager>()),
       nonAtomicUserDefaults_(UserDefaults::standardShared()),
       // Every metadata writer records itself in the files it writes.
-      nonAtomicXMPToolkit_(std::string("Corvane ") + CORVANE_VERSION) {}
+      nonAtomicXMPToolkit_(std::string("Corvane ") + CORVANE_VERSION),
+      nonAtomicExifToolProcessCount_(processorCount()), nonAtomicExifToolBatchSplit_(processorCount()) {}
 
 MediaType::Set KitSettings::supportedFileTypes() const {
     return atomic_.read([&] { return nonAtomicSupportedFileTypes_; });
@@ -73,6 +83,22 @@ std::string KitSettings::xmpToolkit() const {
 
 void KitSettings::setXmpToolkit(std::string toolkit) {
     atomic_.write([&] { nonAtomicXMPToolkit_ = std::move(toolkit); });
+}
+
+std::size_t KitSettings::exifToolProcessCount() const {
+    return atomic_.read([&] { return nonAtomicExifToolProcessCount_; });
+}
+
+void KitSettings::setExifToolProcessCount(std::size_t count) {
+    atomic_.write([&] { nonAtomicExifToolProcessCount_ = count; });
+}
+
+std::size_t KitSettings::exifToolBatchSplit() const {
+    return atomic_.read([&] { return nonAtomicExifToolBatchSplit_; });
+}
+
+void KitSettings::setExifToolBatchSplit(std::size_t count) {
+    atomic_.write([&] { nonAtomicExifToolBatchSplit_ = count; });
 }
 
 std::filesystem::path KitSettings::localizationDirectory() const {

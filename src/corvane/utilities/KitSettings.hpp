@@ -6,6 +6,7 @@
 #include "corvane/utilities/EngineOption.hpp"
 #include "corvane/utilities/UserDefaults.hpp"
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -53,6 +54,17 @@ public:
     std::string xmpToolkit() const;
     void setXmpToolkit(std::string toolkit);
 
+    // How many ExifTool processes the library keeps running between runs, shared by its readers
+    // and writers (see ETProcessPool::shared()): by default one per processor. 0 switches them off:
+    // every run then starts an ExifTool of its own.
+    std::size_t exifToolProcessCount() const;
+    void setExifToolProcessCount(std::size_t count);
+    // Across how many of those processes one large batch is split, each taking a contiguous share
+    // of its files, the results merged in the batch's order: by default one per processor; 1 (or
+    // 0) never splits.
+    std::size_t exifToolBatchSplit() const;
+    void setExifToolBatchSplit(std::size_t count);
+
     // Folder of translations of the string tables ("<language>.res" files);
     // empty for the default search path (see Localizer).
     std::filesystem::path localizationDirectory() const;
@@ -72,6 +84,8 @@ private:
     EngineOption nonAtomicEngineOption_ = availableEngineOption();
     std::vector<std::string> nonAtomicExtraArguments_;
     std::string nonAtomicXMPToolkit_;
+    std::size_t nonAtomicExifToolProcessCount_;
+    std::size_t nonAtomicExifToolBatchSplit_;
     std::filesystem::path nonAtomicLocalizationDirectory_;
     std::string nonAtomicLocalizationLanguage_;
 };

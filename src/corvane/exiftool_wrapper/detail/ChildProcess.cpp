@@ -113,6 +113,8 @@ pid_t spawnChild(const std::vector<std::string>& arguments, int inFd, int outFd,
 int stopChild(pid_t pid, std::chrono::milliseconds grace) {
     int status = 0;
     if (::kill(-pid, SIGINT) != 0) ::kill(pid, SIGINT);
+    // A stopped process acts on SIGINT only once it goes on.
+    if (::kill(-pid, SIGCONT) != 0) ::kill(pid, SIGCONT);
     const auto deadline = std::chrono::steady_clock::now() + grace;
     while (std::chrono::steady_clock::now() < deadline) {
         const pid_t r = ::waitpid(pid, &status, WNOHANG);

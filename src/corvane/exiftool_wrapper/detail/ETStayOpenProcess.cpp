@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
+#include <string>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -61,6 +63,46 @@ bool ETStayOpenProcess::isAlive() {
     if (r == 0) return true;
     reaped = r == pid;
     return false;
+}
+
+bool ETStayOpenProcess::answers(std::chrono::milliseconds limit) {
+    if (!isAlive()) return false;
+    const auto id = std::to_string(++runs);
+    const std::string request = "-ver\n-execute" + id + "\n";
+    const std::string ready = "{ready" + id + "}\n";
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    std::size_t sent = 0;
+    std::string answer;
+    char buffer[4096];
+    for (;;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0) return false;
+        pollfd fds[3] = {{out, POLLIN, 0}, {err, POLLIN, 0}, {in, POLLOUT, 0}};
+        if (::poll(fds, sent < request.size() ? 3 : 2, static_cast<int>(left.count())) < 0 && errno != EINTR)
+            return false;
+        if (sent < request.size() && (fds[2].revents & (POLLOUT | POLLERR | POLLHUP))) {
+            const auto n =
+                ::send(in, request.data() + sent, request.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+            if (n < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) return false;
+            if (n > 0) sent += static_cast<std::size_t>(n);
+        }
+        // Standard error stays empty for "-ver"; whatever is there is dropped with the check.
+        for (int k = 0; k < 2; ++k) {
+            if (!(fds[k].revents & (POLLIN | POLLHUP | POLLERR))) continue;
+            for (;;) {
+                const auto n = ::read(fds[k].fd, buffer, sizeof buffer);
+                if (n > 0) {
+                    if (k == 0) answer.append(buffer, static_cast<std::size_t>(n));
+                    continue;
+                }
+                if (n < 0 && errno == EINTR) continue;
+                if (n == 0 || (errno != EAGAIN && errno != EWOULDBLOCK)) return false;
+                break;
+            }
+        }
+        if (answer.ends_with(ready)) return true;
+    }
 }
 
 void ETStayOpenProcess::stop() {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <sys/types.h>
 
 namespace corvane::detail {
@@ -17,6 +19,11 @@ struct ETStayOpenProcess {
     int in = -1, out = -1, err = -1;
     // Runs executed so far: the next run is numbered runs + 1.
     int runs = 0;
+    // What the process was started with: a run that would start another program, in another
+    // folder (relative paths) or time zone, doesn't use it.
+    std::string startKey;
+    // When it was last given back idle.
+    std::chrono::steady_clock::time_point idleSince = std::chrono::steady_clock::now();
 
     ETStayOpenProcess() = default;
     ETStayOpenProcess(const ETStayOpenProcess&) = delete;
@@ -29,6 +36,9 @@ struct ETStayOpenProcess {
 
     // Whether the process is still running (reaps it if it ended).
     bool isAlive();
+    // Whether it answers a command that does nothing ("-ver") within `limit`: a process that is
+    // alive may still be stopped or stuck. Counts as a run.
+    bool answers(std::chrono::milliseconds limit);
     // SIGINT, then SIGKILL after a grace period; closes the streams.
     void stop();
 };

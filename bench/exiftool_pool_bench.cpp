@@ -1,0 +1,267 @@
+// Corvane's persistent ExifTool processes against ExifTool started by hand, on the same files.
+//
+//   exiftool_pool_bench [CORPUS_FOLDER] [ROUNDS] [COUNTS]
+//
+// Copies the corpus's clean JPEGs (those that ExifTool reads without an error or a warning and
+// writes back strictly; CORPUS_FOLDER defaults to $CORVANE_CORPUS) to N files, for each N of COUNTS
+// (default 1,300,1000), then times both sides of each comparison ROUNDS times (default 3), the
+// sides alternating which goes first, and prints the median of each and their ratio (below 1:
+// Corvane is faster):
+//   read     `corvane read --json FILES`  /  `exiftool -j -g0:1 -n -s -e -m FILES`
+//   save     `corvane set EXIF:Artist=V -- FILES`  /  `exiftool` with the writer's arguments
+//            (-G -s -n -f -XMP:XMPToolkit=... -json=FILE -overwrite_original_in_place FILES)
+//   api read an import through the library (no program start-up, the pool warm, the batch split
+//            across the pool's processes, then on one process)  /  the same `exiftool` read
+// and, on one file, the small job:
+//   one tag  the library fetching EXIF:Artist with its warm pool  /  `exiftool -EXIF:Artist FILE`
+// Every run changes the files' values, so that every save really writes.
+#include "BenchSupport.hpp"
+
+#include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "corvane/exiftool_wrapper/ETProcessPool.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/utilities/KitSettings.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#ifndef CORVANE_CLI_PATH
+#error "CORVANE_CLI_PATH must name the built corvane program"
+#endif
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace corvane;
+using Clock = std::chrono::steady_clock;
+
+using bench::median;
+using bench::timed;
+
+// Times both sides `rounds` times, alternating which goes first, and prints the medians.
+void compare(const char* label, std::size_t files, int rounds, const std::function<void(int)>& corvane,
+             const std::function<void(int)>& exiftool) {
+    std::vector<double> ours, theirs;
+    for (int round = 0; round < rounds; ++round) {
+        if (round % 2) {
+            ours.push_back(timed([&] { corvane(round); }));
+            theirs.push_back(timed([&] { exiftool(round); }));
+        } else {
+            theirs.push_back(timed([&] { exiftool(round); }));
+            ours.push_back(timed([&] { corvane(round); }));
+        }
+    }
+    const double a = median(ours), b = median(theirs);
+    std::printf("%-34s N=%-5zu corvane %8.4f s   exiftool %8.4f s   ratio %.3f\n", label, files, a, b, a / b);
+    std::fflush(stdout);
+}
+
+// The clean JPEGs of the corpus, from its index.
+std::vector<fs::path> cleanJPEGs(const fs::path& corpus) {
+    std::ifstream index(corpus / "INDEX.tsv");
+    if (!index) throw std::runtime_error("no INDEX.tsv in " + corpus.string());
+    std::vector<fs::path> files;
+    std::string line;
+    std::getline(index, line); // the header
+    while (std::getline(index, line)) {
+        std::vector<std::string> cells;
+        std::stringstream in(line);
+        for (std::string cell; std::getline(in, cell, '\t');)
+            cells.push_back(cell);
+        cells.resize(21);
+        // dest, ..., file_type (5), ..., write_test_strict (9), ..., error (19), warning (20)
+        if (cells[5] == "JPEG" && cells[9] == "True" && cells[19].empty() && cells[20].empty())
+            files.push_back(corpus / cells[0]);
+    }
+    if (files.empty()) throw std::runtime_error("the corpus index lists no clean JPEG");
+    return files;
+}
+
+// Those of the files that ExifTool also writes an EXIF tag into: a file that one side can't write
+// would fail the comparison, not measure it.
+std::vector<fs::path> writableJPEGs(const std::vector<fs::path>& files, const fs::path& folder) {
+    const fs::path probes = folder / "probes";
+    fs::create_directories(probes);
+    std::vector<std::string> arguments = {
+        "-m", "-overwrite_original", "-EXIF:Artist=probe", "-efile", (folder / "failed.txt").string(), "--"};
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        arguments.push_back((probes / (std::to_string(i) + ".jpg")).string());
+        fs::copy_file(files[i], arguments.back());
+    }
+    try {
+        bench::runExifTool(arguments);
+    } catch (const std::exception&) {
+        // Its status says that some failed: they are listed.
+    }
+    std::ifstream failedList(folder / "failed.txt");
+    std::vector<std::string> failed;
+    for (std::string line; std::getline(failedList, line);)
+        failed.push_back(line);
+    std::vector<fs::path> writable;
+    for (std::size_t i = 0; i < files.size(); ++i)
+        if (std::find(failed.begin(), failed.end(), (probes / (std::to_string(i) + ".jpg")).string()) ==
+            failed.end())
+            writable.push_back(files[i]);
+    fs::remove_all(probes);
+    return writable;
+}
+
+// Runs a program with the arguments on its command line and its output drained; throws when it fails.
+void runProgram(const std::string& program, const std::vector<std::string>& arguments) {
+    std::string command;
+    bench::appendQuoted(command, program);
+    for (const auto& argument : arguments) {
+        command.push_back(' ');
+        bench::appendQuoted(command, argument);
+    }
+    command.append(" 2>/dev/null");
+    FILE* pipe = popen(command.c_str(), "r");
+    if (!pipe) throw std::runtime_error("can't start " + program);
+    char buffer[1 << 16];
+    while (fread(buffer, 1, sizeof buffer, pipe) > 0) {
+    }
+    if (pclose(pipe) != 0) throw std::runtime_error(program + " failed");
+}
+
+std::vector<std::string> withFiles(std::vector<std::string> arguments, const std::vector<fs::path>& files) {
+    for (const auto& file : files)
+        arguments.push_back(file.string());
+    return arguments;
+}
+
+void benchmarkBatch(const std::vector<fs::path>& originals, std::size_t count, int rounds,
+                    const fs::path& folder) {
+    const fs::path copies = folder / ("n" + std::to_string(count));
+    fs::create_directories(copies);
+    std::vector<fs::path> files;
+    for (std::size_t i = 0; i < count; ++i) {
+        files.push_back(copies / ("img_" + std::to_string(i) + ".jpg"));
+        fs::copy_file(originals[i % originals.size()], files.back());
+    }
+    const auto exiftool = ETProcess::executableURL().string();
+    const auto plainRead = withFiles({"-j", "-g0:1", "-n", "-s", "-e", "-m", "--"}, files);
+    auto exiftoolRead = [&](int) { runProgram(exiftool, plainRead); };
+
+    compare(
+        "read (program)", count, rounds,
+        [&](int) {
+            runProgram(CORVANE_CLI_PATH, withFiles({"read", "--json", "--"}, files));
+        },
+        exiftoolRead);
+
+    const fs::path json = folder / "import.json";
+    compare(
+        "save (program)", count, rounds,
+        [&](int round) {
+            runProgram(CORVANE_CLI_PATH,
+                       withFiles({"set", "EXIF:Artist=Corvane " + std::to_string(round), "--"}, files));
+        },
+        [&](int round) {
+            nlohmann::json records = nlohmann::json::array();
+            for (const auto& file : files)
+                records.push_back(
+                    {{"SourceFile", file.string()}, {"EXIF:Artist", "ExifTool " + std::to_string(round)}});
+            std::ofstream(json) << records.dump();
+            runProgram(exiftool, withFiles({"-G", "-s", "-n", "-f", "-m",
+                                            "-XMP:XMPToolkit=" + KitSettings::shared().xmpToolkit(),
+                                            "-json=" + json.string(), "-overwrite_original_in_place", "--"},
+                                           files));
+        });
+
+    std::vector<TagStorageSource> sources(files.begin(), files.end());
+    auto libraryRead = [&](int) {
+        ETTagStorageReader::Settings settings(sources);
+        settings.setupDefaultBannedValues();
+        settings.setEnableRawValues(true);
+        settings.setEnableShortTags(true);
+        settings.setDisableComposite(true);
+        settings.setIgnoreMinorErrors(true);
+        if (ETTagStorageReader(settings).readStorages().size() != files.size())
+            throw std::runtime_error("the library's read missed files");
+    };
+    libraryRead(0); // the pool's processes start here, not in the timed runs
+    auto& kit = KitSettings::shared();
+    const auto split = kit.exifToolBatchSplit();
+    compare("read (library, split)", count, rounds, libraryRead, exiftoolRead);
+    kit.setExifToolBatchSplit(1);
+    compare("read (library, one process)", count, rounds, libraryRead, exiftoolRead);
+    kit.setExifToolBatchSplit(split);
+    fs::remove_all(copies);
+}
+
+void benchmarkOneTag(const fs::path& original, int rounds, const fs::path& folder) {
+    const fs::path file = folder / "one.jpg";
+    fs::copy_file(original, file);
+    bench::runExifTool({"-overwrite_original", "-EXIF:Artist=One tag", file.string()});
+    const auto exiftool = ETProcess::executableURL().string();
+    ETProcess process;
+    process.setPool(ETProcessPool::shared());
+    ETInput input;
+    input.addArguments(std::vector<fs::path>{file}, [](const fs::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.arguments = {"-EXIF:Artist"};
+        maker.url = url;
+    });
+    process.execute(input).throwIfErrors(); // warm
+    // Each side fetches the tag 20 times a round.
+    compare(
+        "one tag (library, warm pool; x20)", 1, rounds,
+        [&](int) {
+            for (int i = 0; i < 20; ++i) {
+                const auto output = process.execute(input);
+                output.throwIfErrors();
+                if (output.data().find("One tag") == std::string::npos) throw std::runtime_error("no value");
+            }
+        },
+        [&](int) {
+            for (int i = 0; i < 20; ++i)
+                runProgram(exiftool, {"-EXIF:Artist", file.string()});
+        });
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const char* fromEnvironment = std::getenv("CORVANE_CORPUS");
+    const fs::path corpus = argc > 1 ? fs::path(argv[1]) : fs::path(fromEnvironment ? fromEnvironment : "");
+    const int rounds = argc > 2 ? std::max(1, std::stoi(argv[2])) : 3;
+    std::vector<std::size_t> counts = {1, 300, 1000};
+    if (argc > 3) {
+        counts.clear();
+        std::stringstream in(argv[3]);
+        for (std::string n; std::getline(in, n, ',');)
+            counts.push_back(std::stoul(n));
+    }
+    if (corpus.empty() || !fs::exists(corpus / "INDEX.tsv")) {
+        std::printf("exiftool_pool_bench: skipped, no corpus (give its folder or set CORVANE_CORPUS)\n");
+        return 0;
+    }
+    const fs::path folder = fs::temp_directory_path() / ("corvane-pool-bench-" + std::to_string(getpid()));
+    fs::create_directories(folder);
+    try {
+        const auto originals = writableJPEGs(cleanJPEGs(corpus), folder);
+        std::printf("%zu clean, writable JPEGs; %d rounds, medians; pool of %zu processes\n",
+                    originals.size(), rounds, KitSettings::shared().exifToolProcessCount());
+        for (auto count : counts)
+            benchmarkBatch(originals, count, rounds, folder);
+        benchmarkOneTag(originals.front(), rounds, folder);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "exiftool_pool_bench: %s\n", e.what());
+        fs::remove_all(folder);
+        return 1;
+    }
+    fs::remove_all(folder);
+    return 0;
+}
