@@ -49,6 +49,7 @@ int main(int argc, char** argv) {
     corvane::cli::addPresetCommands(app, exitCode);
     corvane::cli::addTableCommands(app, exitCode);
     corvane::cli::addLibraryCommands(app, exitCode);
+    corvane::cli::addPhotoLibraryCommands(app, exitCode);
     try {
         // CLI11 wants the arguments in reverse order.
         std::vector<std::string> arguments(argv + 1, argv + argc);
