@@ -72,6 +72,10 @@ void addGeotagCommands(CLI::App& app, int& exitCode);
 // `image extract` and `image thumbnail`: embedded images out of files, thumbnails into them.
 void addImageCommands(CLI::App& app, int& exitCode);
 
+// `library list|add|set`: a photo library kept as a folder tree; `doctor`: what this installation
+// has (ExifTool, AtomicParsley, exiv2), the photo library and the sandbox's access.
+void addPhotoLibraryCommands(CLI::App& app, int& exitCode);
+
 // The entries of the preset named `name` in the library `file`, or of its only preset when `name`
 // is empty; nothing, with the reason in `error`, when there is no such single preset.
 std::optional<std::vector<PresetItemEntry>> presetEntries(const std::string& file, const std::string& name,

@@ -81,6 +81,7 @@ int main(int argc, char** argv) {
     addCleanCommands(app, exitCode);
     addGeotagCommands(app, exitCode);
     addImageCommands(app, exitCode);
+    addPhotoLibraryCommands(app, exitCode);
     addCompletionCommands(app, exitCode);
     try {
         // CLI11 wants the arguments in reverse order.

@@ -1,7 +1,7 @@
 // Import and save tasks on real files with the real ExifTool.
 #include "TaskTestSupport.hpp"
 
-#include "corvane/photos_library/PhotoLibrary.hpp"
+#include "corvane/photos_library/MemoryPhotoLibrary.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
@@ -217,9 +217,10 @@ TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
 }
 
 // A photo library that authorises or refuses, and records what it was asked.
-class RecordingLibrary : public PhotoLibrary {
+class RecordingLibrary : public MemoryPhotoLibrary {
 public:
-    explicit RecordingLibrary(bool authorise) : authorise_(authorise) {}
+    explicit RecordingLibrary(bool authorise)
+        : MemoryPhotoLibrary(fs::temp_directory_path()), authorise_(authorise) {}
     bool requestAuthorization() override {
         ++authorizationRequests;
         return authorise_;
