@@ -4,6 +4,7 @@
 
 #include "corvane/converters/ArrayValueConverter.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
+#include "corvane/tag_storages/detail/WritableValue.hpp"
 #include "corvane/value_models/CoordinateParser.hpp"
 
 #include <cmath>
@@ -201,6 +202,8 @@ CheckedValue checkedTagValue(const TagItem& item, const std::string& typed) {
 
     std::string text = typed;
     if (type.isFloat()) text = withFractionsRead(text);
+    // "inf", "nan", "1e999": the converters read them, the writers refuse them; say so now.
+    if (auto why = detail::unwritableValueReason(item, text)) return CheckedValue{{}, *why};
     const auto converter = item.converter();
     const auto canonical = converter->stringValueFromStringValue(text);
     if (!canonical) return refuse({});
