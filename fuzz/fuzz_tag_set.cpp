@@ -1,0 +1,15 @@
+// Tag sets as stored in user defaults, written back when read.
+
+#include "FuzzInput.hpp"
+
+#include "corvane/tag_set/TagSet.hpp"
+
+using namespace corvane;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    try {
+        (void)TagSet::fromJSONData(fuzz::text(data, size)).jsonData();
+    } catch (const Error&) { // the decoding errors and the nesting check
+    }
+    return 0;
+}

@@ -1,0 +1,15 @@
+// Tag-set files as found on disk or in user defaults, written back when read.
+
+#include "FuzzInput.hpp"
+
+#include "corvane/tag_set/TagSetFile.hpp"
+
+using namespace corvane;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    try {
+        (void)TagSetFile::fromJSONData(fuzz::text(data, size)).jsonData();
+    } catch (const Error&) { // the decoding error and the nesting check
+    }
+    return 0;
+}
