@@ -2,6 +2,8 @@
 
 // What the targets share: the input as text, split into the parts a target needs.
 
+#include "corvane/utilities/Error.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -26,6 +28,15 @@ inline std::pair<std::string_view, std::string_view> firstLineAndRest(std::strin
     const auto at = input.find('\n');
     if (at == std::string_view::npos) return {input, {}};
     return {input.substr(0, at), input.substr(at + 1)};
+}
+
+// A library file read with `File::fromJSONData` and, when it reads, written back; its documented
+// errors derive from Error.
+template <class File> void readAndWriteBack(std::string_view input) {
+    try {
+        (void)File::fromJSONData(input).jsonData();
+    } catch (const Error&) {
+    }
 }
 
 } // namespace corvane::fuzz

@@ -7,9 +7,6 @@
 using namespace corvane;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    try {
-        (void)TagSetFile::fromJSONData(fuzz::text(data, size)).jsonData();
-    } catch (const Error&) { // the decoding error and the nesting check
-    }
+    fuzz::readAndWriteBack<TagSetFile>(fuzz::text(data, size));
     return 0;
 }
