@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace corvane {
 namespace {
@@ -240,6 +241,27 @@ TEST(EditionLocationTest, SetLocationSpreadsOverTheFamiliesTheFormatHas) {
     TagEditorEditions(*movie).setLocation(TypedTagValue<Location>::clear());
     EXPECT_FALSE(current(movie, TagItem::itemQuickTimeGPSCoordinates()));
     EXPECT_FALSE(TagEditorEditions(*movie).gpsCoordinate());
+}
+
+// An infinite or huge latitude (from a run of 310 digits, or 2^63) has no ISO 6709 text: it is
+// refused before any family changes, rather than stopping the process in the writer.
+TEST(EditionLocationTest, PositionsOffTheGlobeAreRefusedBeforeAnyFamilyChanges) {
+    auto movie = editorWith({}, "/m/clip.mov");
+    for (const Coordinate& off :
+         {Coordinate(std::numeric_limits<double>::infinity(), 1), Coordinate(9.3e18, 1), Coordinate(45, 181),
+          Coordinate(std::numeric_limits<double>::quiet_NaN(), 0)}) {
+        EXPECT_THROW(TagEditorEditions(*movie).setGPSCoordinate(TypedTagValue<Coordinate>::value(off)),
+                     Error);
+        EXPECT_THROW(TagEditorEditions(*movie).setLocation(TypedTagValue<Location>::value(
+                         Location(off.latitude().value(), off.longitude().value()))),
+                     Error);
+        EXPECT_THROW(
+            QuickTimeAccessor(*movie).setQuicktimeGPSCoordinate(TypedTagValue<Coordinate>::value(off)),
+            Error);
+    }
+    EXPECT_FALSE(movie->isEdited());
+    TagEditorEditions(*movie).setGPSCoordinate(TypedTagValue<Coordinate>::value(Coordinate(-90, 180)));
+    EXPECT_EQ(QuickTimeAccessor(*movie).quicktimeGPSCoordinate(), Coordinate(-90, 180));
 }
 
 TEST(EditionLocationTest, GPSCoordinatePrefersQuickTimeThenEXIFThenXMP) {

@@ -276,10 +276,38 @@ icu::UnicodeString todayText() {
 
 } // namespace
 
+namespace {
+
+// Whether `pattern` has a fractional-seconds field ("S" outside quoted text).
+bool hasFractionField(std::string_view pattern) {
+    bool quoted = false;
+    for (char c : pattern) {
+        if (c == '\'')
+            quoted = !quoted;
+        else if (c == 'S' && !quoted)
+            return true;
+    }
+    return false;
+}
+
+// ICU scales a fraction of n digits down by 10^(n-3) held in 32 bits: from 35 digits on that
+// factor wraps to 0 and the division stops the process. No date text holds that many digits.
+constexpr int32_t maxFractionTextDigits = 32;
+
+bool hasTooManyDigits(const icu::UnicodeString& text) {
+    int32_t digits = 0;
+    for (int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1))
+        if (u_isdigit(text.char32At(i)) && ++digits > maxFractionTextDigits) return true;
+    return false;
+}
+
+} // namespace
+
 std::optional<Date> DateTimeValueConverter::parse(const std::string& text, const std::string& pattern) {
     icu::SimpleDateFormat* formatter = threadFormatting().formatter(pattern);
     if (!formatter) return std::nullopt;
     icu::UnicodeString input = icu::UnicodeString::fromUTF8(text);
+    if (hasFractionField(pattern) && hasTooManyDigits(input)) return std::nullopt;
     icu::ParsePosition position(0);
     UDate udate = formatter->parse(input, position);
     if (position.getErrorIndex() >= 0 || position.getIndex() != input.length()) return std::nullopt;

@@ -187,7 +187,13 @@ nlohmann::json toJson(const DynamicValue& value) {
     return std::visit(Writer{}, value.storage);
 }
 
-DynamicValue dynamicValueFromJson(const nlohmann::json& j) {
+namespace {
+
+// Arrays within arrays deeper than any tag value: the conversion recurses, and a tree parsed
+// without a nesting check (10,000 brackets in a 19 KB value) would exhaust the stack.
+constexpr int maxArrayNesting = 64;
+
+DynamicValue fromJson(const nlohmann::json& j, int depth) {
     using nlohmann::json;
     switch (j.type()) {
     case json::value_t::null:
@@ -208,17 +214,27 @@ DynamicValue dynamicValueFromJson(const nlohmann::json& j) {
     case json::value_t::string:
         return j.get<std::string>();
     case json::value_t::array: {
+        if (depth >= maxArrayNesting) return {};
         DynamicArray out;
         out.reserve(j.size());
         for (const auto& element : j)
-            out.push_back(dynamicValueFromJson(element));
+            out.push_back(fromJson(element, depth + 1));
         return out;
     }
     case json::value_t::object:
     case json::value_t::binary:
+        // Printing recurses as deep as the object goes.
+        if (depth >= maxArrayNesting) return {};
         return OtherValue{j.dump()};
     }
     return {};
+}
+
+} // namespace
+
+// An array or object nested more than maxArrayNesting arrays deep gives nothing.
+DynamicValue dynamicValueFromJson(const nlohmann::json& j) {
+    return fromJson(j, 0);
 }
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #include "corvane/csv_support/EnumeratedCSVView.hpp"
 
 #include "corvane/csv_support/detail/CSVParsingState.hpp"
+#include "corvane/csv_support/detail/CellBudget.hpp"
 
 namespace corvane {
 using detail::CSVParsingState;
@@ -13,6 +14,8 @@ EnumeratedCSVView::EnumeratedCSVView(std::string_view text, const CSVDelimiter& 
                                [this](Row&& row) { rows_.push_back(std::move(row)); });
     if (!loadColumns) return;
     const std::size_t count = hasHeader ? header_.size() : (rows_.empty() ? 0 : rows_.front().size());
+    // Every column holds a cell for each row, short rows padded.
+    detail::CellBudget(text.size()).spend(count * rows_.size());
     Columns columns(count);
     for (std::size_t i = 0; i < count; ++i) {
         Column& column = columns[i];

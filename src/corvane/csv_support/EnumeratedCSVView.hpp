@@ -24,7 +24,8 @@ public:
     using Columns = std::vector<Column>;
 
     EnumeratedCSVView() = default;
-    // Throws CSVParseError.
+    // Throws CSVParseError, also when the columns, short rows padded, would hold more cells than
+    // twice the text's bytes plus 100,000.
     EnumeratedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
                       bool hasHeader = true, std::optional<std::size_t> rowLimit = std::nullopt);
 

@@ -1,6 +1,9 @@
 #include "corvane/csv_support/NamedCSVView.hpp"
 
 #include "corvane/csv_support/detail/CSVParsingState.hpp"
+#include "corvane/csv_support/detail/CellBudget.hpp"
+
+#include <algorithm>
 
 namespace corvane {
 using detail::CSVParsingState;
@@ -10,8 +13,16 @@ NamedCSVView::NamedCSVView(std::string_view text, const CSVDelimiter& delimiter,
     const char32_t d = delimiter.rawValue();
     CSVParsingState::enumArray(text, d, 0, 1,
                                [this](CSVParsingState::Row&& row) { header_ = std::move(row); });
+    // Each row holds every column of the header, the columns as many again.
+    detail::CellBudget budget(text.size());
+    const std::size_t width = std::max<std::size_t>(header_.size(), 1) * (loadColumns ? 2 : 1);
     CSVParsingState::enumDict(
-        header_, text, d, rowLimit, [this](Row&& row) { rows_.push_back(std::move(row)); }, 1);
+        header_, text, d, rowLimit,
+        [&](Row&& row) {
+            budget.spend(width);
+            rows_.push_back(std::move(row));
+        },
+        1);
     if (!loadColumns) return;
     Columns columns;
     columns.reserve(header_.size());

@@ -19,7 +19,9 @@ public:
 
     NamedCSVView() = default;
     // The first row is always the header; `hasHeader` is accepted for symmetry
-    // with EnumeratedCSVView. Throws CSVParseError.
+    // with EnumeratedCSVView. Throws CSVParseError, also for a table too large to hold: every
+    // row is padded to the header's width, and a view refuses more cells than twice the text's
+    // bytes plus 100,000 (blank lines under a wide header).
     NamedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
                  bool hasHeader = true, std::optional<std::size_t> rowLimit = std::nullopt);
 

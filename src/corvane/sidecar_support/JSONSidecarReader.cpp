@@ -21,8 +21,16 @@ std::string_view message(JSONSidecarReader::ReadError error) {
 }
 
 SidecarReader::Values JSONSidecarReader::readData(std::string_view data) const {
-    // Parse errors (syntax, invalid UTF-8) go to the caller as they are.
-    nlohmann::json root = parseJSONInput(data, "JSON sidecar");
+    // Parse errors (syntax, invalid UTF-8) go to the caller as they are; a number beyond a double
+    // ("1e400") is JSON the reader can't hold, the documented decoding failure.
+    nlohmann::json root;
+    try {
+        root = parseJSONInput(data, "JSON sidecar");
+    } catch (const nlohmann::json::parse_error&) {
+        throw;
+    } catch (const nlohmann::json::exception&) {
+        throw ReadException(ReadError::dataDecodingFailed);
+    }
     if (!root.is_object()) throw ReadException(ReadError::dataDecodingFailed);
 
     Values result;

@@ -18,8 +18,9 @@ public:
     // Thrown by the reader; `what()` is the message of the case.
     using ReadException = CaseException<ReadError>;
 
-    // Throws nlohmann::json::parse_error for text that isn't JSON (invalid UTF-8 included), and
-    // ReadException(dataDecodingFailed) for JSON whose root isn't an object.
+    // Throws nlohmann::json::parse_error for text that isn't JSON (invalid UTF-8 included),
+    // JSONNestingError for JSON nested too deep, and ReadException(dataDecodingFailed) for JSON
+    // whose root isn't an object or that holds a number beyond a double ("1e400").
     Values readData(std::string_view data) const override;
     // ReadException(stringDecodingFailed) for text that isn't UTF-8, then as `readData`.
     Values readString(std::string_view string) const override;

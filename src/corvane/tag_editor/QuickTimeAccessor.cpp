@@ -1,8 +1,12 @@
 #include "corvane/tag_editor/QuickTimeAccessor.hpp"
 
 #include "corvane/tag_editor/OrientationAccessor.hpp"
+#include "corvane/utilities/Error.hpp"
 #include "corvane/value_models/CoordinateParser.hpp"
 #include "corvane/value_models/CoordinateWriter.hpp"
+
+#include <cmath>
+#include <cstdio>
 
 namespace corvane {
 
@@ -12,8 +16,20 @@ std::optional<Coordinate> QuickTimeAccessor::quicktimeGPSCoordinate() const {
     return CoordinateParser::coordinate(*text);
 }
 
+void QuickTimeAccessor::requireOnGlobe(const Coordinate& coordinate) {
+    const double latitude = coordinate.latitude().value();
+    const double longitude = coordinate.longitude().value();
+    // Written so that NaN fails too.
+    if (std::fabs(latitude) <= 90 && std::fabs(longitude) <= 180) return;
+    char text[64];
+    std::snprintf(text, sizeof text, "%g, %g", latitude, longitude);
+    throw Error(TagItem::itemQuickTimeGPSCoordinates().name().rawValue() + ": the position " + text +
+                " is not on the globe");
+}
+
 void QuickTimeAccessor::setQuicktimeGPSCoordinate(const TypedTagValue<Coordinate>& value) const {
     static const CoordinateWriter writer;
+    if (const Coordinate* coordinate = value.getIf()) requireOnGlobe(*coordinate);
     setString(value.storageValue([](const Coordinate& c) { return writer.iso6709(c); }),
               TagItem::itemQuickTimeGPSCoordinates());
 }

@@ -20,7 +20,12 @@ public:
 
     // Parsed by CoordinateParser, in any notation it reads.
     std::optional<Coordinate> quicktimeGPSCoordinate() const;
-    // Written as ISO 6709 with CoordinateWriter's defaults.
+    // Throws the Error of setQuicktimeGPSCoordinate for a position off the globe; for callers that
+    // set several families and must refuse before the first.
+    static void requireOnGlobe(const Coordinate& coordinate);
+    // Written as ISO 6709 with CoordinateWriter's defaults. A position off the globe (latitude
+    // beyond 90 degrees, longitude beyond 180, or not finite: an overflowed or mistyped number)
+    // has no such text and throws Error naming the tag, before anything changes.
     void setQuicktimeGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
     void setQuicktimeGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
     // The coordinate and nothing else.

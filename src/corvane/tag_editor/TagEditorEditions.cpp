@@ -450,6 +450,8 @@ std::optional<Coordinate> TagEditorEditions::gpsCoordinate() const {
 }
 
 void TagEditorEditions::setGPSCoordinate(const TypedTagValue<Coordinate>& value) const {
+    // Refused before the first family changes, so that no family keeps half an edit.
+    if (const Coordinate* coordinate = value.getIf()) QuickTimeAccessor::requireOnGlobe(*coordinate);
     EditionManager::Session session(editor().manager());
     if (canWriteFamily(TagStream::streamEXIF)) EXIFAccessor(editor()).setExifGPSCoordinate(value);
     if (canWriteFamily(TagStream::streamXMP)) XMPAccessor(editor()).setXmpGPSCoordinate(value);
@@ -458,6 +460,7 @@ void TagEditorEditions::setGPSCoordinate(const TypedTagValue<Coordinate>& value)
 }
 
 void TagEditorEditions::setLocation(const TypedTagValue<Location>& value) const {
+    if (const Location* location = value.getIf()) QuickTimeAccessor::requireOnGlobe(location->coordinate());
     EditionManager::Session session(editor().manager());
     EXIFAccessor exif(editor());
     IPTCAccessor iptc(editor());

@@ -2,8 +2,10 @@
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_storages/FinderResources.hpp"
+#include "corvane/tag_storages/UnwritableValueError.hpp"
 #include "corvane/tag_storages/detail/FileReplacement.hpp"
 #include "corvane/tag_storages/detail/ImageDestination.hpp"
+#include "corvane/tag_storages/detail/WritableValue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagNameMapping.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
@@ -101,6 +103,7 @@ void CGTagStorageWriter::write(const TagStorage& storage) {
 void CGTagStorageWriter::writeFile(const TagStorage& storage, const fs::path& url) {
     const auto destination = settings_.destinations().find(url);
     const fs::path target = destination == settings_.destinations().end() ? url : destination->second;
+    if (auto reason = detail::unwritableStorageReason(storage)) throw UnwritableValueError(url, *reason);
     const auto properties = nativeValues(storage);
 
     // Nothing for the image I/O engine: the file itself is left alone, and a destination gets the

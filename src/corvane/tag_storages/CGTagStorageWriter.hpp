@@ -82,7 +82,8 @@ public:
     /// `typeIsUnknown` when its format can't be told, `destinationIsInvalid` when the engine doesn't
     /// write that format (it writes JPEG, PNG, TIFF, WebP and JPEG 2000; not HEIC, GIF, nor camera
     /// raw files, whose maker notes exiv2 can damage), `finalizeFailed` when the metadata can't be
-    /// written into it, `dataAreEmpty` when nothing came out; and
+    /// written into it, `dataAreEmpty` when nothing came out; `UnwritableValueError` when an
+    /// edited value can't be written as it stands (the file is left alone); and
     /// FileError when the result can't be stored.
     void write() override;
 

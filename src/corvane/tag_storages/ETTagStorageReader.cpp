@@ -240,8 +240,9 @@ public:
     bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) {
         if (auto parse = dynamic_cast<const nlohmann::json::parse_error*>(&error))
             parseError_ = std::make_exception_ptr(*parse);
-        else
-            parseError_ = std::make_exception_ptr(std::runtime_error(error.what()));
+        else // a number beyond a double ("1e400"): JSON, but not of a shape this reader takes
+            parseError_ = std::make_exception_ptr(
+                ETTagStorageReader::ReadException(ETTagStorageReader::ReadError::dataDecodingFailed));
         return false;
     }
 

@@ -4,6 +4,7 @@
 #include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_storages/FinderResources.hpp"
+#include "corvane/tag_storages/detail/WritableValue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
@@ -258,10 +259,25 @@ void ETTagStorageWriter::writeStorages(const std::vector<TagStorage>& storages) 
             fs::remove(url, error);
     };
 
+    // A storage holding a value that would reach its file as "inf" or as another number than the
+    // one typed isn't written at all: its outcome is a failure naming the tag.
+    std::vector<std::string> refusals(storages.size());
+    for (std::size_t i = 0; i < storages.size(); ++i)
+        refusals[i] = detail::unwritableStorageReason(storages[i]).value_or(std::string());
+    auto collect = [&] {
+        collectOutcomes(storages, sentToExifTool, reports);
+        for (std::size_t i = 0; i < storages.size(); ++i) {
+            if (refusals[i].empty()) continue;
+            outcomes_[i].status = FileOutcome::Status::failed;
+            outcomes_[i].reason = refusals[i];
+        }
+    };
+
     for (const auto& batch : splitStorages(storages)) {
         auto records = nlohmann::ordered_json::array();
         std::vector<const TagStorage*> written;
         for (const TagStorage* storage : batch) {
+            if (!refusals[static_cast<std::size_t>(storage - storages.data())].empty()) continue;
             if (auto record = importRecord(*storage)) {
                 records.push_back(std::move(*record));
                 written.push_back(storage);
@@ -291,17 +307,19 @@ void ETTagStorageWriter::writeStorages(const std::vector<TagStorage>& storages) 
     if (!input.isEmpty()) {
         try {
             const ETOutput output = process_.execute(input);
-            collectOutcomes(storages, sentToExifTool, reports);
+            collect();
             output.throwIfErrors();
         } catch (...) {
             removeJSONFiles();
             throw;
         }
     } else {
-        collectOutcomes(storages, sentToExifTool, reports);
+        collect();
     }
 
-    for (const auto& storage : storages) {
+    for (std::size_t i = 0; i < storages.size(); ++i) {
+        const TagStorage& storage = storages[i];
+        if (!refusals[i].empty()) continue;
         const FinderResources resources = storage.prepareFinderResourcesValues();
         if (resources.isEmpty()) continue;
         for (const auto& url : storage.listWriterFileURLs()) {

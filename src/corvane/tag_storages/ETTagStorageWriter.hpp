@@ -128,6 +128,9 @@ public:
     // The same work on another list of storages, without the start and end callbacks.
     void writeStorages(const std::vector<TagStorage>& storages);
     /// One outcome per storage of the last write, in the storages' order; also after a failure.
+    /// A storage with an edited value that can't be written as it stands (see
+    /// `UnwritableValueError`) isn't sent to ExifTool: its outcome is `failed`, the reason naming
+    /// the tag.
     const std::vector<FileOutcome>& outcomes() const { return outcomes_; }
 
     // The import record of one storage: "SourceFile" (the file, or "*" for every file of a folder),

@@ -2,6 +2,8 @@
 // choices, count, byte limit and kind of date.
 #include "corvane/tag_value/TagValueChecker.hpp"
 
+#include "corvane/tag_storages/detail/WritableValue.hpp"
+
 #include "corvane/converters/ArrayValueConverter.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_value/TagItem.hpp"
@@ -202,6 +204,8 @@ TagValueChecker::Result TagValueChecker::check(const TagItem& item, const std::s
 
     std::string text = typed;
     if (type.isFloat()) text = withFractionsRead(text);
+    // "inf", "nan", "1e999": the converters read them, the writers refuse them; say so now.
+    if (auto why = detail::unwritableValueReason(item, text)) return Result{{}, *why};
     const auto converter = item.converter();
     const auto canonical = converter->stringValueFromStringValue(text);
     if (!canonical) return refuse({});

@@ -5,6 +5,7 @@
 #include <unicode/unistr.h>
 
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <locale.h>
 
@@ -50,32 +51,38 @@ std::string anchored(const std::string& pattern) {
     return "^" + pattern + "$";
 }
 
+// Bounds on one match of one pattern: 20 steps are 200,000 operations of the
+// match engine, a few milliseconds, after which a runaway match gives up. A
+// text of maxTextLength characters that does match needs a small part of that.
+constexpr IcuRegex::MatchLimits limits{/*timeSteps=*/20, /*stackBytes=*/1024 * 1024};
+constexpr auto ci = IcuRegex::caseInsensitive;
+
 // Every pattern, compiled once for the whole process.
 struct Patterns {
-    IcuRegex latitudeISO{CoordinateParser::latitudeISO6709Pattern(), IcuRegex::caseInsensitive};
-    IcuRegex coordinateISO{CoordinateParser::coordinateISO6709Pattern(), IcuRegex::caseInsensitive};
-    IcuRegex latitudeDD{anchored(CoordinateParser::latitudeDDdddddPattern()), IcuRegex::caseInsensitive};
-    IcuRegex longitudeDD{anchored(CoordinateParser::longitudeDDdddddPattern()), IcuRegex::caseInsensitive};
-    IcuRegex latitudeDM{anchored(CoordinateParser::latitudeDDMMmmmPattern()), IcuRegex::caseInsensitive};
-    IcuRegex longitudeDM{anchored(CoordinateParser::longitudeDDMMmmmPattern()), IcuRegex::caseInsensitive};
-    IcuRegex latitudeDMS{anchored(CoordinateParser::latitudeDDMMSSsPattern()), IcuRegex::caseInsensitive};
-    IcuRegex longitudeDMS{anchored(CoordinateParser::longitudeDDMMSSsPattern()), IcuRegex::caseInsensitive};
+    IcuRegex latitudeISO{CoordinateParser::latitudeISO6709Pattern(), ci, limits};
+    IcuRegex coordinateISO{CoordinateParser::coordinateISO6709Pattern(), ci, limits};
+    IcuRegex latitudeDD{anchored(CoordinateParser::latitudeDDdddddPattern()), ci, limits};
+    IcuRegex longitudeDD{anchored(CoordinateParser::longitudeDDdddddPattern()), ci, limits};
+    IcuRegex latitudeDM{anchored(CoordinateParser::latitudeDDMMmmmPattern()), ci, limits};
+    IcuRegex longitudeDM{anchored(CoordinateParser::longitudeDDMMmmmPattern()), ci, limits};
+    IcuRegex latitudeDMS{anchored(CoordinateParser::latitudeDDMMSSsPattern()), ci, limits};
+    IcuRegex longitudeDMS{anchored(CoordinateParser::longitudeDDMMSSsPattern()), ci, limits};
     IcuRegex coordinateDD{
         CoordinateParser::makeCoordinatePattern(
             {CoordinateParser::latitudeDDdddddPattern(), CoordinateParser::longitudeDDdddddPattern()}),
-        IcuRegex::caseInsensitive};
+        ci, limits};
     IcuRegex coordinateDM{
         CoordinateParser::makeCoordinatePattern(
             {CoordinateParser::latitudeDDMMmmmPattern(), CoordinateParser::longitudeDDMMmmmPattern()}),
-        IcuRegex::caseInsensitive};
+        ci, limits};
     IcuRegex coordinateDMS{
         CoordinateParser::makeCoordinatePattern(
             {CoordinateParser::latitudeDDMMSSsPattern(), CoordinateParser::longitudeDDMMSSsPattern()}),
-        IcuRegex::caseInsensitive};
+        ci, limits};
     IcuRegex coordinateFreeDD{
         CoordinateParser::makeCoordinatePattern({CoordinateParser::latitudeDDdddddPattern(),
                                                  CoordinateParser::longitudeDDdddddPattern(), R"(\D*.*)"}),
-        IcuRegex::caseInsensitive};
+        ci, limits};
 };
 
 const Patterns& patterns() {
@@ -93,6 +100,7 @@ struct Candidates {
     bool decimal = true; // degrees, "deg", hemisphere letters, separators
     bool minutes = true; // the same with "min" and "'"
     bool seconds = true; // the same with "sec" and the double quotation mark
+    bool free = true;    // any text behind two numbers
 };
 
 // The input of every entry, decimal commas made full stops, with the
@@ -103,6 +111,9 @@ struct Input {
 };
 
 Input prepared(std::string_view text) {
+    // Too long a text is no candidate for any notation.
+    if (text.size() > CoordinateParser::maxTextLength)
+        return {{}, Candidates{false, false, false, false, false}};
     std::string s(text);
     Candidates c;
     bool leading = true;
@@ -153,6 +164,8 @@ std::optional<double> parseDouble(const std::string& s) {
     char* end = nullptr;
     const double v = strtod_l(s.c_str(), &end, cLocale);
     if (end != s.c_str() + s.size()) return std::nullopt;
+    // The patterns take digits only, so an infinity is an overflow: no position.
+    if (!std::isfinite(v)) return std::nullopt;
     return v;
 }
 
@@ -415,7 +428,7 @@ std::optional<Coordinate> CoordinateParser::coordinate(std::string_view text) {
     if (auto c = readPair(p.coordinateDD, in.candidates.decimal, in, parseDDddddd)) return c;
     if (auto c = readPair(p.coordinateDM, in.candidates.minutes, in, parseDDMMmmm)) return c;
     if (auto c = readPair(p.coordinateDMS, in.candidates.seconds, in, parseDDMMSSs)) return c;
-    return readPair(p.coordinateFreeDD, true, in, parseDDddddd);
+    return readPair(p.coordinateFreeDD, in.candidates.free, in, parseDDddddd);
 }
 
 std::optional<double> CoordinateParser::latitudeFromISO6709String(std::string_view text) {
@@ -447,7 +460,7 @@ std::optional<Coordinate> CoordinateParser::coordinateFromDDdddddString(std::str
 
 std::optional<Coordinate> CoordinateParser::coordinateFromFreeDDdddddString(std::string_view text) {
     const Input in = prepared(text);
-    return readPair(patterns().coordinateFreeDD, true, in, parseDDddddd);
+    return readPair(patterns().coordinateFreeDD, in.candidates.free, in, parseDDddddd);
 }
 
 std::optional<double> CoordinateParser::latitudeFromDDMMmmmString(std::string_view text) {

@@ -14,13 +14,24 @@ namespace corvane {
 // Reads geographic positions from the text people and tools write: ISO 6709,
 // signed decimal degrees, degrees and minutes, degrees minutes and seconds,
 // with or without hemisphere letters, units and decimal commas. Nothing is
-// range-checked and nothing throws: unreadable text gives nothing.
+// range-checked and nothing throws: unreadable text gives nothing, and so do
+// numbers too large for a double (a run of 310 digits).
+//
+// The patterns backtrack heavily on runs of blanks and digits, and the text
+// comes from files and from users: a text longer than `maxTextLength` gives
+// nothing, and a pattern whose match runs past a bound of time or memory
+// counts as not matching, so that no text keeps a caller more than some tens
+// of milliseconds.
 //
 // Patterns are ICU regular expressions, matched case-insensitively; they are
 // compiled once per process and matched through per-thread matchers, so every
 // entry is safe to call from any thread.
 class CoordinateParser {
 public:
+    // The longest text read; a position written out in words with every unit
+    // spelled takes under a hundred characters.
+    static constexpr std::size_t maxTextLength = 256;
+
     // Pieces the patterns are built of.
     static constexpr std::string_view separatorPattern = R"([,;\s\.]*)";
     static constexpr std::string_view signPattern = R"([+-])";

@@ -4,6 +4,7 @@
 #include "corvane/csv_support/detail/Utf8.hpp"
 
 #include <array>
+#include <cstdint>
 #include <cstring>
 
 namespace corvane::detail {
@@ -293,7 +294,9 @@ void CSVParsingState::enumArray(std::string_view text, char32_t delimiter, std::
     RowCollector collector;
     collector.startAt = startAt;
     collector.callback = &rowCallback;
-    const std::size_t endRow = rowLimit ? startAt + *rowLimit : 0;
+    // Saturated: a limit of SIZE_MAX means every row, not a sum that wraps to before the start.
+    const std::size_t endRow =
+        !rowLimit ? 0 : (*rowLimit > SIZE_MAX - startAt ? SIZE_MAX : startAt + *rowLimit);
     auto limitReached = [&] { return rowLimit && collector.row >= endRow; };
     classifier.run(text, flags, collector, limitReached);
     if (limitReached()) return;

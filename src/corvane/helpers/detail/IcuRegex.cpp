@@ -26,7 +26,10 @@ std::string toUTF8(const icu::UnicodeString& s) {
 
 } // namespace
 
-IcuRegex::IcuRegex(std::string_view pattern, unsigned flags) : source_(pattern), slot_(nextSlot++) {
+IcuRegex::IcuRegex(std::string_view pattern, unsigned flags) : IcuRegex(pattern, flags, MatchLimits{}) {}
+
+IcuRegex::IcuRegex(std::string_view pattern, unsigned flags, MatchLimits limits)
+    : source_(pattern), limits_(limits), slot_(nextSlot++) {
     UErrorCode status = U_ZERO_ERROR;
     UParseError parseError{};
     uint32_t icuFlags = (flags & caseInsensitive) ? UREGEX_CASE_INSENSITIVE : 0;
@@ -48,7 +51,12 @@ icu::RegexMatcher& IcuRegex::matcher(const icu::UnicodeString& text) const {
     if (matchers.size() <= slot_) matchers.resize(slot_ + 1);
     auto& m = matchers[slot_];
     UErrorCode status = U_ZERO_ERROR;
-    if (!m) m.reset(compiled_->matcher(status));
+    if (!m) {
+        m.reset(compiled_->matcher(status));
+        if (!m) fatalError("No matcher for regular expression " + source_ + ": " + u_errorName(status));
+        m->setTimeLimit(limits_.timeSteps, status);
+        m->setStackLimit(limits_.stackBytes, status);
+    }
     m->reset(text);
     return *m;
 }

@@ -18,9 +18,20 @@ class IcuRegex {
 public:
     enum Flags : unsigned { none = 0, caseInsensitive = 1 };
 
+    // Bounds on one match, for patterns that backtrack heavily on text from
+    // outside. A match that runs past either bound ends as "no match".
+    struct MatchLimits {
+        // Steps of ICU's match engine (10,000 pattern operations each, some
+        // tens of microseconds); 0 is no limit.
+        int32_t timeSteps = 0;
+        // Bytes of the engine's backtracking stack (heap memory); 0 is no limit.
+        int32_t stackBytes = 8 * 1024 * 1024;
+    };
+
     // Compiles `pattern`; an invalid pattern is a programming fault and stops
     // the process with the ICU error.
     explicit IcuRegex(std::string_view pattern, unsigned flags = none);
+    IcuRegex(std::string_view pattern, unsigned flags, MatchLimits limits);
     ~IcuRegex();
     IcuRegex(const IcuRegex&) = delete;
     IcuRegex& operator=(const IcuRegex&) = delete;
@@ -41,6 +52,7 @@ private:
     icu::RegexMatcher& matcher(const icu::UnicodeString& text) const;
 
     std::string source_;
+    MatchLimits limits_;
     std::unique_ptr<icu::RegexPattern> compiled_;
     size_t slot_ = 0;
     int groupCount_ = 0;

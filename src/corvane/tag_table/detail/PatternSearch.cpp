@@ -5,6 +5,12 @@
 
 namespace corvane::detail {
 
+namespace {
+// Steps of ICU's match engine (10,000 pattern operations each) and bytes of its backtracking stack.
+constexpr int32_t searchTimeSteps = 50;
+constexpr int32_t searchStackBytes = 4 * 1024 * 1024;
+} // namespace
+
 PatternSearch::PatternSearch(std::string_view pattern) {
     UErrorCode status = U_ZERO_ERROR;
     UParseError parseError;
@@ -23,6 +29,10 @@ bool PatternSearch::isFoundIn(std::string_view text) const {
         icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
     std::unique_ptr<icu::RegexMatcher> matcher(compiled_->matcher(input, status));
     if (U_FAILURE(status)) return false;
+    // A pattern that backtracks without end ("(a*)*b") would freeze the table's reload on every
+    // row: its search stops after some tens of milliseconds and counts as no match.
+    matcher->setTimeLimit(searchTimeSteps, status);
+    matcher->setStackLimit(searchStackBytes, status);
     const bool found = matcher->find(status);
     return U_SUCCESS(status) && found;
 }

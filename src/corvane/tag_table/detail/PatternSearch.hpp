@@ -13,7 +13,8 @@ namespace corvane::detail {
 
 // A regular expression typed by a user into a filter. A pattern that doesn't compile is kept as
 // one that matches nothing: a half-typed pattern must not fail a reload. Safe to share between
-// threads (each search makes its own matcher).
+// threads (each search makes its own matcher). A search that runs past a bound of time or memory
+// (a pattern that backtracks without end) counts as no match.
 class PatternSearch {
 public:
     explicit PatternSearch(std::string_view pattern);

@@ -1,0 +1,12 @@
+// Saved-location libraries as found on disk or in user defaults, written back when read.
+
+#include "FuzzInput.hpp"
+
+#include "corvane/location_support/LocationFile.hpp"
+
+using namespace corvane;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    fuzz::readAndWriteBack<LocationFile>(fuzz::text(data, size));
+    return 0;
+}

@@ -1,0 +1,12 @@
+// Tag-set files as found on disk or in user defaults, written back when read.
+
+#include "FuzzInput.hpp"
+
+#include "corvane/tag_set/TagSetFile.hpp"
+
+using namespace corvane;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    fuzz::readAndWriteBack<TagSetFile>(fuzz::text(data, size));
+    return 0;
+}
