@@ -162,8 +162,20 @@ std::string inputFailure(const fs::path& file, const std::exception& error, cons
     if (dynamic_cast<const nlohmann::json::exception*>(&error))
         return file.string() + ": " + not_ + "unexpected content (" + readableReason(error) + ")";
     std::string text = readableReason(error);
-    // Library messages that name the file already.
-    if (text.starts_with(file.string() + ": ")) return text;
+    // A library message names the file already: it goes first, once.
+    if (text.starts_with(file.string() + ": ")) text.erase(0, file.string().size() + 2);
+    if (!not_.empty() && text.starts_with(not_)) text.erase(0, not_.size());
+    // A JSON syntax error that a reader passed on as text keeps its line.
+    if (const auto at = text.find("parse error at line "); at != std::string::npos) {
+        const std::string rest = text.substr(at + std::string_view("parse error at line ").size());
+        const auto comma = rest.find(", column ");
+        if (comma != std::string::npos)
+            return file.string() + ":" + rest.substr(0, comma) + ": " + not_ + "JSON syntax error at" +
+                   rest.substr(comma + 1);
+    }
+    // The JSON library's complaints about kinds of values: the content isn't what was expected.
+    if (text.starts_with("type must be ") || text.starts_with("key '") || text.starts_with("cannot use "))
+        return file.string() + ": " + not_ + "unexpected content (" + text + ")";
     return file.string() + ": " + not_ + text;
 }
 

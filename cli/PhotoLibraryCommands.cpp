@@ -1,8 +1,8 @@
 // `corvane library` (a photo library kept as a folder tree of pictures: list, add, edit an asset)
 // and `corvane doctor` (what this installation can do).
 #include "Commands.hpp"
-#include "StorageReading.hpp"
 #include "Output.hpp"
+#include "StorageReading.hpp"
 
 #include "corvane/Version.hpp"
 #include "corvane/exiftool_wrapper/ETProcess.hpp"

@@ -2,10 +2,13 @@
 // sidecars and their own tags, through the library's import, export and sync tasks.
 #include "Commands.hpp"
 #include "EditorSaving.hpp"
+#include "Output.hpp"
 #include "StorageReading.hpp"
 
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "corvane/sidecar_support/SidecarFormat.hpp"
+#include "corvane/sidecar_support/SidecarReader.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/task_support/ExportTagValuesTask.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
@@ -114,6 +117,15 @@ int importSidecar(const ImportOptions& options) {
     if (!ImportTagValuesTask::canImportSource(source)) {
         reporter.fileError(source, "not a sidecar or media file that can be read");
         return 2;
+    }
+    // A sidecar that can't be read is named with its line before any file is touched.
+    try {
+        SidecarReader::readSidecar(source);
+    } catch (const NotASidecarError&) {
+        // A media file: ExifTool reads it in the task.
+    } catch (const std::exception& e) {
+        reporter.error(inputFailure(source, e, "a sidecar"));
+        return exitFileFailed;
     }
     std::unordered_set<TagStream> streams{TagStream::streamFile};
     std::unordered_set<TagName> names;

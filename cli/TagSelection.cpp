@@ -1,5 +1,7 @@
 #include "TagSelection.hpp"
 
+#include "corvane/tag_value/TagName.hpp"
+
 #include <algorithm>
 #include <array>
 #include <set>
@@ -78,7 +80,12 @@ std::optional<TagSelector> TagSelector::resolve(const std::string& text, bool wr
                 (selector.family_.empty() || lowercase(item->stream().rawValue()) == selector.family_))
                 candidates.push_back(item);
     if (!selector.bare_) {
-        // A full name the catalogue doesn't have may still be a tag a file holds.
+        // A full name the catalogue doesn't have may still be a tag a file holds: a language of a
+        // text ("XMP:Title-de-CH") is a tag of its own, known through its name.
+        if (candidates.empty() && !selector.family_.empty()) {
+            if (const auto name = TagName::fromRawValue(text); name && name->item())
+                candidates.push_back(name->item());
+        }
         if (candidates.empty() && writableOnly) {
             error = "unknown tag \"" + text + "\" (tags are named Family:Key or Key, see `corvane tags`)";
             return std::nullopt;

@@ -70,7 +70,8 @@ TEST_F(ValueSources, sidecarValuesTheTagsCantHoldWriteNothing) {
     const auto target = makeJPEG(folder / "target.jpg");
     corvane::test::tagWithExifTool(target, {"-EXIF:Artist=Before"});
     const std::string before = readText(target);
-    const auto sidecar = folder / "values.json";
+    // The target's own sidecar (same base name): its orientation is taken too.
+    const auto sidecar = folder / "target.json";
     writeText(sidecar, R"({"EXIF": {"Artist": "After", "Orientation": 99}, "IPTC": {"ObjectName": ")" +
                            std::string(300, 'x') + "\"}}");
 

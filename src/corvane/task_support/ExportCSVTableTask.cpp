@@ -1,6 +1,5 @@
 #include "corvane/task_support/ExportCSVTableTask.hpp"
 
-
 #include "corvane/csv_support/CSVWriter.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_edition/TaskError.hpp"

@@ -1,6 +1,5 @@
 #include "corvane/task_support/ImportCSVTableTask.hpp"
 
-
 #include "corvane/csv_support/CSVReader.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/tag_edition/TaskError.hpp"

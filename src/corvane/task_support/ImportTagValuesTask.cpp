@@ -165,9 +165,11 @@ void ImportTagValuesTask::applyValues(const Values& values) {
         // A value its tag can't hold refuses the whole file: nothing of the source reaches it.
         const auto invalid = TagValueChecker::errors(changes);
         if (!invalid.empty()) {
+            std::string text = editor.source().url().string() + ": ";
+            for (std::size_t i = 0; i < invalid.size(); ++i)
+                text += (i ? "; " : "") + invalid[i];
             std::lock_guard lock(refusedMutex);
-            for (const auto& error : invalid)
-                refused.push_back(editor.source().url().string() + ": " + error);
+            refused.push_back(std::move(text));
             return;
         }
         for (const auto& [name, value] : changes)
