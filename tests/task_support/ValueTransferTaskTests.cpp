@@ -1,5 +1,6 @@
 // The tasks that move values between files, sidecars, tags and CSV tables, on files the tests
 // make, read back with ExifTool.
+#include "support/Corpus.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "task_support/TaskTestSupport.hpp"
@@ -196,6 +197,7 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
         }
     }
 
+    // An ICC file is the file's own profile: a file without one gets an error naming the sidecar.
     ExportTagValuesTask::Settings icc(source, "icc");
     icc.destinationURL = folder / "out-icc";
     auto failed = performed(ExportTagValuesTask::create(icc));
@@ -204,6 +206,20 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
               std::string::npos)
         << errorTexts(*failed).front();
     EXPECT_TRUE(fs::is_empty(folder / "out-icc"));
+
+    // A file with a profile gives it byte for byte, which ExifTool reads as an ICC file.
+    const auto withProfile = test::corpusFolder() / "jpeg" / "exifr" / "f1t.jpg";
+    if (!fs::exists(withProfile)) GTEST_SKIP() << "corpus absent: the export of a real profile is not tested";
+    fs::copy_file(withProfile, folder / "profiled.jpg");
+    ExportTagValuesTask::Settings real(importFiles(sourcesOf({folder / "profiled.jpg"})), "icc");
+    real.destinationURL = folder / "out-icc";
+    auto exported = performed(ExportTagValuesTask::create(real));
+    ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+    const auto profile =
+        test::runExifTool({"-b", "-ICC_Profile", (folder / "profiled.jpg").string()}).standardOutput;
+    EXPECT_EQ(fileBytes(folder / "out-icc" / "profiled.icc"), profile);
+    EXPECT_FALSE(
+        tagOf(tagsOf(folder / "out-icc" / "profiled.icc"), "ICC_Profile:ProfileDescription").empty());
 }
 
 // Into one folder, two files of one base name make one sidecar: the later editor's, every time.

@@ -1,6 +1,8 @@
 #include "corvane/task_support/ExportTagValuesTask.hpp"
 
+#include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
+#include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/sidecar_support/CSVSidecarWriter.hpp"
 #include "corvane/sidecar_support/JSONSidecarWriter.hpp"
@@ -92,6 +94,8 @@ void ExportTagValuesTask::internProcess() {
             } counted{this, step};
             exportSidecarWithWriter(sidecarType, editor);
         });
+    } else if (type->is(MediaType::typeICC())) {
+        exportICCProfiles(*type);
     } else {
         exportSidecarWithExifTool(*type);
     }
@@ -174,6 +178,42 @@ void ExportTagValuesTask::exportSidecarWithExifTool(const MediaType& type) {
         named = true;
     }
     if (runError && !named) failable([&] { std::rethrow_exception(runError); });
+    setProgress(1);
+}
+
+void ExportTagValuesTask::exportICCProfiles(const MediaType& type) {
+    if (!engineOption().contains(EngineOption::exifTool()))
+        throw TaskError(ProcessError::engineIsNotAvailable);
+    // Binary output may end without a line break: a mark of our own tells where the profile ends.
+    static constexpr std::string_view profileEnd = "#corvane-profile-end";
+    const auto editors = exportedEditors(type);
+    const double step = editors.empty() ? 1.0 : 1.0 / static_cast<double>(editors.size());
+    for (const auto& editor : editors) {
+        if (!editor->isFolder()) {
+            failable([&] {
+                const fs::path sidecar = sidecarURL(*editor, type);
+                ETInput input;
+                input.addArguments(std::vector{editor->source()}, [](const TagStorageSource& source,
+                                                                     ETInput::ArgumentsMaker& maker) {
+                    maker.ignoreMinorErrors = true;
+                    maker.arguments = {"-ICC_Profile", "-b", "-echo3", std::string(profileEnd)};
+                    maker.password = source.password();
+                    maker.url = source.url();
+                    maker.soloRun = true;
+                });
+                const ETOutput output = ETProcess::run(input);
+                output.throwIfErrors();
+                std::string data = output.data();
+                if (const auto end = data.rfind(profileEnd); end != std::string::npos) data.erase(end);
+                if (data.empty())
+                    throw ETTagStorageWriter::FileWriteException(sidecar, "The file holds no ICC profile");
+                std::error_code error;
+                fs::create_directories(sidecar.parent_path(), error);
+                writeFileAtomically(sidecar, data);
+            });
+        }
+        incrementProgress(step);
+    }
     setProgress(1);
 }
 
