@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
 #include <spawn.h>
 #include <sstream>
@@ -32,6 +33,15 @@ void put16be(Bytes& b, unsigned v) {
 void put32be(Bytes& b, std::uint32_t v) {
     put16be(b, v >> 16);
     put16be(b, v & 0xFFFF);
+}
+// Several big-endian words in a row, as the atoms below lay out their fields.
+void put32s(Bytes& b, std::initializer_list<std::uint32_t> values) {
+    for (auto v : values)
+        put32be(b, v);
+}
+void put16s(Bytes& b, std::initializer_list<unsigned> values) {
+    for (auto v : values)
+        put16be(b, v);
 }
 void put16le(Bytes& b, unsigned v) {
     put8(b, v & 0xFF);
@@ -84,9 +94,7 @@ Bytes atom(std::string_view type, const Bytes& payload) {
 }
 
 void putMatrix(Bytes& b) {
-    const std::uint32_t m[9] = {0x00010000, 0, 0, 0, 0x00010000, 0, 0, 0, 0x40000000};
-    for (auto v : m)
-        put32be(b, v);
+    put32s(b, {0x00010000, 0, 0, 0, 0x00010000, 0, 0, 0, 0x40000000});
 }
 
 } // namespace
@@ -196,44 +204,26 @@ Bytes movBytes() {
     const Bytes mdat = atom("mdat", frame);
     const std::uint32_t frameOffset = static_cast<std::uint32_t>(ftyp.size() + wide.size() + 8);
 
+    // Version and flags, creation and modification times, time scale, duration, rate, volume.
     Bytes mvhd;
-    put32be(mvhd, 0); // version, flags
-    put32be(mvhd, 0); // creation time
-    put32be(mvhd, 0); // modification time
-    put32be(mvhd, timeScale);
-    put32be(mvhd, duration);
-    put32be(mvhd, 0x00010000); // rate
-    put16be(mvhd, 0x0100);     // volume
+    put32s(mvhd, {0, 0, 0, timeScale, duration, 0x00010000});
+    put16be(mvhd, 0x0100);
     mvhd.insert(mvhd.end(), 10, 0);
     putMatrix(mvhd);
-    for (int i = 0; i < 6; ++i) // preview, poster, selection, current time
-        put32be(mvhd, 0);
-    put32be(mvhd, 2); // next track ID
+    put32s(mvhd, {0, 0, 0, 0, 0, 0, 2}); // preview, poster, selection, current time; next track ID
 
+    // Enabled, in movie, preview and poster; times; track ID 1; duration; layer, group, volume.
     Bytes tkhd;
-    put32be(tkhd, 0x0000000F); // enabled, in movie, in preview, in poster
-    put32be(tkhd, 0);
-    put32be(tkhd, 0);
-    put32be(tkhd, 1); // track ID
-    put32be(tkhd, 0);
-    put32be(tkhd, duration);
+    put32s(tkhd, {0x0000000F, 0, 0, 1, 0, duration});
     tkhd.insert(tkhd.end(), 8, 0);
-    put16be(tkhd, 0); // layer
-    put16be(tkhd, 0); // alternate group
-    put16be(tkhd, 0); // volume
-    put16be(tkhd, 0);
+    put16s(tkhd, {0, 0, 0, 0});
     putMatrix(tkhd);
-    put32be(tkhd, 8 << 16); // width
-    put32be(tkhd, 8 << 16); // height
+    put32s(tkhd, {8 << 16, 8 << 16}); // width, height
 
+    // Times, time scale, duration, language unspecified, quality.
     Bytes mdhd;
-    put32be(mdhd, 0);
-    put32be(mdhd, 0);
-    put32be(mdhd, 0);
-    put32be(mdhd, timeScale);
-    put32be(mdhd, duration);
-    put16be(mdhd, 0x7FFF); // language: unspecified
-    put16be(mdhd, 0);      // quality
+    put32s(mdhd, {0, 0, 0, timeScale, duration});
+    put16s(mdhd, {0x7FFF, 0});
 
     auto handler = [](std::string_view componentType, std::string_view subType, std::string_view name) {
         Bytes h;
@@ -241,8 +231,7 @@ Bytes movBytes() {
         putText(h, componentType);
         putText(h, subType);
         putText(h, "appl");
-        put32be(h, 0);
-        put32be(h, 0);
+        put32s(h, {0, 0});
         put8(h, static_cast<unsigned>(name.size())); // Pascal string
         putText(h, name);
         return atom("hdlr", h);
@@ -250,64 +239,39 @@ Bytes movBytes() {
 
     Bytes vmhd;
     put32be(vmhd, 0x00000001);
-    put16be(vmhd, 0x0040); // graphics mode: copy
-    put16be(vmhd, 0x8000);
-    put16be(vmhd, 0x8000);
-    put16be(vmhd, 0x8000);
+    put16s(vmhd, {0x0040, 0x8000, 0x8000, 0x8000}); // graphics mode copy, opcolour
 
     Bytes alis;
     put32be(alis, 0x00000001); // self-contained: data is in this file
     Bytes dref;
-    put32be(dref, 0);
-    put32be(dref, 1);
+    put32s(dref, {0, 1});
     append(dref, atom("alis", alis));
     const Bytes dinf = atom("dinf", atom("dref", dref));
 
     Bytes sampleEntry;
     sampleEntry.insert(sampleEntry.end(), 6, 0);
-    put16be(sampleEntry, 1); // data reference index
-    put16be(sampleEntry, 0); // version
-    put16be(sampleEntry, 0); // revision
+    put16s(sampleEntry, {1, 0, 0}); // data reference index, version, revision
     putText(sampleEntry, "appl");
-    put32be(sampleEntry, 0);   // temporal quality
-    put32be(sampleEntry, 512); // spatial quality
-    put16be(sampleEntry, 8);
-    put16be(sampleEntry, 8);
-    put32be(sampleEntry, 0x00480000);
-    put32be(sampleEntry, 0x00480000);
-    put32be(sampleEntry, 0); // data size
-    put16be(sampleEntry, 1); // frames per sample
+    put32s(sampleEntry, {0, 512}); // temporal and spatial quality
+    put16s(sampleEntry, {8, 8});
+    put32s(sampleEntry, {0x00480000, 0x00480000, 0}); // resolutions, data size
+    put16be(sampleEntry, 1);                          // frames per sample
     Bytes compressor(32, 0);
     const std::string_view name = "Photo - JPEG";
     compressor[0] = static_cast<std::uint8_t>(name.size());
     std::copy(name.begin(), name.end(), compressor.begin() + 1);
     append(sampleEntry, compressor);
-    put16be(sampleEntry, 40);     // depth: 8-bit grey
-    put16be(sampleEntry, 0xFFFF); // no colour table
+    put16s(sampleEntry, {40, 0xFFFF}); // depth 8-bit grey, no colour table
     Bytes stsd;
-    put32be(stsd, 0);
-    put32be(stsd, 1);
+    put32s(stsd, {0, 1});
     append(stsd, atom("jpeg", sampleEntry));
 
-    Bytes stts;
-    put32be(stts, 0);
-    put32be(stts, 1);
-    put32be(stts, 1);
-    put32be(stts, duration);
-    Bytes stsc;
-    put32be(stsc, 0);
-    put32be(stsc, 1);
-    put32be(stsc, 1);
-    put32be(stsc, 1);
-    put32be(stsc, 1);
-    Bytes stsz;
-    put32be(stsz, 0);
-    put32be(stsz, static_cast<std::uint32_t>(frame.size()));
-    put32be(stsz, 1);
-    Bytes stco;
-    put32be(stco, 0);
-    put32be(stco, 1);
-    put32be(stco, frameOffset);
+    // One sample of one frame, in one chunk at the frame's offset.
+    Bytes stts, stsc, stsz, stco;
+    put32s(stts, {0, 1, 1, duration});
+    put32s(stsc, {0, 1, 1, 1, 1});
+    put32s(stsz, {0, static_cast<std::uint32_t>(frame.size()), 1});
+    put32s(stco, {0, 1, frameOffset});
 
     Bytes stbl = atom("stsd", stsd);
     append(stbl, atom("stts", stts));
@@ -338,31 +302,13 @@ Bytes movBytes() {
 }
 
 Bytes sampleBytes(SampleKind kind) {
-    switch (kind) {
-    case SampleKind::jpeg:
-        return jpegBytes();
-    case SampleKind::png:
-        return pngBytes();
-    case SampleKind::tiff:
-        return tiffBytes();
-    case SampleKind::mov:
-        return movBytes();
-    }
-    return {};
+    static constexpr Bytes (*makers[])() = {jpegBytes, pngBytes, tiffBytes, movBytes};
+    return makers[static_cast<int>(kind)]();
 }
 
 std::string sampleExtension(SampleKind kind) {
-    switch (kind) {
-    case SampleKind::jpeg:
-        return "jpg";
-    case SampleKind::png:
-        return "png";
-    case SampleKind::tiff:
-        return "tif";
-    case SampleKind::mov:
-        return "mov";
-    }
-    return {};
+    static constexpr const char* extensions[] = {"jpg", "png", "tif", "mov"};
+    return extensions[static_cast<int>(kind)];
 }
 
 std::filesystem::path writeBytes(const std::filesystem::path& path, const Bytes& bytes) {
@@ -388,12 +334,12 @@ std::filesystem::path makeSample(SampleKind kind, const std::filesystem::path& p
     return writeBytes(path, sampleBytes(kind));
 }
 
-namespace {
-
-std::string readAll(const std::filesystem::path& p) {
-    std::ifstream in(p, std::ios::binary);
+std::string fileBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
+
+namespace {
 
 // One argfile line. Plain lines lose leading blanks and a blank after "-Tag=", and cannot hold line
 // breaks; those arguments go as C-string lines.
@@ -405,25 +351,10 @@ std::string argfileLine(const std::string& arg) {
         throw std::invalid_argument("argument cannot be written in an argfile: " + arg);
     std::string line = "#[CSTR]";
     for (char c : arg) {
-        switch (c) {
-        case '\\':
-            line += "\\\\";
-            break;
-        case '"':
-            line += "\\\"";
-            break;
-        case '\n':
-            line += "\\n";
-            break;
-        case '\r':
-            line += "\\r";
-            break;
-        case '\t':
-            line += "\\t";
-            break;
-        default:
-            line += c;
-        }
+        const std::string_view escapes = "\\\\\"\"\nn\rr\tt"; // each character, then its escape letter
+        const auto at = escapes.find(c);
+        line +=
+            at == std::string_view::npos || at % 2 ? std::string(1, c) : std::string{'\\', escapes[at + 1]};
     }
     return line + "\n";
 }
@@ -462,8 +393,8 @@ ExifToolRun runExifTool(const std::vector<std::string>& arguments) {
         if (errno != EINTR) throw std::runtime_error("cannot wait for " + tool);
     ExifToolRun run;
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.standardOutput = readAll(outPath);
-    run.standardError = readAll(errPath);
+    run.standardOutput = fileBytes(outPath);
+    run.standardError = fileBytes(errPath);
     return run;
 }
 
@@ -480,9 +411,7 @@ void tagWithExifTool(const std::filesystem::path& path, const std::vector<std::s
 std::filesystem::path makeJPEGWithMinorExifDefect(const std::filesystem::path& path) {
     makeJPEG(path);
     tagWithExifTool(path, {"-EXIF:Artist=Minor"});
-    std::ifstream in(path, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    in.close();
+    std::string bytes = fileBytes(path);
     const auto at = bytes.find(std::string("Exif\0\0", 6));
     if (at == std::string::npos) throw std::runtime_error("no EXIF segment in " + path.string());
     bytes[at] = 'e';

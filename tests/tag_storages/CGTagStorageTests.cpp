@@ -8,6 +8,7 @@
 #include "support/Corpus.hpp"
 #include "support/EngineAgreement.hpp"
 #include "support/SampleFiles.hpp"
+#include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -26,16 +27,9 @@ namespace {
 namespace fs = std::filesystem;
 using test::exifToolValue;
 
-TagName name(std::string_view raw) {
-    auto tagName = TagName::fromRawValue(raw);
-    EXPECT_TRUE(tagName.has_value()) << raw;
-    return tagName.value_or(TagName());
-}
-
-std::string fileBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
+using test::edited;
+using test::fileBytes;
+using test::tagName;
 
 // The image data of a file: for a JPEG, everything from its first start-of-scan marker; for a
 // TIFF, its strips, where ExifTool says they are.
@@ -51,13 +45,6 @@ void write(const std::vector<TagStorage>& storages, CGTagStorageWriter::Destinat
     CGTagStorageWriter::Settings settings(storages);
     settings.setDestinations(std::move(destinations));
     CGTagStorageWriter(std::move(settings)).write();
-}
-
-TagStorage edited(const fs::path& path, const std::map<std::string, std::string>& values) {
-    TagStorage storage(TagStorageSource{path});
-    for (const auto& [raw, value] : values)
-        storage.unsafeSetValue(value, name(raw));
-    return storage;
 }
 
 std::optional<CGTagStorageWriter::WriteError> writeError(const TagStorage& storage) {
@@ -149,13 +136,13 @@ TEST(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUntou
         // The in-process reader finds the same values under the same names.
         const TagStorage read =
             CGTagStorageReader(CGTagStorageReader::Settings()).read(TagStorageSource(file));
-        EXPECT_EQ(read.originalValue(name("EXIF:Artist")), "Zoë Nakamura");
-        EXPECT_EQ(read.originalValue(name("IPTC:Keywords")), "alpha,beta,gamma");
-        EXPECT_EQ(read.originalValue(name("EXIF:GPSLongitudeRef")), "W");
-        EXPECT_EQ(read.originalValue(name("EXIF:ISO")), "400");
-        EXPECT_EQ(read.originalValue(name("IPTC:DateCreated")), "2021:03:04");
-        EXPECT_EQ(read.originalValue(name("EXIF:ApertureValue")), "2.80000000");
-        EXPECT_EQ(read.originalValue(name("EXIF:UserComment")), "Zoë's comment");
+        EXPECT_EQ(read.originalValue(tagName("EXIF:Artist")), "Zoë Nakamura");
+        EXPECT_EQ(read.originalValue(tagName("IPTC:Keywords")), "alpha,beta,gamma");
+        EXPECT_EQ(read.originalValue(tagName("EXIF:GPSLongitudeRef")), "W");
+        EXPECT_EQ(read.originalValue(tagName("EXIF:ISO")), "400");
+        EXPECT_EQ(read.originalValue(tagName("IPTC:DateCreated")), "2021:03:04");
+        EXPECT_EQ(read.originalValue(tagName("EXIF:ApertureValue")), "2.80000000");
+        EXPECT_EQ(read.originalValue(tagName("EXIF:UserComment")), "Zoë's comment");
     }
 }
 
@@ -243,10 +230,10 @@ TEST(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
     // Without metadata of the table, only what the file system tells.
     for (const auto& [tag, value] : storages.at(plain).originalValues())
         EXPECT_EQ(tag.stream(), TagStream::streamFile) << tag.rawValue();
-    EXPECT_EQ(storages.at(plain).originalValue(name("File:FileName")), "plain.jpg");
+    EXPECT_EQ(storages.at(plain).originalValue(tagName("File:FileName")), "plain.jpg");
     const auto& tiff = storages.at(tagged);
-    EXPECT_EQ(tiff.originalValue(name("EXIF:Artist")), "Ansel");
-    EXPECT_EQ(tiff.originalValue(name("EXIF:FNumber")), "2.80000000");
+    EXPECT_EQ(tiff.originalValue(tagName("EXIF:Artist")), "Ansel");
+    EXPECT_EQ(tiff.originalValue(tagName("EXIF:FNumber")), "2.80000000");
     EXPECT_TRUE(tiff.originalStreams().contains(TagStream::streamEXIF));
 }
 

@@ -1,6 +1,7 @@
 #include "corvane/tag_storages/FinderResources.hpp"
 #include "corvane/utilities/FileError.hpp"
 
+#include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <cerrno>
@@ -22,11 +23,6 @@ namespace {
 fs::path makeFile(const fs::path& path, const std::string& content = "content") {
     std::ofstream(path, std::ios::binary) << content;
     return path;
-}
-
-std::string fileContent(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 // The raw attribute value, or nothing.
@@ -122,7 +118,7 @@ TEST_F(FinderResourcesTest, OnlyTheFieldsSetAreWritten) {
     EXPECT_EQ(read.createDate(), Date(1000000000));
     EXPECT_THAT(read.finderTags().value_or(std::vector<std::string>{}), ElementsAre("Blue"));
     EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1600000000.5, 1e-6);
-    EXPECT_EQ(fileContent(file), "content");
+    EXPECT_EQ(test::fileBytes(file), "content");
 
     // An empty list removes every tag; the dates stay.
     FinderResources noTags;
@@ -218,7 +214,7 @@ TEST(FinderResourcesVolume, FileWithoutBirthTimeOrAttributes) {
     read = readAt(file);
     EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1500000000.75, 1e-6);
     EXPECT_FALSE(read.createDate());
-    EXPECT_EQ(fileContent(file), "movie");
+    EXPECT_EQ(test::fileBytes(file), "movie");
 
     // Only a modification date needs no attribute at all.
     FinderResources onlyDate;

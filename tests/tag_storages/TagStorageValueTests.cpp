@@ -40,18 +40,6 @@ void expectNoOriginalInWritten(const TagStorage& storage) {
     }
 }
 
-TEST(TagStorageValues, NewStorageIsEmptyWithTemporaryURLOfSameExtension) {
-    TagStorage storage(TagStorageSource("/photos/shot.JPG"));
-    EXPECT_TRUE(storage.originalValues().empty());
-    EXPECT_TRUE(storage.writtenValues().empty());
-    EXPECT_TRUE(storage.originalStreams().empty());
-    EXPECT_FALSE(storage.recurseSubfolders().has_value());
-    EXPECT_FALSE(storage.filePathFilter().has_value());
-    EXPECT_EQ(storage.temporaryURL().extension(), ".JPG");
-    EXPECT_NE(storage.temporaryURL(), TagStorage(TagStorageSource("/photos/shot.JPG")).temporaryURL());
-    EXPECT_FALSE(storage.isEdited());
-}
-
 TEST(TagStorageValues, SettingTheFileValueAgainRemovesTheEditOnce) {
     TagStorage storage = fileStorage();
     EXPECT_TRUE(storage.setValue("Bob", artist()));
@@ -64,14 +52,20 @@ TEST(TagStorageValues, SettingTheFileValueAgainRemovesTheEditOnce) {
     EXPECT_EQ(storage.currentValue(artist()), "Ann");
 }
 
-TEST(TagStorageValues, CurrentValuePrefersWrittenEntry) {
+TEST(TagStorageValues, CurrentValueIsTheEditElseTheOriginal) {
     TagStorage storage = fileStorage();
-    storage.setValue("Bob", artist());
-    EXPECT_EQ(storage.originalValue(artist()), "Ann");
-    EXPECT_EQ(storage.writtenValue(artist()), "Bob");
-    EXPECT_EQ(storage.currentValue(artist()), "Bob");
-    EXPECT_EQ(storage.writtenValue(copyright()), std::nullopt);
     EXPECT_EQ(storage.currentValue(copyright()), std::nullopt);
+    EXPECT_TRUE(storage.setValue("Bob", artist()));
+    EXPECT_EQ(storage.originalValue(artist()), "Ann");
+    EXPECT_EQ(storage.currentValue(artist()), "Bob");
+    // A new tag is an edit without an original; a clear of a known tag is an edit to "".
+    EXPECT_TRUE(storage.setValue("(c) Ann", copyright()));
+    EXPECT_FALSE(storage.originalValues().contains(copyright()));
+    EXPECT_EQ(storage.currentValue(copyright()), "(c) Ann");
+    EXPECT_TRUE(storage.setValue("", artist()));
+    EXPECT_EQ(storage.writtenValue(artist()), "");
+    EXPECT_EQ(storage.currentValue(artist()), "");
+    EXPECT_EQ(storage.writtenTagNames(), (std::vector<TagName>{artist(), copyright()}));
     expectNoOriginalInWritten(storage);
 }
 
@@ -102,22 +96,6 @@ TEST(TagStorageValues, ClearingAnUnknownTagIsANoOpOnAFileButAnEditOnAFolder) {
     EXPECT_FALSE(folder.setValue("", copyright())) << "already cleared";
 }
 
-TEST(TagStorageValues, ClearingAKnownTagIsAnEdit) {
-    TagStorage storage = fileStorage();
-    EXPECT_TRUE(storage.setValue("", artist()));
-    EXPECT_EQ(storage.writtenValue(artist()), "");
-    EXPECT_EQ(storage.currentValue(artist()), "");
-    EXPECT_TRUE(storage.hasWrittenValues());
-}
-
-TEST(TagStorageValues, NewTagIsWrittenWithoutOriginal) {
-    TagStorage storage = fileStorage();
-    EXPECT_TRUE(storage.setValue("(c) Ann", copyright()));
-    EXPECT_FALSE(storage.originalValues().contains(copyright()));
-    EXPECT_EQ(storage.currentValue(copyright()), "(c) Ann");
-    EXPECT_EQ(storage.writtenTagNames(), std::vector<TagName>{copyright()});
-}
-
 TEST(TagStorageValues, SetOriginalValueKeepsInvariants) {
     TagStorage storage(TagStorageSource("/photos/shot.jpg"));
     EXPECT_FALSE(storage.setOriginalValue(std::nullopt, artist())) << "nothing to remove";
@@ -143,15 +121,13 @@ TEST(TagStorageValues, SetOriginalValueKeepsInvariants) {
     expectNoOriginalInWritten(storage);
 }
 
-TEST(TagStorageValues, EmptyOriginalCountsAsNoValueForRestore) {
+TEST(TagStorageValues, AnEmptyOriginalIsNoValueForRestoreAndAFolderKeepsIt) {
     TagStorage storage(TagStorageSource("/photos/shot.jpg"));
     storage.store(DynamicValue(std::string()), TagItem::itemEXIFArtist());
     ASSERT_EQ(storage.originalValues().at(artist()), "");
     EXPECT_FALSE(storage.setOriginalValue(std::nullopt, artist()));
     EXPECT_TRUE(storage.originalValues().contains(artist()));
-}
 
-TEST(TagStorageValues, FolderKeepsAnEmptyOriginal) {
     TagStorage folder = folderStorage();
     EXPECT_TRUE(folder.setOriginalValue("", artist()));
     EXPECT_EQ(folder.originalValues().at(artist()), "");
@@ -203,11 +179,8 @@ TEST(TagStorageValues, FlushChangesFoldsEditsIntoOriginals) {
     EXPECT_FALSE(storage.originalValues().contains(copyright()));
     EXPECT_EQ(storage.currentValue(TagItem::itemXMPHeadline().name()), "Headline");
     EXPECT_TRUE(storage.flushChanges().empty());
-}
 
-TEST(TagStorageValues, FlushTreatsUnicodeSpaceAsBlank) {
-    TagStorage storage = fileStorage();
-    storage.setValue("\u00a0\u2003", artist()); // no-break space, em space
+    storage.setValue("\u00a0\u2003", artist()); // no-break and em spaces are blank too
     storage.flushChanges();
     EXPECT_FALSE(storage.originalValues().contains(artist()));
 }
@@ -265,8 +238,10 @@ TEST(TagStorageValues, HasValuesIgnoresEmptyStrings) {
     EXPECT_FALSE(storage.hasValues(TagStream::streamXMP));
 }
 
-TEST(TagStorageValues, CopiesAreIndependentSnapshots) {
-    TagStorage storage = fileStorage();
+TEST(TagStorageValues, CopiesAreSnapshotsSharingTheTemporaryURL) {
+    TagStorage storage(TagStorageSource("/photos/shot.JPG"));
+    EXPECT_EQ(storage.temporaryURL().extension(), ".JPG");
+    EXPECT_NE(storage.temporaryURL(), TagStorage(TagStorageSource("/photos/shot.JPG")).temporaryURL());
     TagStorage snapshot = storage;
     storage.setValue("Bob", artist());
     EXPECT_FALSE(snapshot.isEdited());

@@ -12,6 +12,7 @@
 #endif
 
 #include "support/SampleFiles.hpp"
+#include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -23,17 +24,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string fileBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
+using test::fileBytes;
 
-TagStorage edited(const fs::path& path, const std::map<std::string, std::string>& values) {
-    TagStorage storage(TagStorageSource{path});
-    for (const auto& [raw, value] : values)
-        storage.unsafeSetValue(value, TagName::fromRawValue(raw).value());
-    return storage;
-}
+using test::edited;
 
 std::optional<std::string> reason(std::string_view stream, std::string_view key, const std::string& value) {
     const TagItem* item = TagItem::find(stream, key);

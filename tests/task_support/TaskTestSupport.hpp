@@ -5,6 +5,7 @@
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
+#include "support/SampleFiles.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -41,10 +42,7 @@ inline std::vector<TagStorageSource> sourcesOf(const std::vector<std::filesystem
     return sources;
 }
 
-inline std::string fileBytes(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
+using test::fileBytes;
 
 inline std::vector<std::string> errorTexts(const AbstractTask& task) {
     std::vector<std::string> texts;
