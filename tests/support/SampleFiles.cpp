@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/FileBytes.hpp"
 #include "support/TemporaryFolder.hpp"
 
 extern char** environ;
@@ -332,11 +333,6 @@ std::filesystem::path makeMOV(const std::filesystem::path& path) {
 }
 std::filesystem::path makeSample(SampleKind kind, const std::filesystem::path& path) {
     return writeBytes(path, sampleBytes(kind));
-}
-
-std::string fileBytes(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 namespace {

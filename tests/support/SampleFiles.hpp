@@ -25,9 +25,6 @@ std::vector<std::uint8_t> sampleBytes(SampleKind kind);
 // The usual extension of a kind, without dot: "jpg", "png", "tif", "mov".
 std::string sampleExtension(SampleKind kind);
 
-// The bytes of a file as a string; empty when it can't be read.
-std::string fileBytes(const std::filesystem::path& path);
-
 std::filesystem::path writeBytes(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes);
 std::filesystem::path makeJPEG(const std::filesystem::path& path);
 std::filesystem::path makePNG(const std::filesystem::path& path);

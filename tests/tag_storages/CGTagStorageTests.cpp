@@ -7,6 +7,7 @@
 
 #include "support/Corpus.hpp"
 #include "support/EngineAgreement.hpp"
+#include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"

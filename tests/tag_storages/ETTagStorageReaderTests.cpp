@@ -4,6 +4,7 @@
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
+#include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"

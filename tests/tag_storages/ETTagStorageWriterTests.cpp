@@ -6,6 +6,7 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
+#include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -214,6 +215,13 @@ protected:
         if (configure) configure(settings);
         ETTagStorageWriter(settings).write();
     }
+    // Reads the file, edits it and writes it back.
+    static void writeEdits(const fs::path& path, const std::map<std::string, std::string>& values,
+                           const std::function<void(ETTagStorageWriter::Settings&)>& configure = {}) {
+        TagStorage storage = readOne(path);
+        edit(storage, values);
+        write({storage}, configure);
+    }
 };
 
 TEST_F(ETWriter, EXIFIPTCAndXMPValuesRoundTripOnJPEG) {
@@ -275,9 +283,7 @@ TEST_F(ETWriter, QuickTimeAndXMPValuesRoundTripOnMOV) {
     for (const auto& [raw, value] : values)
         EXPECT_EQ(originalValue(back, raw), value) << raw;
 
-    TagStorage clear = back;
-    edit(clear, {{"QuickTime:Title", ""}, {"XMP:Subject", " "}});
-    write({clear});
+    writeEdits(mov, {{"QuickTime:Title", ""}, {"XMP:Subject", " "}});
     const TagStorage cleared = readOne(mov);
     EXPECT_EQ(originalValue(cleared, "QuickTime:Title"), std::nullopt);
     EXPECT_EQ(originalValue(cleared, "XMP:Subject"), std::nullopt);
@@ -362,43 +368,32 @@ TEST_F(ETWriter, AFileThatCannotBeWrittenEndsWithAnErrorAndStaysAsItWas) {
     EXPECT_EQ(fs::last_write_time(locked), modified) << "Finder resources aren't written after a failure";
 }
 
-TEST_F(ETWriter, TextThatIsNotUTF8StopsTheWriteBeforeExifTool) {
-    const fs::path jpeg = test::makeJPEG(folder / "bad.jpg");
+// Text the import file can't hold, and an import file that can't be made, stop the write before
+// ExifTool starts, with their texts, and the file stays as it was.
+TEST_F(ETWriter, FailuresOfTheImportFileStopTheWriteBeforeExifTool) {
+    const fs::path jpeg = test::makeJPEG(folder / "refused.jpg");
     const std::string before = fileBytes(jpeg);
     TagStorage storage = readOne(jpeg);
-    edit(storage, {{"EXIF:Artist", "caf\xE9"}});
-    ETTagStorageWriter writer{ETTagStorageWriter::Settings({storage})};
-    try {
-        writer.write();
-        ADD_FAILURE() << "the import file can't hold this text";
-    } catch (const ETTagStorageWriter::WriteException& e) {
-        EXPECT_EQ(e.error(), ETTagStorageWriter::WriteError::jsonEncodingFailed);
-        EXPECT_STREQ(e.what(), "JSON encoding failed");
-    }
-    EXPECT_TRUE(writer.process().output().arguments().empty()) << "ExifTool was not started";
-    EXPECT_EQ(fileBytes(jpeg), before);
-}
-
-TEST_F(ETWriter, AnImportFileThatCannotBeMadeStopsTheWriteBeforeExifTool) {
-    const fs::path jpeg = test::makeJPEG(folder / "nofile.jpg");
-    const std::string before = fileBytes(jpeg);
-    TagStorage storage = readOne(jpeg);
-    edit(storage, {{"EXIF:Artist", "never"}});
-    ETTagStorageWriter writer{ETTagStorageWriter::Settings({storage})};
-    {
-        // The import file goes to the temporary folder, which takes no new file now.
-        test::Unwritable guard(temporary.path());
-        if (!guard.ok()) GTEST_SKIP() << "cannot make a folder unwritable on this volume";
+    const auto expectRefused = [&](const std::string& artist, ETTagStorageWriter::WriteError error,
+                                   const char* text) {
+        edit(storage, {{"EXIF:Artist", artist}});
+        ETTagStorageWriter writer{ETTagStorageWriter::Settings({storage})};
         try {
             writer.write();
-            ADD_FAILURE() << "the import file can't be made";
+            ADD_FAILURE() << text;
         } catch (const ETTagStorageWriter::WriteException& e) {
-            EXPECT_EQ(e.error(), ETTagStorageWriter::WriteError::jsonFileCreationFailed);
-            EXPECT_STREQ(e.what(), "JSON file creation failed");
+            EXPECT_EQ(e.error(), error);
+            EXPECT_STREQ(e.what(), text);
         }
-    }
-    EXPECT_TRUE(writer.process().output().arguments().empty()) << "ExifTool was not started";
-    EXPECT_EQ(fileBytes(jpeg), before);
+        EXPECT_TRUE(writer.process().output().arguments().empty()) << "ExifTool was not started";
+        EXPECT_EQ(fileBytes(jpeg), before);
+    };
+    expectRefused("caf\xE9", ETTagStorageWriter::WriteError::jsonEncodingFailed, "JSON encoding failed");
+    // The import file goes to the temporary folder, which takes no new file now.
+    test::Unwritable guard(temporary.path());
+    if (!guard.ok()) GTEST_SKIP() << "cannot make a folder unwritable on this volume";
+    expectRefused("never", ETTagStorageWriter::WriteError::jsonFileCreationFailed,
+                  "JSON file creation failed");
 }
 
 TEST_F(ETWriter, MinorErrorsFailUnlessIgnored) {
@@ -451,45 +446,26 @@ TEST_F(ETWriter, IPTCDigestIsUpdatedOrDeletedAsAsked) {
         return [update](ETTagStorageWriter::Settings& settings) { settings.setForceIPTCDigest(update); };
     };
 
-    TagStorage storage = readOne(jpeg);
-    edit(storage, {{"IPTC:Caption-Abstract", "first"}});
-    write({storage}, withDigest(IPTCDigestUpdate::update));
-    TagStorage back = readOne(jpeg);
-    const auto digest = originalValue(back, "Photoshop:IPTCDigest");
+    writeEdits(jpeg, {{"IPTC:Caption-Abstract", "first"}}, withDigest(IPTCDigestUpdate::update));
+    const auto digest = originalValue(readOne(jpeg), "Photoshop:IPTCDigest");
     ASSERT_TRUE(digest.has_value());
     EXPECT_EQ(digest->size(), 32u) << *digest;
     // ExifTool compares the digest with the IPTC data: a current digest gives no warning.
     EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "");
 
-    edit(back, {{"IPTC:Caption-Abstract", "second"}});
-    write({back}, withDigest(IPTCDigestUpdate::updateIfExists));
-    back = readOne(jpeg);
-    ASSERT_TRUE(originalValue(back, "Photoshop:IPTCDigest").has_value());
-    EXPECT_NE(originalValue(back, "Photoshop:IPTCDigest"), digest) << "recomputed for the new IPTC data";
+    writeEdits(jpeg, {{"IPTC:Caption-Abstract", "second"}}, withDigest(IPTCDigestUpdate::updateIfExists));
+    const auto second = originalValue(readOne(jpeg), "Photoshop:IPTCDigest");
+    ASSERT_TRUE(second.has_value());
+    EXPECT_NE(second, digest) << "recomputed for the new IPTC data";
     EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "");
 
-    edit(back, {{"IPTC:Caption-Abstract", "third"}});
-    write({back}, withDigest(IPTCDigestUpdate::delete_));
+    writeEdits(jpeg, {{"IPTC:Caption-Abstract", "third"}}, withDigest(IPTCDigestUpdate::delete_));
     EXPECT_EQ(originalValue(readOne(jpeg), "Photoshop:IPTCDigest"), std::nullopt);
 
-    TagStorage plain = readOne(other);
-    edit(plain, {{"IPTC:Caption-Abstract", "no digest"}});
-    write({plain}, withDigest(IPTCDigestUpdate::updateIfExists));
+    writeEdits(other, {{"IPTC:Caption-Abstract", "no digest"}}, withDigest(IPTCDigestUpdate::updateIfExists));
     const TagStorage plainBack = readOne(other);
     EXPECT_EQ(originalValue(plainBack, "Photoshop:IPTCDigest"), std::nullopt);
     EXPECT_EQ(originalValue(plainBack, "IPTC:Caption-Abstract"), "no digest");
-}
-
-TEST_F(ETWriter, ADeclaredIPTCCharacterSetIsKept) {
-    const fs::path jpeg = test::makeJPEG(folder / "latin.jpg");
-    // ISO 8859-1 declared: "ESC . A".
-    test::tagWithExifTool(jpeg, {"-IPTC:CodedCharacterSet#=\x1b.A", "-IPTC:ObjectName=old"});
-    TagStorage storage = readOne(jpeg);
-    ASSERT_TRUE(originalValue(storage, "IPTC:CodedCharacterSet").has_value());
-    edit(storage, {{"IPTC:By-line", "Jose"}});
-    write({storage});
-    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "ESC . A");
-    EXPECT_EQ(originalValue(readOne(jpeg), "IPTC:By-line"), "Jose");
 }
 
 TEST_F(ETWriter, ValuesThatMeanSomethingToExifToolArriveAsTyped) {
@@ -512,34 +488,35 @@ TEST_F(ETWriter, ValuesThatMeanSomethingToExifToolArriveAsTyped) {
         EXPECT_EQ(originalValue(back, raw), value) << raw;
 
     // A real clear still deletes.
-    TagStorage clear = back;
-    edit(clear, {{"EXIF:Artist", ""}});
-    write({clear});
+    writeEdits(jpeg, {{"EXIF:Artist", ""}});
     EXPECT_EQ(originalValue(readOne(jpeg), "EXIF:Artist"), std::nullopt);
 }
 
-TEST_F(ETWriter, UndeclaredLatinIPTCIsKeptAndItsDigestStaysCurrent) {
+TEST_F(ETWriter, IPTCCharacterSetsAreKeptAndTheDigestStaysCurrent) {
     const fs::path jpeg = test::makeJPEG(folder / "press.jpg");
     // What most press photos hold: Latin IPTC without a declared set, and a Photoshop digest.
     test::tagWithExifTool(jpeg, {"-charset", "iptc=Latin", "-IPTC:CopyrightNotice=©2009 Julie Doe",
                                  "-IPTC:Keywords=café", "-IPTC:Keywords=thé", "-Photoshop:IPTCDigest=new"});
     ASSERT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "");
 
-    TagStorage storage = readOne(jpeg);
-    edit(storage, {{"EXIF:Artist", "Someone"}});
-    write({storage});
+    writeEdits(jpeg, {{"EXIF:Artist", "Someone"}});
     EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "") << "IPTC not written, set unchanged";
     EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CopyrightNotice"), "©2009 Julie Doe");
 
-    storage = readOne(jpeg);
-    edit(storage, {{"IPTC:By-line", "東京 Zoë"}});
-    write({storage});
+    writeEdits(jpeg, {{"IPTC:By-line", "東京 Zoë"}});
     EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
     const TagStorage back = readOne(jpeg);
     EXPECT_EQ(originalValue(back, "IPTC:By-line"), "東京 Zoë");
     EXPECT_EQ(originalValue(back, "IPTC:CopyrightNotice"), "©2009 Julie Doe") << "carried over into UTF-8";
     EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Keywords"), "café, thé");
     EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "") << "the digest describes the new IPTC";
+
+    // A declared set (ISO 8859-1, "ESC . A") is kept.
+    const fs::path declared = test::makeJPEG(folder / "latin.jpg");
+    test::tagWithExifTool(declared, {"-IPTC:CodedCharacterSet#=\x1b.A", "-IPTC:ObjectName=old"});
+    writeEdits(declared, {{"IPTC:By-line", "Jose"}});
+    EXPECT_EQ(test::exifToolValue(declared, "IPTC:CodedCharacterSet"), "ESC . A");
+    EXPECT_EQ(originalValue(readOne(declared), "IPTC:By-line"), "Jose");
 }
 
 TEST_F(ETWriter, ASaveKeepsTheFileItselfItsAttributesAndMode) {
@@ -551,9 +528,7 @@ TEST_F(ETWriter, ASaveKeepsTheFileItselfItsAttributesAndMode) {
     struct stat before {};
     ASSERT_EQ(::stat(jpeg.c_str(), &before), 0);
 
-    TagStorage storage = readOne(jpeg);
-    edit(storage, {{"EXIF:Artist", "kept"}});
-    write({storage});
+    writeEdits(jpeg, {{"EXIF:Artist", "kept"}});
 
     struct stat after {};
     ASSERT_EQ(::stat(jpeg.c_str(), &after), 0);

@@ -1,7 +1,7 @@
 #include "corvane/tag_storages/FinderResources.hpp"
 #include "corvane/utilities/FileError.hpp"
 
-#include "support/SampleFiles.hpp"
+#include "support/FileBytes.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <cerrno>

@@ -40,13 +40,23 @@ TEST(TagStorageSource, FolderAssetAndCopies) {
     EXPECT_EQ(asset, TagStorageSource("/tmp/IMG_1.HEIC", AssetHandle("A1/L0/001"), std::string("secret")));
 }
 
-TEST(TagStorageAccess, FolderIsRWCForEveryFamily) {
+// A folder, the File family of any format and a format not in the table give every right.
+TEST(TagStorageAccess, FoldersFileTagsAndUnknownFormatsAreRWC) {
     TagStorage folder = storageAt("/photos/trip");
     for (const TagStream& stream : {TagStream::streamEXIF, TagStream::streamQuickTime, TagStream::streamZIP})
         EXPECT_EQ(folder.access(TagName(stream, TagKey("Anything"))), TagAccess::rwc) << stream.rawValue();
     EXPECT_TRUE(folder.canEditValue(artist()));
     EXPECT_TRUE(folder.canEditValue(TagItem::itemQuickTimeTitle().name()));
     EXPECT_EQ(folder.mediaType(), MediaType::typeFolder());
+
+    TagStorage mp3 = storageAt("/photos/clip.mp3"); // a read-only format
+    EXPECT_EQ(mp3.access(TagItem::itemFileFileModifyDate().name()), TagAccess::rwc);
+    EXPECT_EQ(mp3.access(TagName(TagStream::streamID3, TagKey("Title"))), TagAccess::r);
+
+    TagStorage unknown = storageAt("/photos/data.qqq");
+    EXPECT_FALSE(unknown.mediaType().has_value());
+    EXPECT_EQ(unknown.access(byLine()), TagAccess::rwc);
+    EXPECT_TRUE(unknown.canEditValue(byLine()));
 }
 
 TEST(TagStorageAccess, TagsOutsideTheCatalogueOrNotWritableAreNeverEditable) {
@@ -61,19 +71,6 @@ TEST(TagStorageAccess, TagsOutsideTheCatalogueOrNotWritableAreNeverEditable) {
         ASSERT_FALSE(TagItem::itemCompositeImageWidth().isWritable());
         EXPECT_FALSE(storage.setValue("10", composite)) << path;
     }
-}
-
-TEST(TagStorageAccess, FileFamilyIsAlwaysRWC) {
-    TagStorage storage = storageAt("/photos/clip.mp3"); // a read-only format
-    EXPECT_EQ(storage.access(TagItem::itemFileFileModifyDate().name()), TagAccess::rwc);
-    EXPECT_EQ(storage.access(TagName(TagStream::streamID3, TagKey("Title"))), TagAccess::r);
-}
-
-TEST(TagStorageAccess, UnknownFormatIsRWC) {
-    TagStorage storage = storageAt("/photos/data.qqq");
-    EXPECT_FALSE(storage.mediaType().has_value());
-    EXPECT_EQ(storage.access(byLine()), TagAccess::rwc);
-    EXPECT_TRUE(storage.canEditValue(byLine()));
 }
 
 TEST(TagStorageAccess, DeclaredAccessOfTheFormatDecides) {

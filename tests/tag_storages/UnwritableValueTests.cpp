@@ -11,6 +11,7 @@
 #include "corvane/tag_storages/CGTagStorageWriter.hpp"
 #endif
 
+#include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
