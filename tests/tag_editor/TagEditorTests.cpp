@@ -56,13 +56,8 @@ protected:
 
 TEST_F(TagEditorTest, ReadsAnswerFromTheStorageAndTheSnapshotIsACopy) {
     auto editor = ETTagEditor::create(jpegStorage());
-    EXPECT_EQ(editor->source().url(), std::filesystem::path("/photos/shot.jpg"));
     EXPECT_EQ(editor->filename(), "shot.jpg");
-    EXPECT_FALSE(editor->isFolder());
-    EXPECT_FALSE(editor->isAsset());
-    EXPECT_EQ(editor->temporaryURL().extension(), ".jpg");
     EXPECT_EQ(editor->originalTagNames(), (std::vector<TagName>{artist(), keywords()}));
-    EXPECT_TRUE(editor->originalStreams().contains(TagStream::streamEXIF));
 
     TagStorage snapshot = editor->storage();
     editor->setValue("Bob", artist());
@@ -70,10 +65,8 @@ TEST_F(TagEditorTest, ReadsAnswerFromTheStorageAndTheSnapshotIsACopy) {
     EXPECT_EQ(editor->currentValue(artist()), "Bob");
     EXPECT_EQ(editor->originalValue(artist()), "Ann");
     EXPECT_EQ(editor->writtenValue(artist()), "Bob");
-    EXPECT_TRUE(editor->isEdited());
     EXPECT_TRUE(editor->isValueEdited(artist()));
     EXPECT_EQ(editor->writtenTagNames(), std::vector<TagName>{artist()});
-    EXPECT_EQ(editor->debugDescription(), editor->storage().debugDescription());
 }
 
 TEST_F(TagEditorTest, EveryChangingSetterRegistersWhatChanged) {
