@@ -89,28 +89,21 @@ TEST_F(TaskLifecycleTest, PerformPostsEveryNoticeOnTheMainQueueInTheOrderOfTheCh
     EXPECT_EQ(task->progress(), 1.0);
 }
 
-TEST_F(TaskLifecycleTest, NoticesKeepTheTaskAliveUntilDelivered) {
+// Pending notices keep the task alive until delivered; the delegate is held weakly.
+TEST_F(TaskLifecycleTest, NoticesHoldTheTaskAndNothingHoldsTheDelegate) {
     std::weak_ptr<BlockTask> weak;
     {
         auto task = BlockTask::make([](BlockTask&) {});
+        auto delegate = std::make_shared<RecordingDelegate>();
+        task->setDelegate(delegate);
+        delegate.reset();
+        EXPECT_EQ(task->delegate(), nullptr);
         weak = task;
         task->perform();
     }
     EXPECT_FALSE(weak.expired());
     drainMainQueue();
     EXPECT_TRUE(weak.expired());
-}
-
-TEST_F(TaskLifecycleTest, DelegateIsHeldWeakly) {
-    auto task = BlockTask::make([](BlockTask&) {});
-    auto delegate = std::make_shared<RecordingDelegate>();
-    task->setDelegate(delegate);
-    EXPECT_EQ(task->delegate(), delegate);
-    delegate.reset();
-    EXPECT_EQ(task->delegate(), nullptr);
-    task->perform();
-    drainMainQueue();
-    EXPECT_EQ(task->status(), Status::completed);
 }
 
 TEST_F(TaskLifecycleTest, CancelledPendingTaskNeverRuns) {
@@ -192,6 +185,9 @@ TEST_F(TaskLifecycleTest, SecondPerformReturnsAtOnceDuringAndAfterTheFirst) {
 
 TEST_F(TaskLifecycleTest, FailedWorkEndsCompletedWithItsError) {
     auto task = BlockTask::make([](BlockTask&) { throw TaskError(TestTaskError::workFailed); });
+    EXPECT_TRUE(task->isProgressIndeterminate());
+    EXPECT_EQ(task->longDescription(), "Test Task (Pending)\nNo errors");
+    EXPECT_EQ(task->errorListDescription(), "- No errors");
     task->perform();
     task->cancel(); // a completed task stays completed
 
@@ -204,6 +200,9 @@ TEST_F(TaskLifecycleTest, FailedWorkEndsCompletedWithItsError) {
     EXPECT_EQ(AbstractTask::processError<Status>(errors[0]), std::nullopt);
     EXPECT_EQ(task->errorsDescription(), "1 error");
     EXPECT_EQ(task->errorListDescription(), "- Work failed");
+    EXPECT_EQ(task->taskDescription(), "Test Task (Completed)");
+    EXPECT_EQ(AbstractTask::localizedDescription(Status::processing), "Processing");
+    EXPECT_EQ(AbstractTask::localizedDescription(Status::cancelled), "Cancelled");
 }
 
 TEST_F(TaskLifecycleTest, ErrorsOfAnyKindAreKeptInOrderOfArrival) {
@@ -300,20 +299,6 @@ TEST_F(TaskLifecycleTest, ProgressStaysBetweenZeroAndOne) {
     EXPECT_EQ(seenInWork[2], 1.0);
     EXPECT_EQ(seenInWork[3], 0.0);
     EXPECT_EQ(task->progress(), 1.0);
-}
-
-TEST_F(TaskLifecycleTest, DefaultsAndDescriptions) {
-    auto task = BlockTask::make([](BlockTask&) {});
-    EXPECT_EQ(task->priority(), AbstractTask::Priority::writing);
-    EXPECT_TRUE(task->isProgressIndeterminate());
-    EXPECT_EQ(task->taskDescription(), "Test Task (Pending)");
-    EXPECT_EQ(task->errorsDescription(), "No errors");
-    EXPECT_EQ(task->errorListDescription(), "- No errors");
-    EXPECT_EQ(task->longDescription(), "Test Task (Pending)\nNo errors");
-    EXPECT_EQ(AbstractTask::localizedDescription(Status::processing), "Processing");
-    EXPECT_EQ(AbstractTask::localizedDescription(Status::cancelled), "Cancelled");
-    task->perform();
-    EXPECT_EQ(task->taskDescription(), "Test Task (Completed)");
 }
 
 TEST_F(TaskLifecycleTest, EngineOptionIsTakenAtConstructionAndKept) {

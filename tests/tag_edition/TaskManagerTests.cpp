@@ -68,9 +68,6 @@ protected:
 } // namespace
 
 TEST_F(TaskManagerTest, EachPriorityRunsOnItsOwnSerialQueue) {
-    EXPECT_EQ(&manager.queue(Priority::edition), &manager.editionTasksQueue());
-    EXPECT_EQ(&manager.queue(Priority::reading), &manager.readingTasksQueue());
-    EXPECT_EQ(&manager.queue(Priority::writing), &manager.writingTasksQueue());
     for (auto* queue :
          {&manager.editionTasksQueue(), &manager.readingTasksQueue(), &manager.writingTasksQueue()})
         EXPECT_EQ(queue->maxConcurrentOperationCount(), 1);
