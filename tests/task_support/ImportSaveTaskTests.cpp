@@ -36,10 +36,11 @@ std::shared_ptr<SaveTagEditorsTask> save(std::vector<std::shared_ptr<TagEditor>>
     return performed(SaveTagEditorsTask::create(std::move(settings)));
 }
 
-TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIIText) {
+TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIITextAndClears) {
     TemporaryFolder folder;
     auto jpeg = makeJPEG(folder / "photo.jpg");
     auto mov = makeMOV(folder / "clip.mov");
+    test::tagWithExifTool(jpeg, {"-EXIF:Copyright=Someone", "-XMP:Label=Old"});
 
     const std::map<std::string, std::string> jpegValues = {
         {"EXIF:Artist", "Zoë Åström — 東京"},
@@ -60,6 +61,9 @@ TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIIText) {
         jpegEditor->setValue(value, tag(name.c_str()));
     for (const auto& [name, value] : movValues)
         movEditor->setValue(value, tag(name.c_str()));
+    // An empty value and a blank one both remove their tag.
+    jpegEditor->setValue(std::string(), tag("EXIF:Copyright"));
+    jpegEditor->setValue(std::string("   "), tag("XMP:Label"));
     ASSERT_TRUE(jpegEditor->isEdited());
     ASSERT_TRUE(movEditor->isEdited());
 
@@ -69,10 +73,13 @@ TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIIText) {
     // Flushed before the write: the saved values are now the originals.
     EXPECT_FALSE(jpegEditor->isEdited());
     EXPECT_EQ(jpegEditor->originalValue(tag("EXIF:Artist")), jpegValues.at("EXIF:Artist"));
+    EXPECT_FALSE(jpegEditor->originalValue(tag("XMP:Label")));
 
     // ExifTool itself sees the values, and a fresh import reads them back equal.
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), jpegValues.at("EXIF:Artist"));
     EXPECT_EQ(exifToolValue(mov, "QuickTime:Title"), movValues.at("QuickTime:Title"));
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Copyright"), "");
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:Label"), "");
     auto reread = importFiles(sourcesOf({jpeg, mov}));
     ASSERT_EQ(reread.size(), 2u);
     for (const auto& [name, value] : jpegValues)
@@ -81,21 +88,6 @@ TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIIText) {
         EXPECT_EQ(reread[0]->originalValue(tag(name.c_str())), value) << name;
     // IPTC written without a declared character set is declared UTF-8.
     EXPECT_EQ(exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
-}
-
-TEST(ImportSaveTasks, clearingAndBlankValuesRemoveTheTag) {
-    TemporaryFolder folder;
-    auto jpeg = makeJPEG(folder / "a.jpg");
-    test::tagWithExifTool(jpeg, {"-EXIF:Artist=Someone", "-XMP:Title=Old"});
-    auto editors = importFiles(sourcesOf({jpeg}));
-    ASSERT_EQ(editors.size(), 1u);
-    editors[0]->setValue(std::string(), tag("EXIF:Artist"));
-    editors[0]->setValue(std::string("   "), tag("XMP:Title"));
-    auto task = save(editors);
-    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), "");
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title"), "");
-    EXPECT_FALSE(editors[0]->originalValue(tag("XMP:Title")));
 }
 
 TEST(ImportSaveTasks, fileNamesOfEveryDifficultKind) {
@@ -358,6 +350,10 @@ TEST(ImportSaveTasks, folderImport) {
     }
     // Unfolded with nothing allowed: nothing, and no error.
     EXPECT_TRUE(run(true, true, MediaType::Set{})->importedEditors().empty());
+    // What a folder import takes is what can be imported one by one.
+    EXPECT_TRUE(ImportTagEditorsTask::canImportEditor(folder / "a.MoV"));
+    EXPECT_FALSE(ImportTagEditorsTask::canImportEditor(folder / "notes.unknownext"));
+    EXPECT_FALSE(ImportTagEditorsTask::canImportEditor(folder / "sub"));
 }
 
 TEST(ImportSaveTasks, sourceEditorsAreReloadedAndKeepTheirEdits) {
@@ -444,13 +440,6 @@ TEST(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
     EXPECT_TRUE(saving->errors().empty()) << saving->errorListDescription();
 }
 #endif
-
-TEST(ImportSaveTasks, canImportEditorByExtension) {
-    EXPECT_TRUE(ImportTagEditorsTask::canImportEditor("/x/a.jpg"));
-    EXPECT_TRUE(ImportTagEditorsTask::canImportEditor("/x/a.MoV"));
-    EXPECT_FALSE(ImportTagEditorsTask::canImportEditor("/x/folder"));
-    EXPECT_FALSE(ImportTagEditorsTask::canImportEditor("/x/a.unknownext"));
-}
 
 } // namespace
 } // namespace corvane

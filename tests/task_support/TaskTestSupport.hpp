@@ -5,7 +5,7 @@
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
-#include "support/SampleFiles.hpp"
+#include "support/FileBytes.hpp"
 
 #include <algorithm>
 #include <filesystem>
