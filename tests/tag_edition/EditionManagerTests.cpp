@@ -168,7 +168,7 @@ TEST_F(EditionManagerTest, NotificationsComeFromTheManagerAndCarryTheHistoryUnde
         nullptr);
 }
 
-TEST(HistoryEdition, EditorsOfTheSameFileAreTwoKeys) {
+TEST(HistoryEdition, EditorsOfTheSameFileAreTwoKeysAndLocationEditionsAreTheirs) {
     auto a = folderEditor("/photos/trip");
     auto b = folderEditor("/photos/trip");
     auto other = folderEditor("/photos/other");
@@ -192,17 +192,13 @@ TEST(HistoryEdition, EditorsOfTheSameFileAreTwoKeys) {
     EXPECT_FALSE(history.hasEditions({a}, {names[1], names[2]}));
     EXPECT_EQ(history.tagNames({a, b, other}), HistoryEdition::TagNames(names.begin(), names.begin() + 2));
     EXPECT_TRUE(history.tagNames({other}).empty());
-}
 
-TEST(HistoryEdition, LocationEditionsLookAtTheLocationTags) {
-    auto editor = folderEditor();
-    HistoryEdition history;
-    history.registerTag(editor, artist());
-    EXPECT_FALSE(history.hasLocationEditions({editor}));
+    // Location editions look at the location tags only.
+    EXPECT_FALSE(history.hasLocationEditions({a}));
     ASSERT_FALSE(TagName::locationTagNames().empty());
-    history.registerTag(editor, TagName::locationTagNames().back());
-    EXPECT_TRUE(history.hasLocationEditions({editor}));
-    EXPECT_FALSE(history.hasLocationEditions({folderEditor()}));
+    history.registerTag(a, TagName::locationTagNames().back());
+    EXPECT_TRUE(history.hasLocationEditions({a}));
+    EXPECT_FALSE(history.hasLocationEditions({b}));
 }
 
 } // namespace

@@ -59,13 +59,14 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
         "EXIF:IFD0": {"Artist": "Zoë", "NotInTheCatalogue": "x", "Copyright": ""},
         "IPTC:IPTC": {"Keywords": ["one", "two"]},
         "XMP:XMP-dc": {"Title": 1.50, "Subject": ["007", 2.0]},
+        "XMP:XMP-other": {"Title": "second"},
         "JFIF:JFIF": {"NothingKnown": 1})");
     EXPECT_EQ(original(storage, TagItem::itemEXIFArtist()), "Zoë");
     EXPECT_EQ(original(storage, "EXIF:NotInTheCatalogue"), std::nullopt);
     EXPECT_EQ(original(storage, TagItem::itemEXIFCopyright()), "") << "an empty value is stored";
     EXPECT_EQ(original(storage, TagItem::itemIPTCKeywords()), "one,two");
     // ExifTool prints numeric-looking text as numbers; text tags keep it as printed.
-    EXPECT_EQ(original(storage, "XMP:Title"), "1.50");
+    EXPECT_EQ(original(storage, "XMP:Title"), "1.50") << "the first occurrence of a name wins";
     EXPECT_EQ(original(storage, TagItem::itemXMPSubject()), "007,2.0");
     // A group without any known tag still marks its stream as present.
     EXPECT_TRUE(storage.originalStreams().contains(TagStream::streamJFIF));
@@ -112,13 +113,6 @@ TEST_F(ETReaderDecoding, BannedGroupsAndValuesAreDropped) {
         R"([{"SourceFile": "/photos/a.jpg", "QuickTime:Track1": {"Title": "track title"}}])", sources);
     ASSERT_EQ(storages.size(), 1u);
     EXPECT_EQ(original(storages[0], TagItem::itemQuickTimeTitle()), "track title");
-}
-
-TEST_F(ETReaderDecoding, TheFirstOccurrenceOfANameWins) {
-    const TagStorage storage = decodeOne(R"(
-        "XMP:XMP-dc": {"Title": "first"},
-        "XMP:XMP-other": {"Title": "second"})");
-    EXPECT_EQ(original(storage, "XMP:Title"), "first");
 }
 
 TEST_F(ETReaderDecoding, MakerNotesAndQuickTimeKeysAreLookedUpUnderTheirOwnNames) {

@@ -70,7 +70,7 @@ private:
 
 } // namespace
 
-TEST_F(FinderResourcesTest, NothingSetIsEmptyAndWritesNothing) {
+TEST_F(FinderResourcesTest, NothingSetWritesNothingAndAReadKeepsWhatTheFileLacks) {
     FinderResources resources;
     EXPECT_TRUE(resources.isEmpty());
     resources.setFinderTags(std::vector<std::string>{});
@@ -81,6 +81,12 @@ TEST_F(FinderResourcesTest, NothingSetIsEmptyAndWritesNothing) {
     EXPECT_EQ(fs::last_write_time(file), before);
     EXPECT_FALSE(attribute(file, FinderResources::creationDateAttribute));
     EXPECT_FALSE(attribute(file, FinderResources::tagsAttribute));
+
+    // A read keeps the fields the file doesn't have.
+    resources.setFinderTags(std::vector<std::string>{"Kept"});
+    resources.read(file);
+    EXPECT_THAT(resources.finderTags().value_or(std::vector<std::string>{}), ElementsAre("Kept"));
+    EXPECT_TRUE(resources.modifyDate());
 }
 
 TEST_F(FinderResourcesTest, RoundTripOfDatesAndTags) {
@@ -151,14 +157,6 @@ TEST_F(FinderResourcesTest, CreationDateFromBirthTimeUntilOneIsWritten) {
     // A damaged stored date is passed over for the birth time.
     ASSERT_EQ(setxattr(file.c_str(), FinderResources::creationDateAttribute, "yesterday", 9, 0), 0);
     EXPECT_NEAR(readAt(file).createDate()->timeIntervalSince1970(), birth, 1e-6);
-}
-
-TEST_F(FinderResourcesTest, ReadKeepsFieldsTheFileDoesNotHave) {
-    FinderResources resources;
-    resources.setFinderTags(std::vector<std::string>{"Kept"});
-    resources.read(file); // the file has no tags
-    EXPECT_THAT(resources.finderTags().value_or(std::vector<std::string>{}), ElementsAre("Kept"));
-    EXPECT_TRUE(resources.modifyDate());
 }
 
 TEST_F(FinderResourcesTest, MissingFileFailsAndChangesNothing) {

@@ -40,7 +40,7 @@ void expectNoOriginalInWritten(const TagStorage& storage) {
     }
 }
 
-TEST(TagStorageValues, SettingTheFileValueAgainRemovesTheEditOnce) {
+TEST(TagStorageValues, SettingTheFileValueAgainOrARestoreRemovesTheEdit) {
     TagStorage storage = fileStorage();
     EXPECT_TRUE(storage.setValue("Bob", artist()));
     EXPECT_TRUE(storage.isValueEdited(artist()));
@@ -50,6 +50,18 @@ TEST(TagStorageValues, SettingTheFileValueAgainRemovesTheEditOnce) {
     EXPECT_FALSE(storage.isEdited());
     EXPECT_FALSE(storage.setValue("Ann", artist()));
     EXPECT_EQ(storage.currentValue(artist()), "Ann");
+
+    // A restore takes the edit back.
+    storage.setValue("Bob", artist());
+    EXPECT_TRUE(storage.setValue(std::nullopt, artist()));
+    EXPECT_EQ(storage.currentValue(artist()), "Ann");
+    EXPECT_FALSE(storage.isEdited());
+    // A restore on a tag with neither value nor edit changes nothing.
+    EXPECT_FALSE(storage.setValue(std::nullopt, copyright()));
+    // A restore of an unedited tag that has a value in the file reports a change (a restore is
+    // never compared with the file's value), and still leaves nothing edited.
+    EXPECT_TRUE(storage.setValue(std::nullopt, artist()));
+    EXPECT_FALSE(storage.isEdited());
 }
 
 TEST(TagStorageValues, CurrentValueIsTheEditElseTheOriginal) {
@@ -67,20 +79,6 @@ TEST(TagStorageValues, CurrentValueIsTheEditElseTheOriginal) {
     EXPECT_EQ(storage.currentValue(artist()), "");
     EXPECT_EQ(storage.writtenTagNames(), (std::vector<TagName>{artist(), copyright()}));
     expectNoOriginalInWritten(storage);
-}
-
-TEST(TagStorageValues, RestoreTakesTheEditBack) {
-    TagStorage storage = fileStorage();
-    storage.setValue("Bob", artist());
-    EXPECT_TRUE(storage.setValue(std::nullopt, artist()));
-    EXPECT_EQ(storage.currentValue(artist()), "Ann");
-    EXPECT_FALSE(storage.isEdited());
-    // A restore on a tag with neither value nor edit changes nothing.
-    EXPECT_FALSE(storage.setValue(std::nullopt, copyright()));
-    // A restore of an unedited tag that has a value in the file reports a change (a restore is
-    // never compared with the file's value), and still leaves nothing edited.
-    EXPECT_TRUE(storage.setValue(std::nullopt, artist()));
-    EXPECT_FALSE(storage.isEdited());
 }
 
 TEST(TagStorageValues, ClearingAnUnknownTagIsANoOpOnAFileButAnEditOnAFolder) {
@@ -143,15 +141,12 @@ TEST(TagStorageValues, UnsafeSettersSkipAccessAndComparison) {
     EXPECT_TRUE(storage.unsafeSetValue(std::nullopt, artist()));
     EXPECT_FALSE(storage.isValueEdited(artist()));
     EXPECT_TRUE(storage.unsafeSetValue(std::nullopt, artist())) << "always true";
-}
 
-TEST(TagStorageValues, UnsafeSetValuesTakesOverCurrentValues) {
+    // Taking over another storage's current values makes each an edit.
     TagStorage other(TagStorageSource("/photos/other.jpg"));
     other.setOriginalValue("Ann", artist()); // same as ours: still becomes an edit
     other.setOriginalValue("Old", copyright());
-    other.setValue("New", copyright()); // its current value is the written one
-
-    TagStorage storage = fileStorage();
+    other.setValue("New", copyright());       // its current value is the written one
     storage.unsafeSetValue("Kept", byLine()); // not named by the other storage
     storage.unsafeSetValues(other);
     EXPECT_EQ(storage.writtenValue(artist()), "Ann");
