@@ -126,7 +126,7 @@ TEST(AccessorGPSTest, XMPCarriesTheHemisphereInTheValue) {
     EXPECT_DOUBLE_EQ(location->altitude()->value(), -3);
 }
 
-TEST(AccessorTextLocationTest, FiveTagsReadAndWriteAsOnePlace) {
+TEST(AccessorTextLocationTest, FiveTagsReadAndWriteAsOnePlaceAndPredicatesKeepToTheirFamily) {
     auto editor = editorWith({{&TagItem::itemIPTCCity(), "Paris"},
                               {&TagItem::itemIPTCCountry_PrimaryLocationName(), "France"},
                               {&TagItem::itemIPTCProvince_State(), "Texas"}});
@@ -155,6 +155,16 @@ TEST(AccessorTextLocationTest, FiveTagsReadAndWriteAsOnePlace) {
     EXPECT_EQ(iptc.iptcProvince_State(), "");
     EXPECT_EQ(iptc.iptcCity(), "Lyon");
     EXPECT_TRUE(iptc.oneOrMoreIptcLocationTagsAreEdited());
+
+    // The group predicates look at their own family only.
+    auto paris = editorWith({{&TagItem::itemIPTCCity(), "Paris"}});
+    EXPECT_TRUE(IPTCAccessor(*paris).hasOneOrMoreIptcLocationValues());
+    EXPECT_FALSE(EXIFAccessor(*paris).hasOneOrMoreExifLocationValues());
+    EXPECT_FALSE(XMPAccessor(*paris).hasOneOrMoreXmpLocationValues());
+    EXPECT_FALSE(IPTCAccessor(*paris).oneOrMoreIptcLocationTagsAreEdited());
+    XMPAccessor(*paris).setXMPLocationCity(TypedTagValue<std::string>::value("Rome"));
+    EXPECT_TRUE(XMPAccessor(*paris).oneOrMoreXmpLocationTagsAreEdited());
+    EXPECT_FALSE(FamilyAccessor(*paris).hasOneOrMoreValues({}));
 }
 
 TEST(AccessorTextLocationTest, CountryCodesAreCheckedAgainstTheCountryIndex) {
@@ -238,17 +248,6 @@ TEST(AccessorEmbeddedImageTest, ThumbnailPresenceFollowsItsLength) {
     images.restoreExifThumbnail();
     EXPECT_FALSE(images.isExifThumbnailEdited());
     EXPECT_FALSE(editor->isEdited());
-}
-
-TEST(AccessorGroupTest, PredicatesLookAtTheirFamilyOnly) {
-    auto editor = editorWith({{&TagItem::itemIPTCCity(), "Paris"}});
-    EXPECT_TRUE(IPTCAccessor(*editor).hasOneOrMoreIptcLocationValues());
-    EXPECT_FALSE(EXIFAccessor(*editor).hasOneOrMoreExifLocationValues());
-    EXPECT_FALSE(XMPAccessor(*editor).hasOneOrMoreXmpLocationValues());
-    EXPECT_FALSE(IPTCAccessor(*editor).oneOrMoreIptcLocationTagsAreEdited());
-    XMPAccessor(*editor).setXMPLocationCity(TypedTagValue<std::string>::value("Rome"));
-    EXPECT_TRUE(XMPAccessor(*editor).oneOrMoreXmpLocationTagsAreEdited());
-    EXPECT_FALSE(FamilyAccessor(*editor).hasOneOrMoreValues({}));
 }
 
 } // namespace
