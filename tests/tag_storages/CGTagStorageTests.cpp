@@ -85,7 +85,12 @@ std::string attribute(const fs::path& path, const char* key) {
     return size < 0 ? std::string() : std::string(buffer, static_cast<std::size_t>(size));
 }
 
-TEST(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUntouched) {
+class CGTagStorage : public testing::Test {
+protected:
+    test::TemporaryFolder folder;
+};
+
+TEST_F(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUntouched) {
     for (auto kind : {test::SampleKind::jpeg, test::SampleKind::tiff}) {
         test::TemporaryFolder folder;
         const auto file = test::makeSample(kind, folder / ("photo." + test::sampleExtension(kind)));
@@ -147,8 +152,7 @@ TEST(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUntou
     }
 }
 
-TEST(CGTagStorage, AClearRemovesOnlyItsTagAndTagsWithoutImageIONameAreLeftAlone) {
-    test::TemporaryFolder folder;
+TEST_F(CGTagStorage, AClearRemovesOnlyItsTagAndTagsWithoutImageIONameAreLeftAlone) {
     const auto file = test::makeJPEG(folder / "a.jpg");
     test::tagWithExifTool(file, {"-EXIF:Artist=Someone", "-EXIF:Copyright=Them", "-IPTC:Keywords=one",
                                  "-IPTC:Keywords=two", "-XMP:Title=Kept"});
@@ -170,8 +174,7 @@ TEST(CGTagStorage, AClearRemovesOnlyItsTagAndTagsWithoutImageIONameAreLeftAlone)
     EXPECT_EQ(exifToolValue(file, "EXIF:ISO"), "");
 }
 
-TEST(CGTagStorage, FilesThatCannotBeWrittenGiveTheirErrorAndStayByteIdentical) {
-    test::TemporaryFolder folder;
+TEST_F(CGTagStorage, FilesThatCannotBeWrittenGiveTheirErrorAndStayByteIdentical) {
     const auto gif = makeGIF(folder / "flat.gif");
     const auto corrupt = test::writeBytes(folder / "corrupt.jpg", {0xFF, 0xD8, 0xFF, 0xE1, 0x00, 0x10, 'E'});
     const auto missing = folder / "missing.jpg";
@@ -206,8 +209,7 @@ TEST(CGTagStorage, FilesThatCannotBeWrittenGiveTheirErrorAndStayByteIdentical) {
     }
 }
 
-TEST(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
-    test::TemporaryFolder folder;
+TEST_F(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
     const auto plain = test::makeJPEG(folder / "plain.jpg");
     const auto tagged = test::makeTIFF(folder / "tagged.tif");
     test::tagWithExifTool(tagged, {"-EXIF:Artist=Ansel", "-EXIF:FNumber=2.8"});
@@ -238,8 +240,7 @@ TEST(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
     EXPECT_TRUE(tiff.originalStreams().contains(TagStream::streamEXIF));
 }
 
-TEST(CGTagStorage, DestinationsAndFolders) {
-    test::TemporaryFolder folder;
+TEST_F(CGTagStorage, DestinationsAndFolders) {
     const auto source = test::makeJPEG(folder / "source.jpg");
     const std::string sourceBytes = fileBytes(source);
     const auto target = folder / "out" / "deeper" / "copy.jpg";
@@ -271,7 +272,7 @@ TEST(CGTagStorage, DestinationsAndFolders) {
 
 // Every JPEG, TIFF, PNG, HEIC, DNG, CR2 and NEF of the corpus read by both engines: the tags both
 // read agree, and the in-process engine opens every format.
-TEST(CGTagStorage, BothEnginesAgreeOnTheCorpus) {
+TEST_F(CGTagStorage, BothEnginesAgreeOnTheCorpus) {
     const auto corpus = test::corpusFolder();
     const std::vector<std::string> formats = {"jpeg", "tiff", "png", "heic", "dng", "cr2", "nef"};
     if (test::corpusFiles(corpus, formats, false).empty()) GTEST_SKIP() << "no corpus at " << corpus;

@@ -177,6 +177,11 @@ TEST_F(ETReaderDecoding, OutputOfAnotherShapeFails) {
 
 // --- Real runs
 
+class ETReader : public testing::Test {
+protected:
+    test::TemporaryFolder folder{"corvane-etio"};
+};
+
 struct Calls {
     std::vector<std::string> events;
     ETTagStorageReader::Settings& install(ETTagStorageReader::Settings& settings) {
@@ -187,8 +192,7 @@ struct Calls {
     }
 };
 
-TEST(ETReader, FoldersAndFilesWithoutExtensionGetEmptyStoragesWithoutExifTool) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, FoldersAndFilesWithoutExtensionGetEmptyStoragesWithoutExifTool) {
     const fs::path noExtension = folder / "README";
     std::ofstream(noExtension) << "text";
     Calls calls;
@@ -211,8 +215,7 @@ TEST(ETReader, FoldersAndFilesWithoutExtensionGetEmptyStoragesWithoutExifTool) {
     EXPECT_THAT(none.events, ElementsAre("start", "progress", "progress", "end"));
 }
 
-TEST(ETReader, ReadsTaggedFilesOfSeveralFormatsInOneRun) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, ReadsTaggedFilesOfSeveralFormatsInOneRun) {
     const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
     const fs::path mov = test::makeMOV(folder / "movie.mov");
     const fs::path png = test::makePNG(folder / "image.png");
@@ -272,8 +275,7 @@ std::string pngChunk(const std::string& type, const std::string& data) {
 
 // Values reach the storage as ExifTool holds them: an open count of numbers keeps its blanks, and
 // a number that ExifTool converts (PNG chromaticities stored in 100000ths) keeps its fraction.
-TEST(ETReader, NumbersAreReadAsExifToolHoldsThem) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, NumbersAreReadAsExifToolHoldsThem) {
     const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
     test::tagWithExifTool(jpeg, {"-EXIF:SubjectArea=2009 1506 2318 1390"});
     // The sample PNG with the sRGB chromaticities behind its header chunk.
@@ -295,8 +297,7 @@ TEST(ETReader, NumbersAreReadAsExifToolHoldsThem) {
 }
 
 // A movie over 4 GB is read whole: its tags behind a large media atom are found.
-TEST(ETReader, ReadsMoviesOverFourGigabytes) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, ReadsMoviesOverFourGigabytes) {
     const fs::path small = test::makeMOV(folder / "small.mov");
     test::tagWithExifTool(small, {"-QuickTime:Title=Large"});
     const std::string bytes = test::fileBytes(small);
@@ -323,8 +324,7 @@ TEST(ETReader, ReadsMoviesOverFourGigabytes) {
     EXPECT_EQ(original(storages.at(large), TagItem::itemQuickTimeTitle()), "Large");
 }
 
-TEST(ETReader, FilesWithDifficultNamesAreReadUnderTheirOwnURL) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, FilesWithDifficultNamesAreReadUnderTheirOwnURL) {
     const std::vector<std::string> names{
         " .jpg",          "blank name.jpg",  "quote's \"here\".jpg", "-dash.jpg",
         "Zoë 写真 ✓.jpg", "line\nbreak.jpg", "semi;colon$HOME.jpg"};
@@ -345,8 +345,7 @@ TEST(ETReader, FilesWithDifficultNamesAreReadUnderTheirOwnURL) {
     }
 }
 
-TEST(ETReader, RelativePathsThatLookLikeOptionsAreMatched) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, RelativePathsThatLookLikeOptionsAreMatched) {
     test::makeJPEG(folder / "-rel.jpg");
     test::tagWithExifTool(folder / "-rel.jpg", {"-EXIF:Artist=relative"});
     const fs::path previous = fs::current_path();
@@ -359,8 +358,7 @@ TEST(ETReader, RelativePathsThatLookLikeOptionsAreMatched) {
     EXPECT_EQ(original(storages.at("-rel.jpg"), TagItem::itemEXIFArtist()), "relative");
 }
 
-TEST(ETReader, ACorruptFileFailsTheBatchUnlessMinorErrorsAreIgnored) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, ACorruptFileFailsTheBatchUnlessMinorErrorsAreIgnored) {
     const fs::path good = test::makeJPEG(folder / "good.jpg");
     test::tagWithExifTool(good, {"-EXIF:Artist=good"});
     const fs::path corrupt = folder / "corrupt.jpg";
@@ -392,8 +390,7 @@ TEST(ETReader, ACorruptFileFailsTheBatchUnlessMinorErrorsAreIgnored) {
     EXPECT_EQ(original(storages.at(good), TagItem::itemEXIFArtist()), "good");
 }
 
-TEST(ETReader, FinderResourcesOfTheFileAreRead) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, FinderResourcesOfTheFileAreRead) {
     const fs::path jpeg = test::makeJPEG(folder / "finder.jpg");
     FinderResources resources;
     resources.setFinderTags(std::vector<std::string>{"Red", "Wörk"});

@@ -36,8 +36,12 @@ std::shared_ptr<SaveTagEditorsTask> save(std::vector<std::shared_ptr<TagEditor>>
     return performed(SaveTagEditorsTask::create(std::move(settings)));
 }
 
-TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIITextAndClears) {
+class ImportSaveTasks : public ::testing::Test {
+protected:
     TemporaryFolder folder;
+};
+
+TEST_F(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIITextAndClears) {
     auto jpeg = makeJPEG(folder / "photo.jpg");
     auto mov = makeMOV(folder / "clip.mov");
     test::tagWithExifTool(jpeg, {"-EXIF:Copyright=Someone", "-XMP:Label=Old"});
@@ -90,8 +94,7 @@ TEST(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIITextAndClears) {
     EXPECT_EQ(exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
 }
 
-TEST(ImportSaveTasks, fileNamesOfEveryDifficultKind) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, fileNamesOfEveryDifficultKind) {
     const std::vector<std::string> names = {"with space.jpg",    "-leading-dash.jpg",  "quote'\"both.jpg",
                                             "ünïcødé 東京.jpg",  "semi;amp&pipe|.jpg", "dollar $HOME `x`.jpg",
                                             "back\\slash.jpg",   "line\nbreak.jpg",    "UPPER.JPG",
@@ -115,8 +118,7 @@ TEST(ImportSaveTasks, fileNamesOfEveryDifficultKind) {
             << editor->source().url();
 }
 
-TEST(ImportSaveTasks, corruptFileInABatch) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, corruptFileInABatch) {
     auto good1 = makeJPEG(folder / "good1.jpg");
     auto good2 = makeJPEG(folder / "good2.jpg");
     // ExifTool reads damaged JPEG data with warnings only; an empty file is an error of the file.
@@ -184,8 +186,7 @@ TEST(ImportSaveTasks, corruptFileInABatch) {
     EXPECT_EQ(exifToolValue(good2, "EXIF:Artist"), "Batch");
 }
 
-TEST(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
     auto sub = folder.makeSubfolder("locked");
     auto locked = makeJPEG(sub / "locked.jpg");
     auto editors = importFiles(sourcesOf({locked}));
@@ -236,8 +237,7 @@ public:
     ~PhotoLibraryGuard() { PhotoLibrary::setShared(nullptr); }
 };
 
-TEST(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
     auto assetFile = makeJPEG(folder / "asset.jpg");
     auto plainFile = makeJPEG(folder / "plain.jpg");
     const std::string assetBytes = fileBytes(assetFile), plainBytes = fileBytes(plainFile);
@@ -278,8 +278,7 @@ TEST(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
     fs::remove(editors[1]->temporaryURL());
 }
 
-TEST(ImportSaveTasks, unsupportedEditorsMissingEnginesAndEmptyLists) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, unsupportedEditorsMissingEnginesAndEmptyLists) {
     auto file = makeJPEG(folder / "a.jpg");
     const std::string bytes = fileBytes(file);
     auto& kit = KitSettings::shared();
@@ -317,8 +316,7 @@ TEST(ImportSaveTasks, unsupportedEditorsMissingEnginesAndEmptyLists) {
 #endif
 }
 
-TEST(ImportSaveTasks, folderImport) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, folderImport) {
     makeJPEG(folder / "top.jpg");
     makeMOV(folder / "movie.mov");
     test::writeBytes(folder / "notes.unknownext", {'x'});
@@ -364,8 +362,7 @@ TEST(ImportSaveTasks, folderImport) {
     EXPECT_FALSE(ImportTagEditorsTask::canImportEditor(folder / "sub"));
 }
 
-TEST(ImportSaveTasks, sourceEditorsAreReloadedAndKeepTheirEdits) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, sourceEditorsAreReloadedAndKeepTheirEdits) {
     auto file = makeJPEG(folder / "a.jpg");
     auto editor = importFiles(sourcesOf({file})).at(0);
     editor->setValue(std::string("Pending"), tag("XMP:Title"));
@@ -382,8 +379,7 @@ TEST(ImportSaveTasks, sourceEditorsAreReloadedAndKeepTheirEdits) {
 #ifdef CORVANE_HAVE_EXIV2
 // The in-process engine on the task's eight-wide queue: every file is read into its own editor, a
 // file that can't be read costs only its own error, and the editors are saved in process.
-TEST(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
-    TemporaryFolder folder;
+TEST_F(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
     std::vector<fs::path> files;
     std::ofstream csv(folder / "artists.csv");
     csv << "SourceFile,EXIF:Artist\n";
