@@ -108,7 +108,19 @@ TEST(CoordinateParserDecimal, HemisphereLettersSignsAndUnits) {
     EXPECT_EQ(lon("123.5"), 123.5);
 }
 
-TEST(CoordinateParserDegreesMinutes, SingleAxisNeverReadsButPairsDo) {
+TEST(CoordinateParserDegreesMinutes, WithSecondsReadAxesAndPairsWithoutOnlyPairs) {
+    expectCoordinate("40 26 46.302 N, 79 58 55.903 W", 40 + 26 / 60.0 + 46.302 / 3600,
+                     -(79 + 58 / 60.0 + 55.903 / 3600));
+    expectCoordinate(R"(N 40° 26' 46.3", W 79° 58' 55.9")", 40 + 26 / 60.0 + 46.3 / 3600,
+                     -(79 + 58 / 60.0 + 55.9 / 3600));
+    expectCoordinate("40deg 26min 46,3sec S; 079deg 58min 55,9sec E", -(40 + 26 / 60.0 + 46.3 / 3600),
+                     79 + 58 / 60.0 + 55.9 / 3600);
+    EXPECT_NEAR(*lat("40 26 46.30 N"), 40 + 26 / 60.0 + 46.3 / 3600, 1e-12);
+    EXPECT_NEAR(*lon("79 58 55.90 W"), -(79 + 58 / 60.0 + 55.9 / 3600), 1e-12);
+    // Longitude minutes take three digits and seconds a three-digit float.
+    EXPECT_NEAR(*P::longitudeFromDDMMSSsString("10 100 100.0"), 10 + 100 / 60.0 + 100 / 3600.0, 1e-12);
+    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 100 10.0"));
+    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 00 10.0 N"));
     EXPECT_FALSE(P::latitudeFromDDMMmmmString("40 26.77 N"));
     EXPECT_FALSE(P::longitudeFromDDMMmmmString("79 58.93 W"));
     // The general entry falls through to degrees, minutes and seconds, where
@@ -124,21 +136,6 @@ TEST(CoordinateParserDegreesMinutes, SingleAxisNeverReadsButPairsDo) {
     EXPECT_DOUBLE_EQ(c->longitude().value(), 20.25);
     // With a letter, both numbers must be positive.
     EXPECT_FALSE(P::coordinateFromDDMMmmmString("40 00.0 N, 79 58.93 W"));
-}
-
-TEST(CoordinateParserDegreesMinutesSeconds, ReadsAxesAndPairs) {
-    expectCoordinate("40 26 46.302 N, 79 58 55.903 W", 40 + 26 / 60.0 + 46.302 / 3600,
-                     -(79 + 58 / 60.0 + 55.903 / 3600));
-    expectCoordinate(R"(N 40° 26' 46.3", W 79° 58' 55.9")", 40 + 26 / 60.0 + 46.3 / 3600,
-                     -(79 + 58 / 60.0 + 55.9 / 3600));
-    expectCoordinate("40deg 26min 46,3sec S; 079deg 58min 55,9sec E", -(40 + 26 / 60.0 + 46.3 / 3600),
-                     79 + 58 / 60.0 + 55.9 / 3600);
-    EXPECT_NEAR(*lat("40 26 46.30 N"), 40 + 26 / 60.0 + 46.3 / 3600, 1e-12);
-    EXPECT_NEAR(*lon("79 58 55.90 W"), -(79 + 58 / 60.0 + 55.9 / 3600), 1e-12);
-    // Longitude minutes take three digits and seconds a three-digit float.
-    EXPECT_NEAR(*P::longitudeFromDDMMSSsString("10 100 100.0"), 10 + 100 / 60.0 + 100 / 3600.0, 1e-12);
-    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 100 10.0"));
-    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 00 10.0 N"));
 }
 
 TEST(CoordinateParserPairs, FreeTextAfterTheNumbersNeedsTheFreeEntry) {
