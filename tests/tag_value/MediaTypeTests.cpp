@@ -79,7 +79,7 @@ TEST(MediaType, TableHas289UniqueRecordsInDeclarationOrderFoundByKind) {
     EXPECT_TRUE(MediaType::types({}).empty());
 }
 
-TEST(MediaType, JPEGFamilyCarriesTheMergedSet) {
+TEST(MediaType, KnownRightsOfTheJPEGFamilyMoviesAndHEIC) {
     for (const MediaType* type :
          {&MediaType::typeJPEG(), &MediaType::typeJPG(), &MediaType::typeJPE(), &MediaType::typeMPO(),
           &MediaType::typeTHM(), &MediaType::typeINSP(), &MediaType::typeEXV()}) {
@@ -97,9 +97,6 @@ TEST(MediaType, JPEGFamilyCarriesTheMergedSet) {
     EXPECT_EQ(MediaType::typeJPEG().kind(), MediaKind::image);
     EXPECT_EQ(MediaType::typeEXV().kind(), MediaKind::sidecar);
     EXPECT_FALSE(MediaType::typeJPG().is(MediaType::typeJPEG())); // aliases are records of their own
-}
-
-TEST(MediaType, KnownRightsOfMoviesAndHEIC) {
     const MediaType& mov = MediaType::typeMOV();
     EXPECT_EQ(mov.kind(), MediaKind::movie);
     EXPECT_EQ(mov.access(TagStream::streamQuickTime), RWC);
