@@ -12,14 +12,10 @@
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::exifToolValue;
-using corvane::test::makeJPEG;
-using corvane::test::readText;
-using corvane::test::tagWithExifTool;
 
-using CleanGeotagImageCommands = corvane::test::CliTest;
+using CleanGeotagImageCommands = CliTest;
 
 TEST_F(CleanGeotagImageCommands, cleanRemovesTheChosenFamiliesAndFetchPrintsWhatIsLeft) {
     auto a = makeJPEG(folder / "a.jpg");
@@ -50,7 +46,7 @@ TEST_F(CleanGeotagImageCommands, cleanRemovesTheChosenFamiliesAndFetchPrintsWhat
 }
 
 TEST_F(CleanGeotagImageCommands, movieAtomIsRemovedFromMPEG4MoviesOnly) {
-    auto mov = corvane::test::makeMOV(folder / "clip.mov");
+    auto mov = makeMOV(folder / "clip.mov");
     const auto before = readText(mov);
     auto run = corvane({"clean", "--movie-atom", mov.string()}, scratch);
     EXPECT_EQ(run.exitCode, 1);
@@ -61,7 +57,7 @@ TEST_F(CleanGeotagImageCommands, movieAtomIsRemovedFromMPEG4MoviesOnly) {
 // The corpus's photo taken along its GPX track: its copy loses its position, gets it back from the
 // track, and the folder exports as a track that holds it.
 TEST_F(CleanGeotagImageCommands, geotagImportGpsAndExportOnTheCorpusPair) {
-    const auto pair = corvane::test::corpusFolder() / "geotag-pairs" / "exiv2";
+    const auto pair = corpusFolder() / "geotag-pairs" / "exiv2";
     if (!fs::exists(pair / "FurnaceCreekInn.jpg")) GTEST_SKIP() << "no geotag pair in the corpus at " << pair;
     auto photos = folder.makeSubfolder("photos");
     auto photo = photos / "FurnaceCreekInn.jpg";
@@ -105,7 +101,7 @@ TEST_F(CleanGeotagImageCommands, geotagImportGpsAndExportOnTheCorpusPair) {
 
 TEST_F(CleanGeotagImageCommands, imageThumbnailSetExtractAndRemove) {
     auto photo = makeJPEG(folder / "photo.jpg");
-    auto picture = corvane::test::makePNG(folder / "picture.png");
+    auto picture = makePNG(folder / "picture.png");
 
     auto set = corvane({"image", "thumbnail", "--set", picture.string(), photo.string()}, scratch);
     ASSERT_EQ(set.exitCode, 0) << set.err;
@@ -133,11 +129,11 @@ TEST_F(CleanGeotagImageCommands, imageExtractPullsPreviewsOutOfRawFiles) {
     std::vector<fs::path> raws;
     for (const char* format : {"cr2", "nef"}) {
         std::error_code error;
-        for (fs::recursive_directory_iterator it(corvane::test::corpusFolder() / format, error), end;
+        for (fs::recursive_directory_iterator it(corpusFolder() / format, error), end;
              !error && it != end && raws.size() < 3; it.increment(error))
             if (it->is_regular_file()) raws.push_back(it->path());
     }
-    if (raws.empty()) GTEST_SKIP() << "no raw files in the corpus at " << corvane::test::corpusFolder();
+    if (raws.empty()) GTEST_SKIP() << "no raw files in the corpus at " << corpusFolder();
     std::vector<std::string> arguments = {"image", "extract", "--which", "preview"};
     for (const auto& raw : raws) {
         auto copy = folder / raw.filename();

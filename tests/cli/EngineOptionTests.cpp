@@ -7,20 +7,18 @@
 
 namespace {
 
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::exifToolValue;
-using corvane::test::makeJPEG;
-using corvane::test::readText;
 
-using EngineOption = corvane::test::CliTest;
+using EngineOption = CliTest;
 
 TEST_F(EngineOption, readAndSetThroughEitherEngine) {
 #ifndef CORVANE_HAVE_EXIV2
     GTEST_SKIP() << "built without exiv2: no in-process engine";
 #endif
     const auto jpeg = makeJPEG(folder / "photo.jpg");
-    const auto tiff = corvane::test::makeTIFF(folder / "scan.tif");
-    const auto bad = corvane::test::writeBytes(folder / "bad.jpg", {0xFF, 0xD8, 0xFF});
+    const auto tiff = makeTIFF(folder / "scan.tif");
+    const auto bad = writeBytes(folder / "bad.jpg", {0xFF, 0xD8, 0xFF});
 
     auto set = corvane({"--engine", "image-io", "set", "EXIF:Artist=In process", "IPTC:Keywords=a,b", "--",
                         jpeg.string(), tiff.string(), bad.string()},

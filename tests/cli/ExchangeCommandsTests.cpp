@@ -8,14 +8,10 @@
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::exifToolValue;
-using corvane::test::makeJPEG;
-using corvane::test::readText;
-using corvane::test::tagWithExifTool;
 
-using ExchangeCommands = corvane::test::CliTest;
+using ExchangeCommands = CliTest;
 
 TEST_F(ExchangeCommands, compareShowsEveryFileAndNarrowsToDifferences) {
     auto a = makeJPEG(folder / "a.jpg");
@@ -55,7 +51,7 @@ TEST_F(ExchangeCommands, compareShowsEveryFileAndNarrowsToDifferences) {
 
     // A file ExifTool can't read is reported and gets no column; the columns follow the arguments,
     // a folder giving its own files where it stands.
-    auto empty = corvane::test::writeBytes(folder / "empty.jpg", {});
+    auto empty = writeBytes(folder / "empty.jpg", {});
     auto sub = folder.makeSubfolder("sub");
     makeJPEG(sub / "c.jpg");
     auto mixed = corvane({"compare", "--format", "csv", b.string(), empty.string(), sub.string(), a.string()},

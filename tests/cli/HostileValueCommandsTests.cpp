@@ -13,12 +13,12 @@
 
 namespace {
 
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::makeJPEG;
-using corvane::test::readText;
-using HostileValueCommands = corvane::test::CliTest;
 
-TEST_F(HostileValueCommands, NonFiniteAndOverflowingNumbersAreRefusedByTag) {
+using HostileValueCommands = CliTest;
+
+TEST_F(HostileValueCommands, NonFiniteNumbersAndRunawayPositionsAreRefusedQuicklyByTag) {
     const auto jpeg = makeJPEG(folder / "a.jpg");
     const std::string before = readText(jpeg);
     for (const auto& [assignment, tag] : {std::pair{"EXIF:ExposureTime=inf", "EXIF:ExposureTime"},
@@ -29,12 +29,6 @@ TEST_F(HostileValueCommands, NonFiniteAndOverflowingNumbersAreRefusedByTag) {
         EXPECT_NE(run.exitCode, 0) << assignment;
         EXPECT_NE(run.err.find(tag), std::string::npos) << run.err;
     }
-    EXPECT_EQ(readText(jpeg), before);
-}
-
-TEST_F(HostileValueCommands, RunawayAndOverflowingPositionsAreRefusedQuickly) {
-    const auto jpeg = makeJPEG(folder / "a.jpg");
-    const std::string before = readText(jpeg);
     const auto start = std::chrono::steady_clock::now();
     for (const std::string& position : {"10 00 10.4" + std::string(40, ' ') + ".0   N",
                                         std::string(320, '9') + ", 1", std::string(4096, ' ') + "1"}) {

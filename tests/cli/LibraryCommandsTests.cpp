@@ -11,11 +11,10 @@
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::readText;
 
-class LibraryCommands : public corvane::test::CliTest {
+class LibraryCommands : public CliTest {
 protected:
     void SetUp() override {
         if (const char* previous = std::getenv("XDG_CONFIG_HOME")) savedConfigHome = previous;
@@ -93,23 +92,23 @@ TEST_F(LibraryCommands, SetWritesASavedPlaceWithItsAddress) {
     corvane::LocationFile({}, {corvane::LocationItem::create("Paris", paris)})
         .exportTo(folder / "places.json");
     ASSERT_EQ(corvane({"locations", "import", (folder / "places.json").string()}, scratch).exitCode, 0);
-    const auto jpeg = corvane::test::makeJPEG(folder / "a.jpg");
+    const auto jpeg = makeJPEG(folder / "a.jpg");
 
     auto unknown = corvane({"set", "--saved-location", "Lyon", "--", jpeg.string()}, scratch);
     EXPECT_EQ(unknown.exitCode, 2);
     EXPECT_NE(unknown.err.find("no place named \"Lyon\""), std::string::npos) << unknown.err;
-    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "GPSLatitude"), "") << "a refused command writes nothing";
+    EXPECT_EQ(exifToolValue(jpeg, "GPSLatitude"), "") << "a refused command writes nothing";
     auto both = corvane({"set", "--saved-location", "Paris", "--location", "1, 2", jpeg.string()}, scratch);
     EXPECT_NE(both.exitCode, 0);
     EXPECT_NE(both.err.find("excludes"), std::string::npos) << both.err;
-    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "GPSLatitude"), "");
+    EXPECT_EQ(exifToolValue(jpeg, "GPSLatitude"), "");
 
     auto run = corvane({"set", "--saved-location", "Paris", "--", jpeg.string()}, scratch);
     ASSERT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "EXIF:GPSLatitude", true), "48.8566");
-    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "XMP:GPSLongitude", true), "2.3522");
-    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "IPTC:City"), "Paris");
-    EXPECT_EQ(corvane::test::exifToolValue(jpeg, "XMP:Country"), "France");
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:GPSLatitude", true), "48.8566");
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:GPSLongitude", true), "2.3522");
+    EXPECT_EQ(exifToolValue(jpeg, "IPTC:City"), "Paris");
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:Country"), "France");
 }
 
 } // namespace

@@ -9,12 +9,12 @@
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::readText;
+
 using Profile = corvane::PhotosRemoteProfile;
 
-class PhotosScriptCommands : public corvane::test::CliTest {
+class PhotosScriptCommands : public CliTest {
 protected:
     // Two profiles, "Sea" and "City"; the file's path.
     fs::path writeProfiles() {

@@ -8,18 +8,15 @@
 
 namespace {
 
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::exifToolValue;
-using corvane::test::makeJPEG;
-using corvane::test::TemporaryFolder;
 
 TEST(PresetCommands, MakeListAndApplyAPreset) {
     TemporaryFolder folder("corvane-cli-presets");
     const auto model = makeJPEG(folder / "model.jpg");
     const auto target = makeJPEG(folder / "target.jpg");
-    corvane::test::tagWithExifTool(model,
-                                   {"-EXIF:Artist=Zoë Martin", "-EXIF:DateTimeOriginal=2024:06:01 06:30:00",
-                                    "-IPTC:Keywords=sea", "-IPTC:Keywords=sun"});
+    tagWithExifTool(model, {"-EXIF:Artist=Zoë Martin", "-EXIF:DateTimeOriginal=2024:06:01 06:30:00",
+                            "-IPTC:Keywords=sea", "-IPTC:Keywords=sun"});
     const auto library = (folder / "presets.json").string();
 
     auto made = corvane({"preset", "make", "-o", library, "--name", "Harbour", model.string(), "EXIF:Artist",

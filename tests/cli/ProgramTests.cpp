@@ -10,9 +10,10 @@
 
 namespace {
 
+using namespace corvane::test;
 using corvane::test::corvane;
 
-using Program = corvane::test::CliTest;
+using Program = CliTest;
 
 TEST_F(Program, exitCodesAndHelp) {
     // CLI11's parse errors are usage errors: 2, whatever CLI11 would return.
@@ -40,7 +41,7 @@ TEST_F(Program, exitCodesAndHelp) {
     EXPECT_EQ(corvane({"--version"}, scratch).exitCode, 0);
 
     // A file that fails gives 1, and the others are still done.
-    const auto good = corvane::test::makeJPEG(folder / "good.jpg");
+    const auto good = makeJPEG(folder / "good.jpg");
     auto failed = corvane({"read", good.string(), (folder / "missing.jpg").string()}, scratch);
     EXPECT_EQ(failed.exitCode, 1);
     EXPECT_EQ(failed.err, "corvane: " + (folder / "missing.jpg").string() + ": No such file or directory\n");
@@ -50,7 +51,7 @@ TEST_F(Program, exitCodesAndHelp) {
 // A text input that can't be read is named with the line at fault, and no parser's internal text
 // reaches the person.
 TEST_F(Program, inputErrorsNameTheFileAndLine) {
-    const auto jpeg = corvane::test::makeJPEG(folder / "a.jpg");
+    const auto jpeg = makeJPEG(folder / "a.jpg");
     const auto csv = folder / "values.csv";
     std::ofstream(csv) << "SourceFile,EXIF:Artist\nx,\"y\"c\n";
     const auto json = folder / "library.json";
@@ -65,14 +66,14 @@ TEST_F(Program, inputErrorsNameTheFileAndLine) {
         {{"preset", "list", json.string()}, json.string() + ":3: not a preset library: JSON syntax error"},
         {{"preset", "list", odd.string()}, odd.string() + ": not a preset library: unexpected content"},
     };
-    const std::string before = corvane::test::readText(jpeg);
+    const std::string before = readText(jpeg);
     for (const auto& [arguments, message] : cases) {
         auto run = corvane(arguments, scratch);
         EXPECT_NE(run.exitCode, 0) << message;
         EXPECT_EQ(run.err.rfind("corvane: " + message, 0), 0u) << run.err;
         EXPECT_EQ(run.err.find("json.exception"), std::string::npos) << run.err;
     }
-    EXPECT_EQ(corvane::test::readText(jpeg), before);
+    EXPECT_EQ(readText(jpeg), before);
 }
 
 // The completion script knows every command and option of the program, and completes in bash.
@@ -88,12 +89,12 @@ TEST_F(Program, completionScripts) {
     // nothing after an option that takes a value.
     auto complete = [&](const std::string& line) {
         const auto probe = folder / "probe.sh";
-        std::ofstream(probe) << "source " << corvane::test::quoted(script.string()) << "\n"
+        std::ofstream(probe) << "source " << quoted(script.string()) << "\n"
                              << "COMP_WORDS=(" << line << ")\n"
                              << "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
                              << "_corvane\n"
                              << "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
-        FILE* pipe = popen(("bash " + corvane::test::quoted(probe.string()) + " 2>&1").c_str(), "r");
+        FILE* pipe = popen(("bash " + quoted(probe.string()) + " 2>&1").c_str(), "r");
         std::string out;
         char buffer[512];
         for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)

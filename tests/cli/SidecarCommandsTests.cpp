@@ -11,14 +11,10 @@
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::exifToolValue;
-using corvane::test::makeJPEG;
-using corvane::test::readText;
-using corvane::test::tagWithExifTool;
 
-using SidecarCommands = corvane::test::CliTest;
+using SidecarCommands = CliTest;
 
 TEST_F(SidecarCommands, sidecarsCarryValuesFromOneFileToAnother) {
     for (const std::string type : {"json", "csv"}) {
@@ -43,7 +39,7 @@ TEST_F(SidecarCommands, sidecarsCarryValuesFromOneFileToAnother) {
     }
 
     // No sidecar for a file that can't be read.
-    auto empty = corvane::test::writeBytes(folder / "empty.jpg", {});
+    auto empty = writeBytes(folder / "empty.jpg", {});
     auto exported = corvane({"sidecar", "export", "--type", "json", empty.string()}, scratch);
     EXPECT_EQ(exported.exitCode, 1);
     EXPECT_FALSE(fs::exists(folder / "empty.json"));
@@ -51,7 +47,7 @@ TEST_F(SidecarCommands, sidecarsCarryValuesFromOneFileToAnother) {
 
 TEST_F(SidecarCommands, aSidecarImportedIntoItsOwnFileChangesNothing) {
     // A movie turned by its track matrix, and numbers, lists and texts with commas.
-    auto mov = corvane::test::makeMOV(folder / "turned.mov");
+    auto mov = makeMOV(folder / "turned.mov");
     tagWithExifTool(mov, {"-Rotation=90", "-XMP:Title=clip"});
     auto jpeg = makeJPEG(folder / "photo.jpg");
     tagWithExifTool(jpeg, {"-EXIF:FNumber=1.8", "-EXIF:ExposureTime=0.01", "-IPTC:Caption-Abstract=a, b, c",
@@ -200,7 +196,7 @@ TEST_F(SidecarCommands, tableExportAndImportApplyOnlyTheEdits) {
 // Nikon; a JPEG, a HEIC and a movie take a sidecar's title, a tag copy, and a table round trip
 // that changes nothing.
 TEST_F(SidecarCommands, corpusFilesTakeSidecarsCopiesAndTables) {
-    const fs::path corpus = corvane::test::corpusFolder();
+    const fs::path corpus = corpusFolder();
     const std::vector<std::string> names{
         "cr2/exiftool/CanonRaw.cr2", "nef/exiftool/Nikon.nef", "jpeg/exiftool/FLIR.jpg",
         "heic/metadata-extractor-images/IMG_2927.HEIC", "mov/exiftool/QuickTime.mov"};
@@ -211,25 +207,23 @@ TEST_F(SidecarCommands, corpusFilesTakeSidecarsCopiesAndTables) {
         copies.push_back(folder / fs::path(name).filename());
         fs::copy_file(corpus / name, copies.back());
     }
+    // The command's words followed by the copies from `first` on.
+    auto onCopies = [&](std::vector<std::string> arguments, std::size_t first = 0) {
+        for (std::size_t i = first; i < copies.size(); ++i)
+            arguments.push_back(copies[i].string());
+        return corvane(arguments, scratch);
+    };
     tagWithExifTool(copies[0], {"-XMP:Title=From Canon"});
     auto exported = corvane({"sidecar", "export", "--type", "xmp", copies[0].string()}, scratch);
     ASSERT_EQ(exported.exitCode, 0) << exported.err;
-    std::vector<std::string> import{"sidecar", "import", (folder / "CanonRaw.xmp").string()};
-    for (std::size_t i = 1; i < copies.size(); ++i)
-        import.push_back(copies[i].string());
-    auto imported = corvane(import, scratch);
+    auto imported = onCopies({"sidecar", "import", (folder / "CanonRaw.xmp").string()}, 1);
     ASSERT_EQ(imported.exitCode, 0) << imported.err;
     for (std::size_t i = 1; i < copies.size(); ++i)
         EXPECT_EQ(exifToolValue(copies[i], "XMP:Title"), "From Canon") << copies[i];
     EXPECT_EQ(exifToolValue(copies[1], "EXIF:Make"), "NIKON CORPORATION");
     EXPECT_NE(exifToolValue(copies[1], "MakerNotes:MakerNoteVersion"), "");
 
-    std::vector<std::string> paths;
-    for (const auto& copy : copies)
-        paths.push_back(copy.string());
-    auto copyArguments = paths;
-    copyArguments.insert(copyArguments.begin(), {"copy-tags", "XMP:Title>XMP:Description"});
-    auto copied = corvane(copyArguments, scratch);
+    auto copied = onCopies({"copy-tags", "XMP:Title>XMP:Description"});
     ASSERT_EQ(copied.exitCode, 0) << copied.err;
     EXPECT_EQ(exifToolValue(copies[2], "XMP:Description"), "From Canon");
 
@@ -237,12 +231,8 @@ TEST_F(SidecarCommands, corpusFilesTakeSidecarsCopiesAndTables) {
     for (const auto& copy : copies)
         before.push_back(readText(copy));
     const fs::path table = folder / "table.csv";
-    auto tableExport = paths;
-    tableExport.insert(tableExport.begin(), {"table", "export", "-o", table.string()});
-    ASSERT_EQ(corvane(tableExport, scratch).exitCode, 0);
-    auto tableImport = paths;
-    tableImport.insert(tableImport.begin(), {"table", "import", table.string()});
-    auto roundTrip = corvane(tableImport, scratch);
+    ASSERT_EQ(onCopies({"table", "export", "-o", table.string()}).exitCode, 0);
+    auto roundTrip = onCopies({"table", "import", table.string()});
     ASSERT_EQ(roundTrip.exitCode, 0) << roundTrip.err;
     for (std::size_t i = 0; i < copies.size(); ++i)
         EXPECT_TRUE(readText(copies[i]) == before[i]) << copies[i] << " was rewritten";

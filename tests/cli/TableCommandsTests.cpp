@@ -12,8 +12,7 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-using corvane::test::CliTest;
+using namespace corvane::test;
 using corvane::test::corvane;
 
 class TableCommands : public CliTest {
@@ -22,10 +21,10 @@ protected:
         const char* previous = std::getenv("XDG_CONFIG_HOME");
         if (previous) savedConfigHome = previous;
         setenv("XDG_CONFIG_HOME", folder.makeSubfolder("config").c_str(), 1);
-        a = corvane::test::makeJPEG(folder / "a.jpg").string();
-        b = corvane::test::makeJPEG(folder / "b.jpg").string();
-        corvane::test::tagWithExifTool(a, {"-EXIF:Artist=Ann", "-EXIF:Make=Canon"});
-        corvane::test::tagWithExifTool(b, {"-EXIF:Artist=Ann", "-EXIF:Make=Nikon"});
+        a = makeJPEG(folder / "a.jpg").string();
+        b = makeJPEG(folder / "b.jpg").string();
+        tagWithExifTool(a, {"-EXIF:Artist=Ann", "-EXIF:Make=Canon"});
+        tagWithExifTool(b, {"-EXIF:Artist=Ann", "-EXIF:Make=Nikon"});
     }
     void TearDown() override {
         if (savedConfigHome)
@@ -59,7 +58,7 @@ TEST_F(TableCommands, ShowMergesTheFilesValuesPerTag) {
         corvane({"show", "--tagset", "images", "--set", "EXIF:Artist=Bob", "--edited", a, b}, scratch);
     ASSERT_EQ(edited.exitCode, 0) << edited.err;
     EXPECT_EQ(edited.out, "* EXIF:Artist\t\"Bob\"\n");
-    EXPECT_EQ(corvane::test::exifToolValue(a, "EXIF:Artist"), "Ann");
+    EXPECT_EQ(exifToolValue(a, "EXIF:Artist"), "Ann");
 
     auto broken = corvane({"show", "--tagset", (folder / "missing.json").string(), a}, scratch);
     EXPECT_EQ(broken.exitCode, 1);
@@ -88,7 +87,7 @@ TEST_F(TableCommands, TagSetsAreKeptInTheUserDefaults) {
 
     const auto exported = folder / "exported.json";
     ASSERT_EQ(corvane({"tagset", "export", "-o", exported.string()}, scratch).exitCode, 0);
-    const auto file = nlohmann::json::parse(corvane::test::readText(exported));
+    const auto file = nlohmann::json::parse(readText(exported));
     EXPECT_EQ(file["description"], "");
     EXPECT_EQ(file["tag_set"]["entries"].size(), 3u);
 
@@ -99,7 +98,7 @@ TEST_F(TableCommands, TagSetsAreKeptInTheUserDefaults) {
 
 // Camera JPEGs of the corpus: the Make row merges what each file holds, as the corpus index says.
 TEST_F(TableCommands, ShowMergesTheMakesOfCameraFiles) {
-    const auto corpus = corvane::test::corpusFolder();
+    const auto corpus = corpusFolder();
     if (!fs::exists(corpus / "INDEX.tsv")) GTEST_SKIP() << "no camera corpus at " << corpus;
     std::ifstream index(corpus / "INDEX.tsv");
     std::vector<std::string> arguments{"show", "--tagset", "images", "--filter", "make"};

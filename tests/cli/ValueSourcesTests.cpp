@@ -13,15 +13,13 @@
 
 namespace {
 
+using namespace corvane::test;
 using corvane::test::corvane;
-using corvane::test::exifToolValue;
-using corvane::test::makeJPEG;
-using corvane::test::readText;
 
-using ValueSources = corvane::test::CliTest;
+using ValueSources = CliTest;
 
 void writeText(const std::filesystem::path& path, const std::string& text) {
-    corvane::test::writeBytes(path, std::vector<std::uint8_t>(text.begin(), text.end()));
+    writeBytes(path, std::vector<std::uint8_t>(text.begin(), text.end()));
 }
 
 // The preset's value of `tag` replaced by `value` in the library's text.
@@ -35,8 +33,7 @@ std::string withPresetValue(std::string text, const std::string& tag, const std:
 TEST_F(ValueSources, presetValuesAreCheckedAsTypedOnes) {
     const auto model = makeJPEG(folder / "model.jpg");
     const auto target = makeJPEG(folder / "target.jpg");
-    corvane::test::tagWithExifTool(
-        model, {"-EXIF:Orientation#=6", "-IPTC:ObjectName=short", "-EXIF:ExposureTime=0.01"});
+    tagWithExifTool(model, {"-EXIF:Orientation#=6", "-IPTC:ObjectName=short", "-EXIF:ExposureTime=0.01"});
     const auto library = folder / "presets.json";
     ASSERT_EQ(corvane({"preset", "make", "-o", library.string(), model.string(), "EXIF:Orientation",
                        "IPTC:ObjectName", "EXIF:ExposureTime"},
@@ -68,7 +65,7 @@ TEST_F(ValueSources, presetValuesAreCheckedAsTypedOnes) {
 
 TEST_F(ValueSources, sidecarValuesTheTagsCantHoldWriteNothing) {
     const auto target = makeJPEG(folder / "target.jpg");
-    corvane::test::tagWithExifTool(target, {"-EXIF:Artist=Before"});
+    tagWithExifTool(target, {"-EXIF:Artist=Before"});
     const std::string before = readText(target);
     // The target's own sidecar (same base name): its orientation is taken too.
     const auto sidecar = folder / "target.json";

@@ -37,7 +37,7 @@ std::string readFile(const fs::path& path) {
     return s.str();
 }
 
-TEST(ComparisonExporter, TextLayoutPadsColumnsWithHeadingOnlyForSeveralFiles) {
+TEST(ComparisonExporter, TextPadsColumnsByUTF16UnitsAndDelimitedFormJoinsWithSemicolonBlank) {
     using E = TagComparatorExporter;
     const std::string expected = E::padded("Tags", 40) + " : " + E::padded("a.jpg", 80) + "; " +
                                  E::padded("b.jpg", 80) + "\n\n\nEXIF\n" + E::padded("EXIF Artist", 40) +
@@ -50,16 +50,10 @@ TEST(ComparisonExporter, TextLayoutPadsColumnsWithHeadingOnlyForSeveralFiles) {
     EXPECT_EQ(
         E(TagComparatorTable::fromStorages({storageWith("/p/a.jpg", {{"EXIF:Make", "ACME"}})})).txtString(),
         "EXIF\n" + E::padded("EXIF Make", 40) + " : " + E::padded("ACME", 80) + "\n");
-}
-
-TEST(ComparisonExporter, PaddingCountsUTF16UnitsAndNeverCuts) {
     EXPECT_EQ(TagComparatorExporter::padded("Zoë", 5), "Zoë  ");
     EXPECT_EQ(TagComparatorExporter::padded("😀", 3), "😀 "); // two UTF-16 units
     const std::string longName(45, 'x');
     EXPECT_EQ(TagComparatorExporter::padded(longName, 40), longName);
-}
-
-TEST(ComparisonExporter, DelimitedFormJoinsWithSemicolonBlank) {
     EXPECT_EQ(TagComparatorExporter(twoFileTable()).csvString(), "Tags; a.jpg; b.jpg\n"
                                                                  "EXIF\n"
                                                                  "EXIF Artist; Zoë; Neu\n"

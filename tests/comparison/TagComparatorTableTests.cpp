@@ -64,16 +64,6 @@ TEST_F(ComparisonTable, OrdersStreamsAndKeysByFirstAppearanceAndMarksDifferences
     EXPECT_THROW(table.group(3), std::out_of_range);
 }
 
-TEST_F(ComparisonTable, OneFileNeverDiffers) {
-    auto table = TagComparatorTable::fromStorages({first}, false, {"Only"});
-    EXPECT_EQ(table.titles(), (std::vector<std::string>{"Only"}));
-    for (const auto& group : table)
-        for (const auto& entry : group)
-            EXPECT_FALSE(entry.isShared()) << entry.key().localizedText();
-    EXPECT_TRUE(table.keepingOnlySharedEntries().isEmpty());
-    EXPECT_TRUE(TagComparatorTable::fromStorages({}).isEmpty());
-}
-
 TEST_F(ComparisonTable, ProviderShowsEditsBeforeOriginalsAndClearedTagsWithoutValue) {
     first.unsafeSetValue("Edited", name("EXIF:Make"));
     first.unsafeSetValue("", name("EXIF:Model"));
@@ -92,13 +82,20 @@ TEST_F(ComparisonTable, ProviderShowsEditsBeforeOriginalsAndClearedTagsWithoutVa
     EXPECT_TRUE(provider.keys(TagStream::streamIPTC).empty());
 }
 
-TEST_F(ComparisonTable, KeepingOnlySharedEntriesKeepsTheDifferingRows) {
+TEST_F(ComparisonTable, KeepingOnlySharedEntriesKeepsTheDifferingRowsAndOneFileNeverDiffers) {
     auto table = TagComparatorTable::fromStorages({first, second}).keepingOnlySharedEntries();
     EXPECT_EQ(streamsOf(table), (std::vector<std::string>{"EXIF", "XMP", "IPTC"}));
     EXPECT_EQ(keysOf(table.group(0)), (std::vector<std::string>{"Model", "Artist"}));
     for (const auto& group : table)
         for (const auto& entry : group)
             EXPECT_TRUE(entry.isShared());
+    auto single = TagComparatorTable::fromStorages({first}, false, {"Only"});
+    EXPECT_EQ(single.titles(), (std::vector<std::string>{"Only"}));
+    for (const auto& group : single)
+        for (const auto& entry : group)
+            EXPECT_FALSE(entry.isShared()) << entry.key().localizedText();
+    EXPECT_TRUE(single.keepingOnlySharedEntries().isEmpty());
+    EXPECT_TRUE(TagComparatorTable::fromStorages({}).isEmpty());
 }
 
 TEST_F(ComparisonTable, FilterKeepsRowsMatchingNameOrValueAndDropsEmptyGroups) {

@@ -1,6 +1,7 @@
 #include "corvane/converters/DateTimeValueConverter.hpp"
 #include "corvane/tag_value/TagType.hpp"
 #include "corvane/value_models/DateValues.hpp"
+#include "value_models/ZoneGuard.hpp"
 
 #include <gtest/gtest.h>
 #include <unicode/timezone.h>
@@ -8,7 +9,6 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
-#include <memory>
 #include <thread>
 #include <vector>
 
@@ -31,21 +31,15 @@ Date utc(int y, int mo, int d, int h, int mi, int s) {
 // process's zone back afterwards.
 class DateTimeValueConverterTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        saved_.reset(icu::TimeZone::createDefault());
-        icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("Europe/Berlin"));
-    }
-    void TearDown() override { icu::TimeZone::adoptDefault(saved_.release()); }
-
+    ZoneGuard zone{"Europe/Berlin"};
     std::optional<Date> parse(const char* s) const { return full.typedValueFromStringValue(std::string(s)); }
 
     DateTimeValueConverter full{"yyyy:MM:dd HH:mm:ss"};
-    std::unique_ptr<icu::TimeZone> saved_;
 };
 
 } // namespace
 
-TEST_F(DateTimeValueConverterTest, ReadsEveryShapeByItsLength) {
+TEST_F(DateTimeValueConverterTest, ReadsEveryShapeByItsLengthWithZonesAndFractions) {
     EXPECT_EQ(parse("2021:03:04 05:06:07"), utc(2021, 3, 4, 4, 6, 7));
     EXPECT_EQ(parse("2021"), utc(2020, 12, 31, 23, 0, 0));
     EXPECT_EQ(parse("20210304"), utc(2021, 3, 3, 23, 0, 0));
@@ -53,9 +47,6 @@ TEST_F(DateTimeValueConverterTest, ReadsEveryShapeByItsLength) {
     EXPECT_EQ(parse("20210304050607"), utc(2021, 3, 4, 4, 6, 7));
     EXPECT_EQ(parse("  2021_03_04 05:06:07\n"), utc(2021, 3, 4, 4, 6, 7));
     EXPECT_EQ(parse("2021:07:04 05:06:07"), utc(2021, 7, 4, 3, 6, 7)); // summer time
-}
-
-TEST_F(DateTimeValueConverterTest, ZonesFractionsAndTrailingZ) {
     EXPECT_EQ(parse("2021:03:04 05:06:07+02:00"), utc(2021, 3, 4, 3, 6, 7));
     EXPECT_EQ(parse("2021:03:04 05:06:07-0500"), utc(2021, 3, 4, 10, 6, 7));
     EXPECT_EQ(parse("2021:03:04 05:06:07Z"), utc(2021, 3, 4, 5, 6, 7)); // UTC, as XMP means it
@@ -100,7 +91,10 @@ TEST_F(DateTimeValueConverterTest, ValuesKeepTheirOwnClockOnAnyMachine) {
     EXPECT_EQ(full.stringValueFromTypedValue(skipped), "2023:03:12 03:30:00"); // the process's clock
 }
 
-TEST_F(DateTimeValueConverterTest, TimesAloneFallOnToday) {
+TEST_F(DateTimeValueConverterTest, RefusesWhatTheStrictFormatterRefusesAndPutsTimesAloneOnToday) {
+    for (auto s : {"", "   ", "2021-03-04", "2021:13:04", "2021:02:30", "2021:03:04 25:00:00", "abcd", "202"})
+        EXPECT_EQ(parse(s), std::nullopt) << s;
+    EXPECT_EQ(full.typedValueFromStringValue(std::nullopt), std::nullopt);
     std::string today = DateTimeValueConverter::format(Date::now(), "yyyy:MM:dd");
     auto at = [&](const char* time) { return parse((today + " " + time).c_str()); };
     EXPECT_EQ(parse("05:06:07"), at("05:06:07"));
@@ -109,12 +103,6 @@ TEST_F(DateTimeValueConverterTest, TimesAloneFallOnToday) {
     auto zoned = parse("05:06:07+00:00");
     ASSERT_TRUE(zoned);
     EXPECT_EQ(std::fmod(zoned->timeIntervalSince1970(), 86400.0), 5 * 3600 + 6 * 60 + 7); // 05:06:07 UTC
-}
-
-TEST_F(DateTimeValueConverterTest, RefusesWhatTheStrictFormatterRefuses) {
-    for (auto s : {"", "   ", "2021-03-04", "2021:13:04", "2021:02:30", "2021:03:04 25:00:00", "abcd", "202"})
-        EXPECT_EQ(parse(s), std::nullopt) << s;
-    EXPECT_EQ(full.typedValueFromStringValue(std::nullopt), std::nullopt);
 }
 
 TEST_F(DateTimeValueConverterTest, WritesInItsOwnFormat) {
@@ -133,7 +121,7 @@ TEST_F(DateTimeValueConverterTest, WritesInItsOwnFormat) {
     EXPECT_EQ(zoned.stringValueFromTypedValue(utc(2021, 3, 4, 5, 6, 7)), "2021:03:04 05:06:07Z");
 }
 
-TEST_F(DateTimeValueConverterTest, OtherForms) {
+TEST_F(DateTimeValueConverterTest, OtherFormsAndNativeValuesOfEveryKind) {
     const OptionalString typed = "2021:03:04 05:06:07+02:00";
     DateTimeValueConverter zoned("yyyy:MM:dd HH:mm:ssZZZZZ");
     EXPECT_EQ(zoned.exifToolValueFromStringValue(typed), DynamicValue(*typed)); // unparsed
@@ -145,9 +133,6 @@ TEST_F(DateTimeValueConverterTest, OtherForms) {
               DynamicValue("2021:03:04 04:06:07+01:00"));
     EXPECT_EQ(zoned.objectValueFromStringValue("bad"), std::nullopt);
     EXPECT_EQ(full.csvValueFromNativeValue(utc(2021, 3, 4, 4, 6, 7)), "2021:03:04 05:06:07");
-}
-
-TEST_F(DateTimeValueConverterTest, NativeValuesOfEveryKind) {
     PartialDate day(2021, 3, 4);
     PartialTime time(5, 6, 7);
     EXPECT_EQ(full.typedValueFromNativeValue(day), day.date());

@@ -9,7 +9,7 @@
 
 using namespace corvane;
 
-TEST(StringValueConverter, KeepsTheStringAsItStands) {
+TEST(StringValueConverter, KeepsStringsAsTheyStandAndTurnsOtherValuesIntoText) {
     StringValueConverter c;
     EXPECT_EQ(c.stringValueFromStringValue("  padded \t"), "  padded \t");
     EXPECT_EQ(c.stringValueFromStringValue(""), "");
@@ -19,10 +19,6 @@ TEST(StringValueConverter, KeepsTheStringAsItStands) {
     EXPECT_EQ(c.objectValueFromStringValue(std::nullopt), std::nullopt);
     EXPECT_EQ(c.exifToolValueFromStringValue(" a "), DynamicValue(" a "));
     EXPECT_EQ(c.formattedValueFromStringValue("a,b"), "a,b");
-}
-
-TEST(StringValueConverter, TurnsOtherValuesIntoText) {
-    StringValueConverter c;
     EXPECT_EQ(c.stringValueFromNativeValue(StringArray{"a", "b"}), "a, b");
     EXPECT_EQ(c.stringValueFromNativeValue(DynamicArray{"a", "b"}), "a, b");
     EXPECT_EQ(c.stringValueFromNativeValue(Number::fromDouble(1.5)), "1.5");
@@ -76,9 +72,13 @@ TEST(ArrayValueConverter, SplitsTrimsAndDropsUnreadableElements) {
               ObjectValue(DynamicArray{Number::fromInteger(1), Number::fromInteger(2)}));
     EXPECT_EQ(c.objectValueFromStringValue(""), std::nullopt);
     EXPECT_EQ(c.exifToolValueFromStringValue("1 , 2,-3"), DynamicValue("1,2"));
+    ArrayValueConverter blank(std::make_shared<SDoubleValueConverter>(), " ");
+    EXPECT_EQ(blank.stringValueFromStringValue("1 2,5"), "1.00000000 2.50000000");
+    ArrayValueConverter comma(std::make_shared<SDoubleValueConverter>(), ",");
+    EXPECT_EQ(comma.stringValueFromStringValue("1,5"), "1.00000000,5.00000000");
 }
 
-TEST(ArrayValueConverter, JoinsArraysButLeavesStringsUntouched) {
+TEST(ArrayValueConverter, JoinsArraysLeavesStringsAndConvertsJsonElements) {
     auto c = uintList();
     EXPECT_EQ(c.stringValueFromNativeValue("1, -2, x"), "1, -2, x");
     EXPECT_EQ(c.formattedValueFromStringValue("a,b"), "a,b");
@@ -92,17 +92,6 @@ TEST(ArrayValueConverter, JoinsArraysButLeavesStringsUntouched) {
     ArrayValueConverter strings(std::make_shared<StringValueConverter>(), ";");
     EXPECT_EQ(strings.stringValueFromNativeValue(DynamicArray{" a ", "", "b"}), "a;;b");
     EXPECT_EQ(strings.nativeValueFromStringValue("a; ;b"), DynamicValue(DynamicArray{"a", "", "b"}));
-}
-
-TEST(ArrayValueConverter, SplitsBeforeTheElementConverterSeesCommas) {
-    ArrayValueConverter blank(std::make_shared<SDoubleValueConverter>(), " ");
-    EXPECT_EQ(blank.stringValueFromStringValue("1 2,5"), "1.00000000 2.50000000");
-    ArrayValueConverter comma(std::make_shared<SDoubleValueConverter>(), ",");
-    EXPECT_EQ(comma.stringValueFromStringValue("1,5"), "1.00000000,5.00000000");
-}
-
-TEST(ArrayValueConverter, JsonValuesGoThroughTheElementConverter) {
-    auto c = uintList();
     EXPECT_EQ(c.jsonValueFromNativeValue("1, x, 3"),
               DynamicValue(DynamicArray{Number::fromInteger(1), Number::fromInteger(3)}));
     EXPECT_TRUE(c.jsonValueFromNativeValue("").isNothing());

@@ -27,7 +27,7 @@ std::string parseFailure(std::string_view text) {
 }
 } // namespace
 
-TEST(CSVParsingState, RowsEndAtEachKindOfNewlineWithoutAnEmptyLastRow) {
+TEST(CSVParsingState, RowsEndAtEachNewlineAndKeepEmptyFieldsRaggedRowsAndOtherDelimiters) {
     EXPECT_EQ(parse("a,b\n1,2\n"), (Rows{{"a", "b"}, {"1", "2"}}));
     EXPECT_EQ(parse("a,b\r\n1,2\r\n"), (Rows{{"a", "b"}, {"1", "2"}}));
     EXPECT_EQ(parse("a,b\r1,2"), (Rows{{"a", "b"}, {"1", "2"}}));
@@ -36,18 +36,18 @@ TEST(CSVParsingState, RowsEndAtEachKindOfNewlineWithoutAnEmptyLastRow) {
     EXPECT_EQ(parse("a\n\nb\n"), (Rows{{"a"}, {""}, {"b"}}));
     EXPECT_EQ(parse(""), Rows{});
     EXPECT_EQ(parse("\n"), (Rows{{""}}));
-}
-
-TEST(CSVParsingState, EmptyFieldsTrailingDelimitersAndRaggedRows) {
     EXPECT_EQ(parse("a,,c\n,\n"), (Rows{{"a", "", "c"}, {"", ""}}));
     EXPECT_EQ(parse("a,b,\n1"), (Rows{{"a", "b", ""}, {"1"}}));
     EXPECT_EQ(parse("1,2,3\n4\n5,6"), (Rows{{"1", "2", "3"}, {"4"}, {"5", "6"}}));
     // A quoted empty field at the very end still closes the row it is in.
     EXPECT_EQ(parse("a,\"\""), (Rows{{"a", ""}}));
     EXPECT_EQ(parse("\"\""), Rows{});
+    EXPECT_EQ(parse("a;b,c\n", U';'), (Rows{{"a", "b,c"}}));
+    EXPECT_EQ(parse("\ta\tb", U'\t'), (Rows{{"", "a", "b"}})); // TAB is a delimiter, not a blank
+    EXPECT_EQ(parse("a\u00A7\"b\u00A7c\"\u00A7d\u00A2", U'\u00A7'), (Rows{{"a", "b\u00A7c", "d\u00A2"}}));
 }
 
-TEST(CSVParsingState, QuotedFieldsKeepDelimitersNewlinesAndDoubledQuotes) {
+TEST(CSVParsingState, QuotedFieldsKeepDelimitersNewlinesAndQuotesAndPlainFieldsRefuseStrayQuotes) {
     EXPECT_EQ(parse("a,\"b\nc\",d"), (Rows{{"a", "b\nc", "d"}}));
     EXPECT_EQ(parse("\"a\"\"b\""), (Rows{{"a\"b"}}));
     EXPECT_EQ(parse("\"x,\r\ny\"\r\nz"), (Rows{{"x,\r\ny"}, {"z"}}));
@@ -56,9 +56,6 @@ TEST(CSVParsingState, QuotedFieldsKeepDelimitersNewlinesAndDoubledQuotes) {
     EXPECT_EQ(parse("\" a \"  ,b"), (Rows{{" a ", "b"}}));
     // An unterminated quoted field runs to the end of the text.
     EXPECT_EQ(parse("a,\"b\nc"), (Rows{{"a", "b\nc"}}));
-}
-
-TEST(CSVParsingState, WhiteSpaceAndQuotesInPlainFields) {
     EXPECT_EQ(parse("  x  ,y"), (Rows{{"x  ", "y"}}));
     EXPECT_EQ(parse("\t\u00A0x"), (Rows{{"x"}})); // leading Unicode blanks dropped too
     EXPECT_EQ(parse("a\"\"b,c"), (Rows{{"a\"b", "c"}}));
@@ -68,27 +65,18 @@ TEST(CSVParsingState, WhiteSpaceAndQuotesInPlainFields) {
     EXPECT_EQ(parseFailure("a\",b"), "Can't have non-quote here: ,");
 }
 
-TEST(CSVParsingState, RowsBeforeAFailureStayDelivered) {
-    Rows rows;
-    EXPECT_THROW(CSVParsingState::enumArray("a,b\n1,2\nx\"y\n3,4", U',', 0, std::nullopt,
-                                            [&](std::vector<std::string>&& row) { rows.push_back(row); }),
-                 CSVParseError);
-    EXPECT_EQ(rows, (Rows{{"a", "b"}, {"1", "2"}}));
-}
-
-TEST(CSVParsingState, StartAtAndRowLimit) {
+TEST(CSVParsingState, StartAtRowLimitAndRowsBeforeAFailure) {
     const std::string text = "h1,h2\n\"a\nb\",1\nc,2\nd,3";
     EXPECT_EQ(CSVParsingState::array(text, U',', 0, 1), (Rows{{"h1", "h2"}}));
     EXPECT_EQ(CSVParsingState::array(text, U',', 1, 2), (Rows{{"a\nb", "1"}, {"c", "2"}}));
     EXPECT_EQ(CSVParsingState::array(text, U',', 3), (Rows{{"d", "3"}}));
     EXPECT_EQ(CSVParsingState::array(text, U',', 1, 0), Rows{});
     EXPECT_EQ(CSVParsingState::array(text, U',', 9), Rows{});
-}
-
-TEST(CSVParsingState, OtherDelimiters) {
-    EXPECT_EQ(parse("a;b,c\n", U';'), (Rows{{"a", "b,c"}}));
-    EXPECT_EQ(parse("\ta\tb", U'\t'), (Rows{{"", "a", "b"}})); // TAB is a delimiter, not a blank
-    EXPECT_EQ(parse("a\u00A7\"b\u00A7c\"\u00A7d\u00A2", U'\u00A7'), (Rows{{"a", "b\u00A7c", "d\u00A2"}}));
+    Rows rows;
+    EXPECT_THROW(CSVParsingState::enumArray("a,b\n1,2\nx\"y\n3,4", U',', 0, std::nullopt,
+                                            [&](std::vector<std::string>&& row) { rows.push_back(row); }),
+                 CSVParseError);
+    EXPECT_EQ(rows, (Rows{{"a", "b"}, {"1", "2"}}));
 }
 
 TEST(CSVParsingState, ChangeDrivesCallbacksCharacterByCharacter) {
@@ -125,7 +113,7 @@ TEST(CSVParsingState, EnumDictFollowsTheHeader) {
     EXPECT_TRUE(CSVParsingState::dictionary({}, {"x"}).empty());
 }
 
-TEST(CSVDelimiter, GuessedFromTheFirstLineOutsideQuotes) {
+TEST(CSVDelimiter, GuessedFromTheFirstLineOutsideQuotesAndRawValues) {
     EXPECT_EQ(CSVDelimiter::guessed("a;b,c"), CSVDelimiter::semicolon());
     EXPECT_EQ(CSVDelimiter::guessed("\"a,b\";c"), CSVDelimiter::semicolon());
     EXPECT_EQ(CSVDelimiter::guessed("abc"), CSVDelimiter::comma());
@@ -133,9 +121,6 @@ TEST(CSVDelimiter, GuessedFromTheFirstLineOutsideQuotes) {
     EXPECT_EQ(CSVDelimiter::guessed(" \n\n\tb;c"), CSVDelimiter::tab());
     EXPECT_EQ(CSVDelimiter::guessed("  \r\n x\ty,z"), CSVDelimiter::tab());
     EXPECT_EQ(CSVDelimiter::guessed(""), CSVDelimiter::comma());
-}
-
-TEST(CSVDelimiter, RawValues) {
     EXPECT_EQ(CSVDelimiter::fromRawValue(U';'), CSVDelimiter::semicolon());
     EXPECT_EQ(CSVDelimiter::fromRawValue(U'|'), CSVDelimiter::character(U'|'));
     EXPECT_EQ(CSVDelimiter::fromRawValue(U'|').kind(), CSVDelimiter::Case::character);

@@ -1,39 +1,26 @@
 #include "corvane/csv_support/CSVParseError.hpp"
 #include "corvane/csv_support/CSVReader.hpp"
 #include "corvane/utilities/FileError.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <unistd.h>
 
 using namespace corvane;
 namespace fs = std::filesystem;
 
 namespace {
 
-// A file in a fresh temporary folder, removed with the fixture.
-class CSVFileTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        dir_ = fs::temp_directory_path() / ("corvane-csv-reader-" + std::to_string(::getpid()) + "-" +
-                                            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::create_directories(dir_);
-    }
-    void TearDown() override { fs::remove_all(dir_); }
-
-    fs::path write(const std::string& name, std::string_view bytes) {
-        const fs::path path = dir_ / name;
-        std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        return path;
-    }
-
-    fs::path dir_;
-};
+fs::path write(const test::TemporaryFolder& folder, const std::string& name, std::string_view bytes) {
+    std::ofstream(folder / name, std::ios::binary)
+        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return folder / name;
+}
 
 } // namespace
 
-TEST(NamedCSVView, RowsAreKeyedByTheFirstRow) {
+TEST(CSVViews, NamedRowsAreKeyedByTheFirstRowEnumeratedOnesByIndexAndTheDelimiterIsGuessed) {
     const NamedCSVView view("name,age\nann,31,extra\nbob\n", CSVDelimiter::comma(), true);
     EXPECT_EQ(view.header(), (std::vector<std::string>{"name", "age"}));
     ASSERT_EQ(view.rows().size(), 2u);
@@ -51,9 +38,6 @@ TEST(NamedCSVView, RowsAreKeyedByTheFirstRow) {
     const NamedCSVView empty("", CSVDelimiter::comma(), true);
     EXPECT_TRUE(empty.header().empty());
     EXPECT_TRUE(empty.rows().empty());
-}
-
-TEST(EnumeratedCSVView, HeaderAndColumns) {
     const EnumeratedCSVView withHeader("a,b\n1,2\n3\n", CSVDelimiter::comma(), true, true);
     EXPECT_EQ(withHeader.header(), (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(withHeader.rows(), (std::vector<std::vector<std::string>>{{"1", "2"}, {"3"}}));
@@ -64,9 +48,6 @@ TEST(EnumeratedCSVView, HeaderAndColumns) {
     EXPECT_TRUE(noHeader.header().empty());
     EXPECT_EQ(noHeader.rows().size(), 2u);
     EXPECT_EQ(*noHeader.columns(), (EnumeratedCSVView::Columns{{"0", {"1", "3"}}, {"1", {"2", "4"}}}));
-}
-
-TEST(CSVReader, GuessesTheDelimiterUnlessGiven) {
     auto guessed = CSVReader<EnumeratedCSVView>::fromString("a;b\n1;2,5\n");
     EXPECT_EQ(guessed.delimiter(), CSVDelimiter::semicolon());
     EXPECT_EQ(guessed.content().rows().front(), (std::vector<std::string>{"1", "2,5"}));
@@ -78,37 +59,39 @@ TEST(CSVReader, GuessesTheDelimiterUnlessGiven) {
     EXPECT_THROW(CSVReader<NamedCSVView>::fromString("a\n\"x\"y"), CSVParseError);
 }
 
-TEST_F(CSVFileTest, ByteOrderMarksAreDropped) {
-    auto utf8 = CSVReader<NamedCSVView>::fromFile(write("bom.csv", "\xEF\xBB\xBFid;v\n1;\xC3\xA9"));
+TEST(CSVReader, ByteOrderMarksAreDropped) {
+    test::TemporaryFolder folder;
+    auto utf8 = CSVReader<NamedCSVView>::fromFile(write(folder, "bom.csv", "\xEF\xBB\xBFid;v\n1;\xC3\xA9"));
     EXPECT_EQ(utf8.delimiter(), CSVDelimiter::semicolon());
     EXPECT_EQ(utf8.content().header(), (std::vector<std::string>{"id", "v"}));
     EXPECT_EQ(utf8.content().rows().front().at("v"), "\u00E9");
 
-    auto onlyBOM = CSVReader<EnumeratedCSVView>::fromFile(write("only.csv", "\xEF\xBB\xBF"), std::nullopt,
-                                                          TextEncoding::utf8(), false, false);
+    auto onlyBOM = CSVReader<EnumeratedCSVView>::fromFile(write(folder, "only.csv", "\xEF\xBB\xBF"),
+                                                          std::nullopt, TextEncoding::utf8(), false, false);
     EXPECT_TRUE(onlyBOM.content().rows().empty());
     EXPECT_TRUE(onlyBOM.text().empty());
 
     // UTF-16BE keeps its mark through the converter; the reader drops it.
     const std::string be("\xFE\xFF\0a\0,\0b", 8);
-    auto utf16 = CSVReader<EnumeratedCSVView>::fromFile(write("be.csv", be), std::nullopt,
+    auto utf16 = CSVReader<EnumeratedCSVView>::fromFile(write(folder, "be.csv", be), std::nullopt,
                                                         TextEncoding::utf16BigEndian(), false, false);
     EXPECT_EQ(utf16.content().rows().front(), (std::vector<std::string>{"a", "b"}));
 }
 
-TEST_F(CSVFileTest, OtherEncodingsAndDetection) {
-    const fs::path latin1 = write("latin1.csv", "name\ncaf\xE9\n");
+TEST(CSVReader, OtherEncodingsAndDetection) {
+    test::TemporaryFolder folder;
+    const fs::path latin1 = write(folder, "latin1.csv", "name\ncaf\xE9\n");
     auto read = CSVReader<EnumeratedCSVView>::fromFile(latin1, std::nullopt, TextEncoding::isoLatin1());
     EXPECT_EQ(read.content().rows().front().front(), "caf\u00E9");
 
     // The same bytes are not UTF-8.
     EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(latin1), FileError);
-    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_ / "missing.csv"), FileError);
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(folder / "missing.csv"), FileError);
     // A folder opens like a file but can't be read: the system's error, not a stream exception.
-    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(dir_), FileError);
+    EXPECT_THROW(CSVReader<EnumeratedCSVView>::fromFile(folder.path()), FileError);
 
     const std::string le("\xFF\xFEx\0,\0y\0", 8);
-    auto detected = CSVReader<EnumeratedCSVView>::fromFile(write("le.csv", le), std::nullopt,
+    auto detected = CSVReader<EnumeratedCSVView>::fromFile(write(folder, "le.csv", le), std::nullopt,
                                                            TextEncoding::automatic(), false, false);
     EXPECT_EQ(detected.content().rows().front(), (std::vector<std::string>{"x", "y"}));
 

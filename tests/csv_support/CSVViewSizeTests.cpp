@@ -21,7 +21,7 @@ std::string wideHeaderOverBlankLines(std::size_t columns, std::size_t blankRows)
     return text + std::string(blankRows + 1, '\n');
 }
 
-TEST(CSVViewSize, BlankLinesUnderAWideHeaderAreRefusedNotExpanded) {
+TEST(CSVViewSize, BlankLinesUnderAWideHeaderAreRefusedAndTheGreatestRowLimitMeansEveryRow) {
     const std::string hostile = wideHeaderOverBlankLines(500, 1'500); // 3.4 KB
     EXPECT_THROW(NamedCSVView(hostile, CSVDelimiter::comma(), false), CSVParseError);
     EXPECT_THROW(EnumeratedCSVView(hostile, CSVDelimiter::comma(), true, true), CSVParseError);
@@ -33,9 +33,6 @@ TEST(CSVViewSize, BlankLinesUnderAWideHeaderAreRefusedNotExpanded) {
     const NamedCSVView view(modest, CSVDelimiter::comma(), true);
     EXPECT_EQ(view.rows().size(), 1'000u);
     EXPECT_EQ(view.columns()->at("c49").size(), 1'000u);
-}
-
-TEST(CSVViewSize, TheGreatestRowLimitMeansEveryRow) {
     const std::string text = "a,b\n1,2\n3,4\n";
     EXPECT_EQ(NamedCSVView(text, CSVDelimiter::comma(), false, true, SIZE_MAX).rows().size(), 2u);
     EXPECT_EQ(EnumeratedCSVView(text, CSVDelimiter::comma(), false, true, SIZE_MAX).rows().size(), 2u);

@@ -1,11 +1,11 @@
 #include "corvane/csv_support/CSVReader.hpp"
 #include "corvane/csv_support/CSVWriter.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
-#include <unistd.h>
 
 using namespace corvane;
 namespace fs = std::filesystem;
@@ -28,7 +28,7 @@ std::string writeRows(const Rows& rows, std::string delimiter = ",",
 
 } // namespace
 
-TEST(CSVWriter, NewlinesGoInFrontOfRows) {
+TEST(CSVWriter, NewlinesGoInFrontOfRowsAndFieldsAreQuotedWhereNeeded) {
     EXPECT_EQ(writeRows({}), "");
     EXPECT_EQ(writeRows({{""}}), "");
     EXPECT_EQ(writeRows({{""}, {""}}), "\n");
@@ -44,9 +44,6 @@ TEST(CSVWriter, NewlinesGoInFrontOfRows) {
     writer.beginNewRow();
     writer.writeField("z");
     EXPECT_EQ(stream->data(), "x;y\nz");
-}
-
-TEST(CSVWriter, QuotingRules) {
     EXPECT_EQ(writeRows({{"a\"b", "c,d", "e\nf", "g\rh", "plain"}}),
               "\"a\"\"b\",\"c,d\",\"e\nf\",\"g\rh\",plain");
     EXPECT_EQ(writeRows({{"c,d", "e;f"}}, ";"), "c,d;\"e;f\"");
@@ -113,46 +110,31 @@ TEST(CSVWriter, RoundTripsThroughTheReaderInEveryCodec) {
                        {"3", "line\nbreak", "crlf\r\nbreak"},
                        {"4", "  padded", "\u00E9t\u00E9 \U0001F600"},
                        {"", "", ""}};
-    const fs::path dir = fs::temp_directory_path() / ("corvane-csv-writer-" + std::to_string(::getpid()));
-    fs::create_directories(dir);
-
+    test::TemporaryFolder dir;
+    using C = CSVWriter::WideCodec;
+    using E = CSVWriter::WriteEndian;
     struct Case {
         std::string name;
-        std::function<std::unique_ptr<CSVWriter>(std::shared_ptr<OutputStream>)> make;
+        std::optional<C> codec; // none: UTF-8
+        E endian;
+        CSVWriter::WriteNewline newline;
         TextEncoding encoding;
     };
+    const auto lf = CSVWriter::WriteNewline::lf;
     const std::vector<Case> cases = {
-        {"utf8", [](auto s) { return std::make_unique<CSVWriter>(s, ";"); }, TextEncoding::utf8()},
-        {"utf16be",
-         [](auto s) {
-             return std::make_unique<CSVWriter>(s, CSVWriter::WideCodec::utf16, CSVWriter::WriteEndian::big,
-                                                ";", CSVWriter::WriteNewline::crlf);
-         },
-         TextEncoding::utf16BigEndian()},
-        {"utf16le",
-         [](auto s) {
-             return std::make_unique<CSVWriter>(s, CSVWriter::WideCodec::utf16,
-                                                CSVWriter::WriteEndian::little, ";");
-         },
-         TextEncoding::utf16LittleEndian()},
-        {"utf32be",
-         [](auto s) {
-             return std::make_unique<CSVWriter>(s, CSVWriter::WideCodec::utf32, CSVWriter::WriteEndian::big,
-                                                ";");
-         },
-         TextEncoding::utf32BigEndian()},
-        {"utf32le",
-         [](auto s) {
-             return std::make_unique<CSVWriter>(s, CSVWriter::WideCodec::utf32,
-                                                CSVWriter::WriteEndian::unknown, ";");
-         },
-         TextEncoding::utf32LittleEndian()},
+        {"utf8", std::nullopt, E::unknown, lf, TextEncoding::utf8()},
+        {"utf16be", C::utf16, E::big, CSVWriter::WriteNewline::crlf, TextEncoding::utf16BigEndian()},
+        {"utf16le", C::utf16, E::little, lf, TextEncoding::utf16LittleEndian()},
+        {"utf32be", C::utf32, E::big, lf, TextEncoding::utf32BigEndian()},
+        {"utf32le", C::utf32, E::unknown, lf, TextEncoding::utf32LittleEndian()},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const fs::path path = dir / (c.name + ".csv");
         {
-            auto writer = c.make(OutputStream::toFile(path));
+            auto stream = OutputStream::toFile(path);
+            auto writer = c.codec ? std::make_unique<CSVWriter>(stream, *c.codec, c.endian, ";", c.newline)
+                                  : std::make_unique<CSVWriter>(stream, ";", c.newline);
             for (const auto& row : rows)
                 writer->writeRow(row, [](std::size_t i) { return i == 0; });
         }
@@ -164,5 +146,4 @@ TEST(CSVWriter, RoundTripsThroughTheReaderInEveryCodec) {
         expected[4][1] = "padded";
         EXPECT_EQ(read.content().rows(), expected);
     }
-    fs::remove_all(dir);
 }

@@ -52,7 +52,7 @@ TEST(ETArgumentFile, EncodesEachArgumentSoThatExifToolReadsItBackAndKeepsTheirOr
     EXPECT_THAT(file.logged(), ElementsAre("-password", "********", "-Comment= $x\n@", " b.jpg"));
 }
 
-TEST(ETRunOutput, ProgressReportsCutAcrossReadsStillCount) {
+TEST(ETRunOutput, ProgressReportsCutAcrossReadsStillCountAndOutputIsSplitByteForByte) {
     auto run = runOf({{"a.jpg", "b.jpg"}, {"c.jpg"}});
     // A window-title report cut inside its escape sequence, then inside its counts.
     run.err.append("\x1b]");
@@ -79,14 +79,11 @@ TEST(ETRunOutput, ProgressReportsCutAcrossReadsStillCount) {
     run.err.append("\x1bX");
     run.err.flush();
     EXPECT_EQ(run.err.text, "\x1bX");
-}
-
-TEST(ETRunOutput, OutputIsSplitAtMarkersByteForByte) {
-    auto run = runOf({{"a.jpg"}, {"b.bin"}});
+    run = runOf({{"a.jpg"}, {"b.bin"}});
     const std::string binary("\x00\xff\r\n\x1b]0;1/1\x07\n\xfe", 12);
     const std::string text = "[{\"A\":1}]\n{ready-t0k-0}\n" + binary;
-    const auto chunks = splitAtMarkers(text, run, true);
-    EXPECT_THAT(chunks, ElementsAre("[{\"A\":1}]\n", binary));
+    const auto split = splitAtMarkers(text, run, true);
+    EXPECT_THAT(split, ElementsAre("[{\"A\":1}]\n", binary));
     EXPECT_EQ(joinOutputs({"[{\"A\":1}]\n", "", " [ {\"B\":2} ]\n"}), "[{\"A\":1},\n{\"B\":2}]\n");
     EXPECT_EQ(joinOutputs({"plain\n", "[1]"}), "plain\n[1]");
 }

@@ -117,20 +117,6 @@ TEST(ETEmbeddedImageWriterTest, ThumbnailIsReplacedReadBackAndRemovedInPlace) {
     EXPECT_THROW(ETEmbeddedImageWriter{}.write(), ETEmbeddedImageWriter::WriteException);
 }
 
-TEST(ImageTest, DamagedOrForeignBytesAreNoImage) {
-    const auto jpeg = test::jpegBytes();
-    const std::string whole(jpeg.begin(), jpeg.end());
-    EXPECT_TRUE(Image::fromData(whole));
-    // Cut in the middle of the entropy-coded data.
-    EXPECT_FALSE(Image::fromData(whole.substr(0, whole.size() / 2)));
-    const auto tiff = test::tiffBytes();
-    EXPECT_FALSE(Image::fromData(std::string(tiff.begin(), tiff.end())));
-    const auto png = test::pngBytes();
-    std::string pngText(png.begin(), png.end());
-    pngText[pngText.size() / 2] ^= 0x55;
-    EXPECT_FALSE(Image::fromData(pngText));
-}
-
 // The raw files of the corpus hold previews and full-size JPEGs that ExifTool finds.
 TEST(ETEmbeddedImageReaderTest, RawPreviewsComeOutUntouchedAndDecode) {
     const auto root = test::corpusFolder();
@@ -169,7 +155,19 @@ TEST(ETEmbeddedImageReaderTest, RawPreviewsComeOutUntouchedAndDecode) {
     EXPECT_GT(previews, 0);
 }
 
-TEST(ETEmbeddedImageWriterTest, LargeImageIsShrunkToFitTheExifSegment) {
+TEST(ImageTest, DamagedBytesAreNoImageAndALargeImageIsShrunkToFitTheExifSegment) {
+    const auto jpeg = test::jpegBytes();
+    const std::string whole(jpeg.begin(), jpeg.end());
+    EXPECT_TRUE(Image::fromData(whole));
+    // Cut in the middle of the entropy-coded data.
+    EXPECT_FALSE(Image::fromData(whole.substr(0, whole.size() / 2)));
+    const auto tiff = test::tiffBytes();
+    EXPECT_FALSE(Image::fromData(std::string(tiff.begin(), tiff.end())));
+    const auto png = test::pngBytes();
+    std::string pngText(png.begin(), png.end());
+    pngText[pngText.size() / 2] ^= 0x55;
+    EXPECT_FALSE(Image::fromData(pngText));
+    // A large image of the corpus is shrunk to fit the EXIF segment.
     const auto root = test::corpusFolder();
     std::optional<Image> large;
     std::error_code error;

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-TEST(AtomicPropertyQueueTest, ReadsOverlapAndWritesStandAlone) {
+TEST(AtomicPropertyQueueTest, ReadsOverlapWritesStandAloneAndOwnersNest) {
     AtomicPropertyQueue atomic;
     EXPECT_EQ(atomic.queueLabel(), "Corvane.AtomicPropertyQueue.syncQueue");
 
@@ -49,9 +49,6 @@ TEST(AtomicPropertyQueueTest, ReadsOverlapAndWritesStandAlone) {
         t.join();
     EXPECT_EQ(counter, 8000);
     EXPECT_EQ(observedMax, 8000);
-}
-
-TEST(AtomicPropertyQueueTest, PassesOfDifferentOwnersMayNest) {
     AtomicPropertyQueue outer, inner;
     const int value = outer.write([&] { return inner.read([] { return 7; }); });
     EXPECT_EQ(value, 7);

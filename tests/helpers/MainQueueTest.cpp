@@ -53,14 +53,7 @@ TEST_F(MainQueueTest, KeepsEachThreadsOrderAndRunsJobsPostedByJobs) {
     EXPECT_TRUE(nestedRan);
 }
 
-TEST_F(MainQueueTest, SafeSyncInMainRunsInlineOnTheMainThread) {
-    int value = 0;
-    const int result = safeSyncInMain([&] { return ++value; });
-    EXPECT_EQ(result, 1);
-    EXPECT_EQ(MainQueue::shared().pendingCount(), 0u);
-}
-
-TEST_F(MainQueueTest, SafeSyncInMainFromAnotherThreadWaitsForTheMainThread) {
+TEST_F(MainQueueTest, SafeSyncInMainRunsInlineOnTheMainThreadAndElsewhereWaitsForIt) {
     std::atomic<bool> returned{false};
     std::thread::id ranOn;
     int result = 0;
@@ -78,6 +71,10 @@ TEST_F(MainQueueTest, SafeSyncInMainFromAnotherThreadWaitsForTheMainThread) {
     worker.join();
     EXPECT_EQ(result, 42);
     EXPECT_EQ(ranOn, std::this_thread::get_id());
+    // On the main thread itself it runs at once.
+    int value = 0;
+    EXPECT_EQ(safeSyncInMain([&] { return ++value; }), 1);
+    EXPECT_EQ(MainQueue::shared().pendingCount(), 0u);
 }
 
 TEST_F(MainQueueTest, SafeSyncInMainHandsBackExceptions) {
@@ -93,17 +90,7 @@ TEST_F(MainQueueTest, SafeSyncInMainHandsBackExceptions) {
     worker.join();
 }
 
-TEST_F(MainQueueTest, WakeHookIsCalledOnEveryPost) {
-    std::atomic<int> wakes{0};
-    MainQueue::shared().setWakeHook([&] { ++wakes; });
-    std::thread([] { mainAsync([] {}); }).join();
-    mainAsync([] {});
-    MainQueue::shared().setWakeHook(nullptr);
-    EXPECT_EQ(wakes.load(), 2);
-    MainQueue::shared().drain();
-}
-
-TEST_F(MainQueueTest, OnlyTheMainThreadMayDrain) {
+TEST_F(MainQueueTest, OnlyTheMainThreadDrainsWakesOnEveryPostAndWaitsForLateJobs) {
     EXPECT_TRUE(isMainThread());
     bool threw = false;
     std::thread([&] {
@@ -115,9 +102,13 @@ TEST_F(MainQueueTest, OnlyTheMainThreadMayDrain) {
         }
     }).join();
     EXPECT_TRUE(threw);
-}
-
-TEST_F(MainQueueTest, DrainForWaitsForLateJobs) {
+    std::atomic<int> wakes{0};
+    MainQueue::shared().setWakeHook([&] { ++wakes; });
+    std::thread([] { mainAsync([] {}); }).join();
+    mainAsync([] {});
+    MainQueue::shared().setWakeHook(nullptr);
+    EXPECT_EQ(wakes.load(), 2);
+    MainQueue::shared().drain();
     bool ran = false;
     std::thread poster([&] {
         std::this_thread::sleep_for(10ms);

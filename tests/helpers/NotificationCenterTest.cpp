@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-TEST(NotificationCenterTest, DeliversByNameAndSenderInOrderOfSubscription) {
+TEST(NotificationCenterTest, DeliversByNameAndSenderInOrderWithObjectAndUserInfo) {
     NotificationCenter center;
     int senderA = 0, senderB = 0;
     std::vector<std::string> calls;
@@ -26,9 +26,25 @@ TEST(NotificationCenterTest, DeliversByNameAndSenderInOrderOfSubscription) {
     EXPECT_EQ(calls,
               (std::vector<std::string>{"any:Ping", "named", "fromA", "any:Ping", "named", "any:Other"}));
     EXPECT_EQ(center.observerCount(), 3u);
+    auto object = std::make_shared<std::string>("task");
+    std::shared_ptr<std::string> received;
+    const int* count = nullptr;
+    int countValue = 0;
+    auto sub = center.subscribe("Info", object.get(), [&](const Notification& n) {
+        received = n.object<std::string>();
+        EXPECT_EQ(n.object<int>(), nullptr);
+        EXPECT_NE(n.object<const std::string>(), nullptr);
+        count = n.userInfoValue<int>("Count");
+        if (count) countValue = *count;
+        EXPECT_EQ(n.userInfoValue<std::string>("Count"), nullptr);
+        EXPECT_FALSE(n.hasUserInfo("Missing"));
+    });
+    center.post(Notification("Info", object, {{"Count", 3}}));
+    EXPECT_EQ(received, object);
+    EXPECT_EQ(countValue, 3);
 }
 
-TEST(NotificationCenterTest, SubscriptionEndsWithItsSubscriber) {
+TEST(NotificationCenterTest, SubscriptionEndsWithItsSubscriberOrDuringAPost) {
     NotificationCenter center;
     int count = 0;
     {
@@ -51,10 +67,6 @@ TEST(NotificationCenterTest, SubscriptionEndsWithItsSubscriber) {
     }
     EXPECT_FALSE(survivor->isActive());
     survivor.reset();
-}
-
-TEST(NotificationCenterTest, ObserversMayRemoveThemselvesOrOthersDuringAPost) {
-    NotificationCenter center;
     std::vector<std::string> calls;
     NoteSubscriber first, second, third;
     first = center.subscribe("Go", [&](const Notification&) {
@@ -75,26 +87,6 @@ TEST(NotificationCenterTest, ObserversMayRemoveThemselvesOrOthersDuringAPost) {
     second.cancel();
     center.post("Go");
     EXPECT_EQ(calls, (std::vector<std::string>{"added"}));
-}
-
-TEST(NotificationCenterTest, CarriesObjectAndUserInfo) {
-    NotificationCenter center;
-    auto object = std::make_shared<std::string>("task");
-    std::shared_ptr<std::string> received;
-    const int* count = nullptr;
-    int countValue = 0;
-    auto sub = center.subscribe("Info", object.get(), [&](const Notification& n) {
-        received = n.object<std::string>();
-        EXPECT_EQ(n.object<int>(), nullptr);
-        EXPECT_NE(n.object<const std::string>(), nullptr);
-        count = n.userInfoValue<int>("Count");
-        if (count) countValue = *count;
-        EXPECT_EQ(n.userInfoValue<std::string>("Count"), nullptr);
-        EXPECT_FALSE(n.hasUserInfo("Missing"));
-    });
-    center.post(Notification("Info", object, {{"Count", 3}}));
-    EXPECT_EQ(received, object);
-    EXPECT_EQ(countValue, 3);
 }
 
 TEST(NotificationCenterTest, CancelWaitsForAHandlerRunningOnAnotherThread) {

@@ -121,7 +121,7 @@ TEST(OperationQueueTest, RejectsMisuse) {
     EXPECT_TRUE(threw.load());
 }
 
-TEST(OperationQueueTest, SuspendedQueueStartsNothing) {
+TEST(OperationQueueTest, SuspendedQueueStartsNothingAndDestructionWaitsForQueuedWork) {
     OperationQueue queue("suspend", 2);
     queue.setSuspended(true);
     std::atomic<int> ran{0};
@@ -133,19 +133,16 @@ TEST(OperationQueueTest, SuspendedQueueStartsNothing) {
     queue.setSuspended(false);
     queue.waitUntilAllOperationsAreFinished();
     EXPECT_EQ(ran.load(), 3);
-}
-
-TEST(OperationQueueTest, DestructionWaitsForQueuedWork) {
-    std::atomic<int> ran{0};
+    std::atomic<int> finished{0};
     {
         OperationQueue queue("destroy", 3);
         for (int i = 0; i < 10; ++i)
             queue.addOperation([&] {
                 std::this_thread::sleep_for(1ms);
-                ++ran;
+                ++finished;
             });
     }
-    EXPECT_EQ(ran.load(), 10);
+    EXPECT_EQ(finished.load(), 10);
 }
 
 TEST(OperationQueueTest, DestructionFromItsOwnOperationLetsTheRestFinish) {
@@ -208,7 +205,7 @@ TEST(SingleOperationQueueTest, ReplacementCancelsPendingButNotRunningWork) {
     EXPECT_EQ(ran, (std::vector<int>{0, 3}));
 }
 
-TEST(ConcurrentPerformTest, RunsEveryIterationOnceAndRethrows) {
+TEST(ConcurrentPerformTest, RunsEveryIterationOnceRethrowsAndMapsInInputOrder) {
     constexpr std::size_t n = 1000;
     std::vector<std::atomic<int>> hits(n);
     concurrentPerform(n, [&](std::size_t i) { ++hits[i]; });
@@ -224,9 +221,6 @@ TEST(ConcurrentPerformTest, RunsEveryIterationOnceAndRethrows) {
                                    }),
                  std::runtime_error);
     EXPECT_EQ(ran.load(), 50); // the other iterations still ran
-}
-
-TEST(ConcurrentPerformTest, ParallelMapKeepsInputOrder) {
     std::vector<int> input(500);
     for (int i = 0; i < 500; ++i)
         input[i] = i;

@@ -17,7 +17,7 @@ struct Document {
     }
 };
 
-TEST(UndoManagerTest, GroupsUndoAndRedo) {
+TEST(UndoManagerTest, GroupsUndoAndRedoWithinTheGivenLevels) {
     Document doc;
     doc.set(1);
     doc.undo.beginUndoGrouping();
@@ -41,17 +41,15 @@ TEST(UndoManagerTest, GroupsUndoAndRedo) {
     // A new change clears what could be redone.
     doc.set(9);
     EXPECT_FALSE(doc.undo.canRedo());
-}
-
-TEST(UndoManagerTest, KeepsOnlyTheGivenNumberOfLevels) {
-    Document doc;
-    doc.undo.setLevelsOfUndo(2);
+    // Only the given number of levels are kept.
+    Document limited;
+    limited.undo.setLevelsOfUndo(2);
     for (int i = 1; i <= 5; ++i)
-        doc.set(i);
-    doc.undo.undo();
-    doc.undo.undo();
-    EXPECT_EQ(doc.value, 3);
-    EXPECT_FALSE(doc.undo.canUndo());
+        limited.set(i);
+    limited.undo.undo();
+    limited.undo.undo();
+    EXPECT_EQ(limited.value, 3);
+    EXPECT_FALSE(limited.undo.canUndo());
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 namespace corvane {
 namespace {
 
-TEST(WhiteSpaceTest, UnicodeWhiteSpaceTrimsEveryUnicodeSpaceAndKeepsEverythingElse) {
+TEST(WhiteSpaceTest, EachTrimTakesItsOwnSetAndStopsAtTheFirstCharacterOutsideIt) {
     EXPECT_EQ(trimUnicodeWhiteSpace(" \t\n\u00a0Jane Doe\u2003\r\n\u2028"), "Jane Doe");
     EXPECT_EQ(trimUnicodeWhiteSpace("a \u00a0 b"), "a \u00a0 b");
     EXPECT_EQ(trimUnicodeWhiteSpace(" \u3000 "), "");
@@ -20,9 +20,6 @@ TEST(WhiteSpaceTest, UnicodeWhiteSpaceTrimsEveryUnicodeSpaceAndKeepsEverythingEl
     EXPECT_TRUE(isUnicodeWhiteSpace(" \u00a0\u2028\t"));
     EXPECT_FALSE(isUnicodeWhiteSpace(" . "));
     EXPECT_FALSE(isUnicodeWhiteSpace("\xff"));
-}
-
-TEST(WhiteSpaceTest, BlanksAndAsciiSetsStopAtTheFirstCharacterOutsideTheirSet) {
     // Unicode blanks: horizontal spaces only, so a line break ends the trim.
     EXPECT_EQ(trimUnicodeBlanks("\t\u00a0\u3000 a, b \u202f"), "a, b");
     EXPECT_EQ(trimUnicodeBlanks(" \na\n "), "\na\n");

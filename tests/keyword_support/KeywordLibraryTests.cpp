@@ -109,7 +109,7 @@ TEST(KeywordManagerTest, RemovingAnywhereInformsOnlyTheParentThatLostIt) {
               KeywordManager::ItemEdition(KeywordManager::ReloadSelection{}));
 }
 
-TEST(KeywordFileTest, ReadsStrictKeywordsAndLenientWrapper) {
+TEST(KeywordFileTest, ReadsStrictKeywordsAndLenientWrapperAndWritesOnlyTreesItReadsBack) {
     auto cat = Item::create("Cat");
     cat->setIsPerson(true);
     cat->setSynonyms({"Kitty", "Puss"});
@@ -138,9 +138,6 @@ TEST(KeywordFileTest, ReadsStrictKeywordsAndLenientWrapper) {
         << "every key of a keyword is required";
     EXPECT_THROW(KeywordFile::fromJSONData("{\"items\": ["), KeywordFile::DecodingError);
     EXPECT_THROW(KeywordFile::fromJSONData(std::string(100000, '[')), JSONNestingError);
-}
-
-TEST(KeywordFileTest, WritesOnlyTreesItReadsBack) {
     ScratchDefaults defaults;
     const auto chain = [](std::size_t levels) {
         auto root = Item::create("0");

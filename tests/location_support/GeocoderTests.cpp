@@ -107,7 +107,7 @@ public:
     mutable std::string addressAsked;
 };
 
-TEST(AddressLookupTest, ReverseKeepsTheFamilysFixAndFillsThePlace) {
+TEST(AddressLookupTest, ReverseKeepsTheFamilysFixAndForwardTakesTheAddresssPosition) {
     auto geocoder = std::make_shared<FixedGeocoder>();
     auto editor = editorWith({{&TagItem::itemEXIFGPSLatitude(), "45.75"},
                               {&TagItem::itemEXIFGPSLongitude(), "4.85"},
@@ -121,13 +121,8 @@ TEST(AddressLookupTest, ReverseKeepsTheFamilysFixAndFillsThePlace) {
     EXPECT_EQ(IPTCAccessor(*editor).iptcCity(), "Lyon");
     EXPECT_EQ(XMPAccessor(*editor).xmpCountryCode(), "FR");
     EXPECT_EQ(XMPAccessor(*editor).xmpGPSCoordinate(), Coordinate(45.75, 4.85));
-}
-
-TEST(AddressLookupTest, ForwardTakesThePositionOfTheAddress) {
-    auto geocoder = std::make_shared<FixedGeocoder>();
     auto movie =
         editorWith({{&TagItem::itemXMPCity(), "Rome"}, {&TagItem::itemXMPCountry(), "Italy"}}, "/m/clip.mov");
-    AddressLookup lookup(geocoder);
     EXPECT_FALSE(lookup.autocompleteUsingIPTCAddress(*movie));
     const std::string address = XMPAccessor(*movie).xmpTextLocation()->formattedAddress();
     ASSERT_TRUE(lookup.autocompleteUsingXMPAddress(*movie));
@@ -141,7 +136,7 @@ TEST(AddressLookupTest, ForwardTakesThePositionOfTheAddress) {
     EXPECT_FALSE(AddressLookup(nullptr).autocompleteUsingIPTCAddress(*nowhere));
 }
 
-TEST(GeocoderSharedTest, HostCanReplaceTheProcessGeocoder) {
+TEST(GeocoderSharedTest, HostCanReplaceTheProcessGeocoderAndPlaceMarksBecomeLocations) {
     auto before = Geocoder::shared();
     EXPECT_EQ(before != nullptr, GeoNamesGeocoder::isAvailable());
     auto fixed = std::make_shared<FixedGeocoder>();
@@ -149,9 +144,6 @@ TEST(GeocoderSharedTest, HostCanReplaceTheProcessGeocoder) {
     EXPECT_EQ(Geocoder::shared(), fixed);
     Geocoder::setShared(before);
     EXPECT_EQ(Geocoder::shared(), before);
-}
-
-TEST(PlaceMarkTest, BecomesATextLocationAndALocation) {
     PlaceMark mark(Coordinate(41.9, 12.5), "Rome", " ", "Italy", "IT", "Europe/Rome", "Colosseum");
     TextLocation text = textLocationFromPlaceMark(mark);
     EXPECT_EQ(text.placeName(), "Colosseum");

@@ -32,7 +32,7 @@ std::vector<std::string> names(const std::vector<LocationItemRef>& items) {
     return list;
 }
 
-TEST(LocationLibraryTest, EqualPlacesAreNoChange) {
+TEST(LocationLibraryTest, EqualPlacesAreNoChangeAndMovesGoByIndexSets) {
     auto paris = place("Paris");
     auto twin = place("Paris");
     EXPECT_EQ(*paris, *twin);
@@ -61,26 +61,23 @@ TEST(LocationLibraryTest, EqualPlacesAreNoChange) {
     EXPECT_EQ(Manager::itemEdition(items.notes[1]), Manager::ItemEdition(Manager::InsertItems{{0, 1}}));
     manager->setSelectedItem(nullptr);
     EXPECT_EQ(Manager::itemEdition(items.notes.back()), Manager::ItemEdition(Manager::ReloadSelection{}));
-}
+    auto ordered = Manager::create();
+    ordered->insertItems({place("A"), place("B"), place("C"), place("D"), place("E")}, 0);
+    Recorder moves(Manager::didChangeItemsNotification);
+    ordered->moveItems({}, 0);
+    EXPECT_TRUE(moves.notes.empty()) << "an empty move posts nothing";
 
-TEST(LocationLibraryTest, MovesByIndexSets) {
-    auto manager = Manager::create();
-    manager->insertItems({place("A"), place("B"), place("C"), place("D"), place("E")}, 0);
-    Recorder items(Manager::didChangeItemsNotification);
-    manager->moveItems({}, 0);
-    EXPECT_TRUE(items.notes.empty()) << "an empty move posts nothing";
-
-    manager->moveItems({0, 2}, 4);
-    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"B", "D", "A", "C", "E"}));
-    ASSERT_EQ(items.notes.size(), 1u);
-    EXPECT_EQ(Manager::itemEdition(items.notes[0]), Manager::ItemEdition(Manager::MoveItems{{0, 2}, 4}));
-    manager->moveItems({3, 4}, 0);
-    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"C", "E", "B", "D", "A"}));
-    manager->moveItems({1}, 5);
-    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"C", "B", "D", "A", "E"}));
-    manager->removeItems({0, 4});
-    EXPECT_EQ(Manager::itemEdition(items.notes.back()), Manager::ItemEdition(Manager::RemoveItems{{0, 4}}));
-    EXPECT_EQ(names(manager->items()), (std::vector<std::string>{"B", "D", "A"}));
+    ordered->moveItems({0, 2}, 4);
+    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"B", "D", "A", "C", "E"}));
+    ASSERT_EQ(moves.notes.size(), 1u);
+    EXPECT_EQ(Manager::itemEdition(moves.notes[0]), Manager::ItemEdition(Manager::MoveItems{{0, 2}, 4}));
+    ordered->moveItems({3, 4}, 0);
+    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"C", "E", "B", "D", "A"}));
+    ordered->moveItems({1}, 5);
+    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"C", "B", "D", "A", "E"}));
+    ordered->removeItems({0, 4});
+    EXPECT_EQ(Manager::itemEdition(moves.notes.back()), Manager::ItemEdition(Manager::RemoveItems{{0, 4}}));
+    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"B", "D", "A"}));
 }
 
 TEST(LocationLibraryTest, FileFormAndStorageBesideTheDefaults) {

@@ -89,24 +89,6 @@ TEST(PhotosProfileTest, EveryValueKindHasItsSingleKeyForm) {
     EXPECT_THROW(Profile::fromJSON(missing), nlohmann::json::exception);
 }
 
-TEST(PhotosProfileTest, ProfilesPostOnlyRealChangesOfTheirKind) {
-    auto profile = fullProfile();
-    Recorder info(Profile::didChangeInfoNotification);
-    Recorder values(Profile::didChangeValuesNotification);
-    profile->setName("Trip");
-    profile->setDescription("Summer");
-    profile->setKeywordsValue(Profile::Keywords{{"sea", "sun"}});
-    profile->setLocationValue(Profile::Coordinates{48.8566, -2.5});
-    EXPECT_TRUE(info.notes.empty());
-    EXPECT_TRUE(values.notes.empty());
-    profile->setName("Holiday");
-    profile->setFilenameValue(Profile::None{});
-    profile->setDateTimeValue(Profile::DateTime{Date(0)});
-    ASSERT_EQ(info.notes.size(), 1u);
-    EXPECT_EQ(info.notes[0].sender(), profile.get());
-    EXPECT_EQ(values.notes.size(), 2u);
-}
-
 TEST(PhotosProfileTest, FileFormReadsOlderRootsAndRefusesOthers) {
     const PhotosRemoteProfileFile file(std::nullopt, {fullProfile(), Profile::create("Blank")});
     const auto written = json::parse(file.jsonData());
@@ -136,7 +118,7 @@ TEST(PhotosProfileTest, FileFormReadsOlderRootsAndRefusesOthers) {
     }
 }
 
-TEST(PhotosProfileTest, ManagerPostsEditionsOnlyForChanges) {
+TEST(PhotosProfileTest, ProfilesAndTheManagerPostOnlyRealChanges) {
     auto manager = Manager::create();
     auto a = Profile::create("A"), b = Profile::create("B"), c = Profile::create("C");
     Recorder notes(Manager::didChangeProfilesNotification);
@@ -176,6 +158,21 @@ TEST(PhotosProfileTest, ManagerPostsEditionsOnlyForChanges) {
               (std::vector<Manager::ProfileEdition>{Manager::ReloadSelection{}, Manager::ReloadProfiles{}}))
         << "lists compare by identity";
     EXPECT_EQ(manager->selectedProfiles(), std::vector<PhotosRemoteProfileRef>{b});
+    auto profile = fullProfile();
+    Recorder info(Profile::didChangeInfoNotification);
+    Recorder values(Profile::didChangeValuesNotification);
+    profile->setName("Trip");
+    profile->setDescription("Summer");
+    profile->setKeywordsValue(Profile::Keywords{{"sea", "sun"}});
+    profile->setLocationValue(Profile::Coordinates{48.8566, -2.5});
+    EXPECT_TRUE(info.notes.empty());
+    EXPECT_TRUE(values.notes.empty());
+    profile->setName("Holiday");
+    profile->setFilenameValue(Profile::None{});
+    profile->setDateTimeValue(Profile::DateTime{Date(0)});
+    ASSERT_EQ(info.notes.size(), 1u);
+    EXPECT_EQ(info.notes[0].sender(), profile.get());
+    EXPECT_EQ(values.notes.size(), 2u);
 }
 
 TEST(PhotosProfileTest, ManagerListsTakeChangesFromSeveralThreads) {

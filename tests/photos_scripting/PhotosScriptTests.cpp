@@ -29,7 +29,7 @@ const std::string loopHead = "tell application \"Photos\" \n"
                              "  repeat with image in images \n";
 const std::string loopTail = "  end repeat \nend tell \n";
 
-TEST(PhotosScriptTest, RemoteScriptOfEveryValueKind) {
+TEST(PhotosScriptTest, RemoteScriptOfEveryValueKindAndExporterScriptPaddedToItsColumns) {
     auto profile = Profile::create("All");
     EXPECT_EQ(PhotosAppRemote(0, profile).generateScript(), "delay 0 \n \n" + loopHead + loopTail)
         << "no value to set: an empty loop, and the delay line even for 0";
@@ -69,9 +69,6 @@ TEST(PhotosScriptTest, RemoteScriptOfEveryValueKind) {
                           "    set curKeywords to {} \n"),
               std::string::npos)
         << script;
-}
-
-TEST(PhotosScriptTest, ExporterScriptIsPaddedToItsColumns) {
     const PhotosAppExporter exporter(3, {"/photos/a.jpg", "/photos/say \"b\".jpg"});
     const std::string blanks40(40, ' ');
     EXPECT_EQ(exporter.generateScript(), "tell application \"Photos\"" + std::string(13, ' ') + "\n" +

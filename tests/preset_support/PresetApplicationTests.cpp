@@ -51,7 +51,7 @@ void customValue(const std::shared_ptr<TagEditor>& editor, const TagItem& item, 
     TagEditorPresets(*editor).useCustomValue(item, {std::move(value), insertion});
 }
 
-TEST(PresetCustomValueTest, InsertionJoinsTextAndNumbersWithTheTagsSeparator) {
+TEST(PresetCustomValueTest, InsertionJoinsWithTheTagsSeparatorAndDatesReadADateEdition) {
     auto editor = editorWith({{&artist(), "Jane"}, {&keywords(), "sea,sun"}, {&cropOrigin(), "8 8"}});
     customValue(editor, artist(), "Dr.", Insertion::prepend);
     EXPECT_EQ(current(editor, artist()), "Dr. Jane") << "one value: one blank";
@@ -72,16 +72,13 @@ TEST(PresetCustomValueTest, InsertionJoinsTextAndNumbersWithTheTagsSeparator) {
     auto flags = editorWith({{&marked(), "True"}});
     customValue(flags, marked(), "False", Insertion::append);
     EXPECT_EQ(current(flags, marked()), "false") << "in the converter's canonical form";
-}
-
-TEST(PresetCustomValueTest, DateTagsReadTheTextAsADateEdition) {
-    auto editor = editorWith({{&original(), "2024:01:31 23:00:00"}});
-    customValue(editor, original(), "SHIFT(hh: 2)", Insertion::append);
-    EXPECT_EQ(current(editor, original()), "2024:02:01 01:00:00") << "the insertion is ignored";
-    customValue(editor, original(), "next tuesday", Insertion::replace);
-    EXPECT_EQ(current(editor, original()), "2024:02:01 01:00:00");
-    customValue(editor, original(), "REMOVE()", Insertion::replace);
-    EXPECT_EQ(current(editor, original()), "");
+    auto dated = editorWith({{&original(), "2024:01:31 23:00:00"}});
+    customValue(dated, original(), "SHIFT(hh: 2)", Insertion::append);
+    EXPECT_EQ(current(dated, original()), "2024:02:01 01:00:00") << "the insertion is ignored";
+    customValue(dated, original(), "next tuesday", Insertion::replace);
+    EXPECT_EQ(current(dated, original()), "2024:02:01 01:00:00");
+    customValue(dated, original(), "REMOVE()", Insertion::replace);
+    EXPECT_EQ(current(dated, original()), "");
 }
 
 TEST(PresetCopyValueTest, CopiesRawOrShownValuesAndDatesByKind) {

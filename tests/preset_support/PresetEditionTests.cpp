@@ -23,7 +23,7 @@ TagName artist() {
     return TagItem::itemEXIFArtist().name();
 }
 
-TEST(PresetEditionJSONTest, EveryCaseWritesItsFormAndReadsBack) {
+TEST(PresetEditionJSONTest, EveryCaseAndEntryWritesItsFormAndReadsBack) {
     SearchAndReplaceSettings search("foo", "bar");
     search.ignoreDiacritic = true;
     search.useRegex = true;
@@ -49,6 +49,12 @@ TEST(PresetEditionJSONTest, EveryCaseWritesItsFormAndReadsBack) {
     EXPECT_EQ(json(editions[4]).dump(),
               R"({"type":"search_and_replace","settings":{"search":"foo","value":"bar","ignore_case":false,)"
               R"("ignore_diacritic":true,"ignore_width":false,"use_regex":true}})");
+    const PresetItemEntry entry(artist(), PresetEdition::useCustomValue("Jane"));
+    json j = entry;
+    EXPECT_EQ(j.dump(), R"({"tag_name":"EXIF:Artist","edition":{"type":"use_custom_value",)"
+                        R"("settings":{"value":"Jane","insertion":"replace"}}})");
+    EXPECT_EQ(j.get<PresetItemEntry>(), entry);
+    EXPECT_THROW(json::parse(R"({"tag_name":"EXIF:Artist"})").get<PresetItemEntry>(), json::out_of_range);
 }
 
 TEST(PresetEditionJSONTest, OlderFormsReadAsTheirCurrentEquivalents) {
@@ -92,15 +98,6 @@ TEST(PresetEditionJSONTest, UnreadableEditionsFail) {
     EXPECT_THROW(decode(R"({"type":"copy","value":"not a name"})"), std::invalid_argument);
     EXPECT_THROW(decode(R"({"type":"value"})"), json::out_of_range);
     EXPECT_THROW(decode(R"({"settings":{}})"), json::out_of_range);
-}
-
-TEST(PresetItemEntryJSONTest, EntriesCarryTheirTagAndEdition) {
-    const PresetItemEntry entry(artist(), PresetEdition::useCustomValue("Jane"));
-    json j = entry;
-    EXPECT_EQ(j.dump(), R"({"tag_name":"EXIF:Artist","edition":{"type":"use_custom_value",)"
-                        R"("settings":{"value":"Jane","insertion":"replace"}}})");
-    EXPECT_EQ(j.get<PresetItemEntry>(), entry);
-    EXPECT_THROW(json::parse(R"({"tag_name":"EXIF:Artist"})").get<PresetItemEntry>(), json::out_of_range);
 }
 
 } // namespace

@@ -39,7 +39,7 @@ private:
     NoteSubscriber subscriber_;
 };
 
-TEST(PresetItemTest, ChangesPostWhatChangedAndNothingOtherwise) {
+TEST(PresetItemTest, ChangesPostWhatChangedAndGroupsAndPresetsAreEqualOnlyToThemselves) {
     auto item = preset("Travel");
     Recorder info(PresetItem::didChangeInfoNotification);
     Recorder entries(PresetItem::didChangeEntriesNotification);
@@ -70,9 +70,6 @@ TEST(PresetItemTest, ChangesPostWhatChangedAndNothingOtherwise) {
               PresetItem::EntryEdition(PresetItem::ReloadEntries{}));
     EXPECT_TRUE(item->entries().empty()) << "the kept entry and then the Artist entry are gone";
     EXPECT_FALSE(PresetItem::entryEdition(info.notes[0]));
-}
-
-TEST(PresetGroupTest, GroupsAndPresetsAreEqualOnlyToThemselves) {
     auto group = PresetGroup::create("Mine", "", {preset("A")});
     Recorder presets(PresetGroup::didChangePresetsNotification);
     // A fresh copy with equal contents is another preset, so this is a change.

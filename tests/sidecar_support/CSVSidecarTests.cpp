@@ -33,7 +33,7 @@ TEST(CSVSidecarWriter, WritesOneQuotedWhereNeededRowPerTag) {
     EXPECT_EQ(CSVSidecarWriter().data(TagStorage(TagStorageSource("/photos/b.jpg"))), "");
 }
 
-TEST(CSVSidecarReader, SkipsOddRowsAndUnknownNamesKeepsTheRest) {
+TEST(CSVSidecarReader, SkipsOddRowsGuessesTheDelimiterAndTrimsOnlyTheEnds) {
     const std::string text = "EXIF:Make,ACME\n"
                              "EXIF:Artist,A,extra\n"      // three fields
                              "just one field\n"           // one field
@@ -48,17 +48,11 @@ TEST(CSVSidecarReader, SkipsOddRowsAndUnknownNamesKeepsTheRest) {
     EXPECT_EQ(values.at(name("EXIF:ISO")), "400");
     EXPECT_EQ(values.at(name("IPTC:Keywords")), "a, b,c"); // a list's text is kept as written
     EXPECT_TRUE(CSVSidecarReader().readString("").empty());
-}
-
-TEST(CSVSidecarReader, GuessesSemicolonsAndKeepsMultilineValuesWhole) {
-    auto values =
+    values =
         CSVSidecarReader().readString("EXIF:Make;ACME, Inc.\nIPTC:Caption-Abstract;\"one\ntwo; three\"\n");
     EXPECT_EQ(values.at(name("EXIF:Make")), "ACME, Inc.");
     EXPECT_EQ(values.at(name("IPTC:Caption-Abstract")), "one\ntwo; three");
-}
-
-TEST(CSVSidecarReader, TrimsWhiteSpaceAndLineEndsOnlyAtTheEnds) {
-    auto values = CSVSidecarReader().readString(
+    values = CSVSidecarReader().readString(
         " \u00A0 EXIF:Artist\u3000, a  b \u00A0\u2028\r\nEXIF:Make,\"\r\n\r\n\"\r\n");
     EXPECT_EQ(values.at(name("EXIF:Artist")), "a  b");
     EXPECT_EQ(values.at(name("EXIF:Make")), "") << "a value of line ends alone is empty";

@@ -48,7 +48,7 @@ TEST(TagSetTest, BuiltInListsAndTheirPopularItems) {
     EXPECT_TRUE(std::adjacent_find(all.begin(), all.end()) == all.end());
 }
 
-TEST(TagSetTest, CurrentFormRoundTripsAndKeepsUnknownTags) {
+TEST(TagSetTest, CurrentAndOlderFormsReadAndASetThatFitsNeitherReportsTheOlderReadersError) {
     EXPECT_EQ(TagSet().toJSON(), json::parse(R"({"entries": []})"));
     EXPECT_TRUE(TagSet().isEmpty());
 
@@ -61,20 +61,15 @@ TEST(TagSetTest, CurrentFormRoundTripsAndKeepsUnknownTags) {
         "value": "XMP:Subject"}]})"),
               TagSet({TagSection("A"), I::itemXMPSubject().name()}))
         << "types are compared lowercased";
-}
-
-TEST(TagSetTest, OlderFormFlattensFamiliesInOrderWithPrefixedHeadings) {
-    const auto set = TagSet::fromJSONData(R"({
+    // The older form: families in order, their headings prefixed with the family.
+    const auto older = TagSet::fromJSONData(R"({
         "XMP": [{"type": "Sec", "value": "Camera"}, {"type": "key", "value": "Subject"}],
         "EXIF": [{"type": "KEY", "value": "Make"}, {"type": "sec", "value": "Dates"}]})");
-    EXPECT_EQ(set, TagSet({I::itemEXIFMake().name(), TagSection("EXIF Dates"), TagSection("XMP Camera"),
-                           I::itemXMPSubject().name()}));
+    EXPECT_EQ(older, TagSet({I::itemEXIFMake().name(), TagSection("EXIF Dates"), TagSection("XMP Camera"),
+                             I::itemXMPSubject().name()}));
     EXPECT_TRUE(TagSet(std::map<TagStream, std::vector<TagSet::IndexedEntry>>{}).isEmpty());
     EXPECT_EQ(TagSet::IndexedEntry(TagSection("Dates")).toJSON(),
               json::parse(R"({"type": "sec", "value": "Dates"})"));
-}
-
-TEST(TagSetTest, ASetThatFitsNeitherFormReportsTheOlderReadersError) {
     // One bad entry in the current form: the older reader's complaint about the first entry
     // surfaces, not the bad entry's.
     try {

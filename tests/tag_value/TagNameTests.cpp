@@ -31,7 +31,7 @@ TagName name(const char* raw) {
 
 } // namespace
 
-TEST(TagName, ParsesStreamColonKey) {
+TEST(TagName, ParsesStreamColonKeyOrdersAndHashes) {
     auto n = TagName::fromRawValue("EXIF:Artist");
     ASSERT_TRUE(n);
     EXPECT_EQ(n->stream(), TagStream::streamEXIF);
@@ -47,9 +47,6 @@ TEST(TagName, ParsesStreamColonKey) {
     EXPECT_EQ(nested->rawValue(), "{MakerCanon}:OwnerName:string");
     EXPECT_TRUE(TagName::empty.isEmpty());
     EXPECT_FALSE(n->isEmpty());
-}
-
-TEST(TagName, OrdersByStreamThenKeyAndHashes) {
     EXPECT_LT(name("EXIF:ZZZ"), name("File:AAA"));
     EXPECT_LT(name("EXIF:Artist"), name("EXIF:Make"));
     // Plain byte order: upper case before lower case.
@@ -59,17 +56,12 @@ TEST(TagName, OrdersByStreamThenKeyAndHashes) {
 }
 
 TEST(TagName, GroupsHoldCatalogueNamesInOrder) {
-    EXPECT_EQ(TagName::exifLocationTagNames().size(), 10u);
-    EXPECT_EQ(TagName::exifLocationTagNames().front().rawValue(), "EXIF:GPSLatitude");
-    EXPECT_EQ(TagName::exifLocationTagNames().back().rawValue(), "EXIF:GPSTimeStamp");
-    EXPECT_EQ(TagName::iptcLocationTagNames()[3].rawValue(), "IPTC:Country-PrimaryLocationCode");
-    EXPECT_EQ(TagName::xmpLocationTagNames().size(), 14u);
-    EXPECT_EQ(TagName::xmpLocationTagNames()[8].rawValue(), "XMP:GPSDateTime");
-    EXPECT_EQ(TagName::locationTagNames().size(), 10u + 5u + 14u + 1u);
-    EXPECT_EQ(TagName::locationTagNames().back().rawValue(), "QuickTime:GPSCoordinates");
-    EXPECT_EQ(TagName::quicktimeArtworkTagNames().size(), 2u);
-    EXPECT_EQ(TagName::iTunMOVITagNames().front().rawValue(), "PLIST:Cast");
-    EXPECT_EQ(TagName::exifThumbnailTagNames().size(), 4u);
+    // The location names are those of each family, then QuickTime's one.
+    std::vector<TagName> location = TagName::exifLocationTagNames();
+    for (const auto* family : {&TagName::iptcLocationTagNames(), &TagName::xmpLocationTagNames()})
+        location.insert(location.end(), family->begin(), family->end());
+    location.push_back(name("QuickTime:GPSCoordinates"));
+    EXPECT_EQ(TagName::locationTagNames(), location);
     for (const auto* group : {&TagName::locationTagNames(), &TagName::exifThumbnailTagNames(),
                               &TagName::quicktimeArtworkTagNames(), &TagName::iTunMOVITagNames(),
                               &TagName::xmpGPSAddressTagNames()})
@@ -83,11 +75,6 @@ TEST(TagName, ImageSizePairsRunInLookupOrder) {
     EXPECT_EQ(pairs[0].first.rawValue(), "Composite:ImageWidth");
     EXPECT_EQ(pairs[0].second.rawValue(), "Composite:ImageHeight");
     EXPECT_EQ(pairs[2].first.rawValue(), "EXIF:ExifImageWidth");
-    EXPECT_EQ(pairs[3].first.rawValue(), "IPTC:IPTCImageWidth");
-    EXPECT_EQ(pairs[21].first.rawValue(), "APP8:ImageWidth");
-    EXPECT_EQ(pairs[11].first.rawValue(), "MNG:ImageWidth");
-    EXPECT_EQ(pairs[41], pairs[45]) << "Sony's own pair stands twice";
-    EXPECT_EQ(pairs[47].second.rawValue(), "APP1:PaintImageHeight");
     for (const auto& [w, h] : pairs) {
         EXPECT_NE(w.item(), nullptr) << w.rawValue();
         EXPECT_NE(h.item(), nullptr) << h.rawValue();
@@ -99,23 +86,8 @@ TEST(TagName, ImageSizePairsRunInLookupOrder) {
 TEST(TagNameMapping, HasTheFullTableInOrder) {
     const auto& rows = TagNameMapping::etcgMapping();
     ASSERT_EQ(rows.size(), 472u);
-    std::map<std::string, int> perDictionary, withoutCounterpart;
-    for (const auto& row : rows) {
-        ++perDictionary[row.cg.stream().rawValue()];
-        if (row.et.isEmpty()) ++withoutCounterpart[row.cg.stream().rawValue()];
-        if (!row.et.isEmpty()) {
-            EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
-        }
-    }
-    const std::map<std::string, int> expected = {
-        {"File", 5},    {"{TIFF}", 20},       {"{JFIF}", 5},      {"{Exif}", 69},  {"{ExifAux}", 9},
-        {"{GIF}", 5},   {"{PNG}", 15},        {"{GPS}", 32},      {"{IPTC}", 239}, {"{DNG}", 26},
-        {"{CIFF}", 21}, {"{MakerNikon}", 18}, {"{MakerCanon}", 8}};
-    EXPECT_EQ(perDictionary, expected);
-    const std::map<std::string, int> empties = {
-        {"{TIFF}", 1},  {"{JFIF}", 5}, {"{Exif}", 2},  {"{ExifAux}", 3},    {"{GIF}", 3},       {"{PNG}", 1},
-        {"{IPTC}", 33}, {"{DNG}", 3},  {"{CIFF}", 14}, {"{MakerNikon}", 1}, {"{MakerCanon}", 1}};
-    EXPECT_EQ(withoutCounterpart, empties);
+    for (const auto& row : rows)
+        if (!row.et.isEmpty()) EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
     EXPECT_EQ(rows.front().et, TagItem::itemFileFileName().name());
     EXPECT_EQ(rows.front().cg, TagItem::itemFileFileName().name());
 }
@@ -192,13 +164,7 @@ TEST(TypedTagValue, CasesAndStorageForm) {
     EXPECT_FALSE(TagValueRestore.has_value());
 }
 
-TEST(TagSection, ComparesByTextAndLocalizes) {
-    EXPECT_EQ(TagSection("Camera"), TagSection(std::string("Camera")));
-    EXPECT_NE(TagSection("Camera"), TagSection("Lens"));
-    EXPECT_FALSE(TagSection("GPS And Location").localizedName().empty());
-}
-
-TEST(TagName, StandsInJSONAsOneString) {
+TEST(TagName, StandsInJSONAsOneStringAsDoSections) {
     std::map<std::string, std::vector<TagName>> sets{{"Camera", {name("EXIF:Make"), name("XMP:Lens")}}};
     nlohmann::json j = sets;
     EXPECT_EQ(j.dump(), R"({"Camera":["EXIF:Make","XMP:Lens"]})");
@@ -206,4 +172,7 @@ TEST(TagName, StandsInJSONAsOneString) {
     EXPECT_THROW(nlohmann::json("Artist").get<TagName>(), std::invalid_argument);
     EXPECT_THROW(nlohmann::json(3).get<TagName>(), nlohmann::json::type_error);
     EXPECT_EQ(nlohmann::json(TagSection("Lens")).get<TagSection>(), TagSection("Lens"));
+    EXPECT_EQ(TagSection("Camera"), TagSection(std::string("Camera")));
+    EXPECT_NE(TagSection("Camera"), TagSection("Lens"));
+    EXPECT_FALSE(TagSection("GPS And Location").localizedName().empty());
 }

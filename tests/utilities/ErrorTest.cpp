@@ -52,20 +52,9 @@ std::string errorText(const std::function<void()>& failing) {
     return "no corvane::Error";
 }
 
-TEST(ErrorTest, FailuresOfParsersAndWritersAreCaughtAsTheLibrarysErrorWithTheirMessages) {
-    EXPECT_EQ(errorText([] { (void)nlohmann::json("JUMP(YY: 1)").get<DateEdition>(); }),
-              "Not parsable input");
-    EXPECT_EQ(errorText([] { CSVParsingState::array("a\"b", U','); }), "Can't have non-quote here: b");
-    EXPECT_EQ(errorText([] {
-                  throw ETTagStorageWriter::WriteException(
-                      ETTagStorageWriter::WriteError::jsonEncodingFailed);
-              }),
-              "JSON encoding failed");
-}
-
 // What the standard library and the JSON library throw inside the library's file readers reaches the
 // caller as the library's own error, which names the file.
-TEST(ErrorTest, FailuresOfFilesAndOfTheirContentNameTheFile) {
+TEST(ErrorTest, FailuresOfFilesParsersAndWritersAreTheLibrarysErrorAndNameTheFile) {
     test::TemporaryFolder folder;
     const auto missing = folder / "missing.json";
     auto write = [&](const std::string& name, const std::string& text) {
@@ -102,6 +91,14 @@ TEST(ErrorTest, FailuresOfFilesAndOfTheirContentNameTheFile) {
     const FileError converted(std::filesystem::filesystem_error(
         "cannot copy", "/a/b.jpg", "/c", std::make_error_code(std::errc::file_exists)));
     EXPECT_EQ(std::string(converted.what()), "/a/b.jpg: cannot copy: File exists");
+    EXPECT_EQ(errorText([] { (void)nlohmann::json("JUMP(YY: 1)").get<DateEdition>(); }),
+              "Not parsable input");
+    EXPECT_EQ(errorText([] { CSVParsingState::array("a\"b", U','); }), "Can't have non-quote here: b");
+    EXPECT_EQ(errorText([] {
+                  throw ETTagStorageWriter::WriteException(
+                      ETTagStorageWriter::WriteError::jsonEncodingFailed);
+              }),
+              "JSON encoding failed");
 }
 
 } // namespace

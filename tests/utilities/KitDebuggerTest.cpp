@@ -21,25 +21,7 @@ std::vector<std::string> lines(const std::filesystem::path& p) {
     return result;
 }
 
-TEST(KitDebuggerTest, HeaderHasDateAndFactsAndEndsWithFortyDashes) {
-    KitDebugger debugger;
-    debugger.setApplicationInfo(
-        {{"CFBundleName", "Viewer"}, {"CFBundleShortVersionString", "2.1"}, {"Other", "x"}});
-    const std::string header = debugger.buildDebugHeader();
-    EXPECT_EQ(header.rfind("Date: ", 0), 0u);
-    EXPECT_NE(
-        header.find(
-            "\nInformation about the application:\nCFBundleName: Viewer\nCFBundleShortVersionString: 2.1\n"),
-        std::string::npos)
-        << header;
-    EXPECT_EQ(header.find("Other"), std::string::npos);
-    EXPECT_NE(header.find("CFBundleName: Corvane\n"), std::string::npos);
-    const std::string end = "\n" + std::string(40, '-') + "\n\n";
-    ASSERT_GE(header.size(), end.size());
-    EXPECT_EQ(header.substr(header.size() - end.size()), end);
-}
-
-TEST(KitDebuggerTest, LogsOnlyWhenEnabledOneLinePerEntry) {
+TEST(KitDebuggerTest, LogsOnlyWhenEnabledOneLinePerEntryAfterItsHeader) {
     test::TemporaryFolder folder;
     KitDebugger debugger;
     bool evaluated = false;
@@ -66,6 +48,21 @@ TEST(KitDebuggerTest, LogsOnlyWhenEnabledOneLinePerEntry) {
     std::vector<std::string> body(dashes + 2, all.end()); // after the dashes and the empty line
     EXPECT_EQ(body, (std::vector<std::string>{"first entry", "second entry", "EXIFTOOL ARGS -json",
                                               "EXIFTOOL ARGS -G1", "EXIFTOOL OUT { }"}));
+    KitDebugger described;
+    described.setApplicationInfo(
+        {{"CFBundleName", "Viewer"}, {"CFBundleShortVersionString", "2.1"}, {"Other", "x"}});
+    const std::string header = described.buildDebugHeader();
+    EXPECT_EQ(header.rfind("Date: ", 0), 0u);
+    EXPECT_NE(
+        header.find(
+            "\nInformation about the application:\nCFBundleName: Viewer\nCFBundleShortVersionString: 2.1\n"),
+        std::string::npos)
+        << header;
+    EXPECT_EQ(header.find("Other"), std::string::npos);
+    EXPECT_NE(header.find("CFBundleName: Corvane\n"), std::string::npos);
+    const std::string end = "\n" + std::string(40, '-') + "\n\n";
+    ASSERT_GE(header.size(), end.size());
+    EXPECT_EQ(header.substr(header.size() - end.size()), end);
 }
 
 TEST(KitDebuggerTest, ConcurrentEntriesStayWhole) {

@@ -48,23 +48,13 @@ TEST(EngineOptionTest, SetOperations) {
     EXPECT_EQ(o, et);
 }
 
-TEST_F(KitSettingsTest, DefaultsAndGuardedFields) {
+TEST_F(KitSettingsTest, Defaults) {
     auto& settings = KitSettings::shared();
-    EXPECT_EQ(&settings, &KitSettings::shared());
     EXPECT_EQ(settings.engineOption(), EngineOption::all());
     EXPECT_EQ(settings.supportedFileTypes(), MediaType::types(MediaKind::allCases()));
-    EXPECT_FALSE(settings.supportedFileTypes().empty());
     EXPECT_NE(settings.undoManager(), nullptr);
     EXPECT_TRUE(settings.extraArguments().empty());
     EXPECT_EQ(settings.xmpToolkit(), std::string("Corvane ") + CORVANE_VERSION);
-    const std::string toolkit = settings.xmpToolkit();
-
-    settings.setEngineOption(EngineOption::coreImage());
-    settings.setXmpToolkit("Corvane 1.0");
-    EXPECT_EQ(settings.engineOption(), EngineOption::coreImage());
-    EXPECT_EQ(settings.xmpToolkit(), "Corvane 1.0");
-    settings.setEngineOption(EngineOption::all());
-    settings.setXmpToolkit(toolkit);
 }
 
 TEST_F(KitSettingsTest, UserLanguageFallsBackToLocalAndNotifiesAroundTheChange) {

@@ -55,13 +55,19 @@ TEST(UserDefaultsTest, PersistsAndReloadsPrettyPrintedJSON) {
     EXPECT_TRUE(reread.keys().empty());
 }
 
-TEST(UserDefaultsTest, MalformedFileCountsAsEmpty) {
+TEST(UserDefaultsTest, MalformedFileCountsAsEmptyAndPreferenceFilesLieBeside) {
     test::TemporaryFolder folder;
     std::ofstream(folder / "bad.json") << "{ not json";
     UserDefaults defaults(folder / "bad.json");
     EXPECT_TRUE(defaults.keys().empty());
     defaults.set("Key", "value");
     EXPECT_EQ(UserDefaults(folder / "bad.json").string("Key"), "value");
+    UserDefaults beside(folder / "sub" / "defaults.json");
+    const fs::path url = beside.preferenceFileURL("QRVKeywords");
+    EXPECT_EQ(url, folder / "sub" / "QRVKeywords.data");
+    EXPECT_TRUE(fs::is_directory(folder / "sub"));
+    EXPECT_EQ(UserDefaults::standard().fileURL().filename(), "defaults.json");
+    EXPECT_EQ(UserDefaults::standard().fileURL().parent_path().filename(), "corvane");
 }
 
 TEST(UserDefaultsTest, ConcurrentWritersLoseNothing) {
@@ -78,16 +84,6 @@ TEST(UserDefaultsTest, ConcurrentWritersLoseNothing) {
     for (auto& t : threads)
         t.join();
     EXPECT_EQ(UserDefaults(folder / "d.json").keys().size(), 40u);
-}
-
-TEST(UserDefaultsTest, PreferenceFilesLieBesideTheDefaults) {
-    test::TemporaryFolder folder;
-    UserDefaults defaults(folder / "sub" / "defaults.json");
-    const fs::path url = defaults.preferenceFileURL("QRVKeywords");
-    EXPECT_EQ(url, folder / "sub" / "QRVKeywords.data");
-    EXPECT_TRUE(fs::is_directory(folder / "sub"));
-    EXPECT_EQ(UserDefaults::standard().fileURL().filename(), "defaults.json");
-    EXPECT_EQ(UserDefaults::standard().fileURL().parent_path().filename(), "corvane");
 }
 
 } // namespace

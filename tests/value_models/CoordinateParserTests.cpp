@@ -31,7 +31,7 @@ void expectCoordinate(const std::string& text, double latitude, double longitude
 
 } // namespace
 
-TEST(CoordinateValues, DerivesDegreesMinutesAndSeconds) {
+TEST(CoordinateValues, DerivedPartsReferencesAndDescription) {
     const Latitude l(-33.8688);
     EXPECT_EQ(l.reference(), Latitude::Reference::south);
     EXPECT_DOUBLE_EQ(l.degrees(), 33.8688);
@@ -44,34 +44,16 @@ TEST(CoordinateValues, DerivesDegreesMinutesAndSeconds) {
     EXPECT_FALSE(Altitude::fromOptional(std::nullopt));
     EXPECT_EQ(Coordinate::zero(), Coordinate(0.0, 0.0));
     EXPECT_EQ(Coordinate::zero().longitude().reference(), Longitude::Reference::east);
-}
-
-TEST(CoordinateValues, ReferencesConvertToAndFromRawValues) {
     EXPECT_EQ(Latitude::referenceFromRawValue("S"), Latitude::Reference::south);
     EXPECT_EQ(Longitude::rawValue(Longitude::Reference::west), "W");
     EXPECT_EQ(Altitude::referenceFromRawValue("1"), Altitude::Reference::below);
     EXPECT_FALSE(Latitude::referenceFromRawValue("s"));
     EXPECT_FALSE(Altitude::referenceFromRawValue("2"));
-}
-
-TEST(CoordinateValues, DescriptionIsTheShortestRoundTripText) {
     EXPECT_EQ(Coordinate(40.2, -75.5).description(), "40.2, -75.5");
     EXPECT_EQ(Coordinate(0.0, 12.0).description(), "0.0, 12.0");
     EXPECT_EQ(Coordinate(0.1 + 0.2, 1e-5).description(), "0.30000000000000004, 1e-05");
     std::unordered_set<Coordinate> set{Coordinate(1, 2), Coordinate(1, 2), Coordinate(2, 1)};
     EXPECT_EQ(set.size(), 2u);
-}
-
-TEST(CoordinateParserPatterns, ComposedPatternsAreTheDocumentedOnes) {
-    EXPECT_EQ(P::latitudeDDdddddPattern(),
-              R"(\s*([ns]?)\s*([+-]?\s*\d{1,2}(?:[\.,]?\d+))\s*(?:(?:deg)|\°|\s)?\s*([ns]?)\s*)");
-    EXPECT_EQ(
-        P::longitudeDDMMmmmPattern(),
-        R"(\s*([ew]?)\s*([+-]?\s*\d{1,3})\s*(?:(?:deg)|\°|\s)?\s*([+-]?\s*\d{1,2}(?:[\.,]?\d+))\s*(?:(?:min)|\'|\s)?\s*([ew]?)\s*)");
-    EXPECT_EQ(
-        P::longitudeDDMMSSsPattern(),
-        R"(\s*([ew]?)\s*([+-]?\s*\d{1,3})\s*(?:(?:deg)|\°|\s)?\s*([+-]?\s*\d{1,3})\s*(?:(?:min)|\'|\s)?\s*([+-]?\s*\d{1,3}(?:[\.,]?\d+))\s*(?:(?:sec)|\"|\s)?\s*([ew]?)\s*)");
-    EXPECT_EQ(P::makeCoordinatePattern({"a", "b"}), R"(^\s*a[,;\s\.]*b\s*$)");
 }
 
 TEST(CoordinateParserISO, ReadsDegreesMinutesAndSeconds) {
@@ -93,9 +75,6 @@ TEST(CoordinateParserISO, ReadsDegreesMinutesAndSeconds) {
     EXPECT_FALSE(P::latitudeFromISO6709String("+4030"));
     EXPECT_FALSE(P::coordinateFromISO6709String("+1230-07530.6/"));
     EXPECT_FALSE(P::latitudeFromISO6709String("40.5"));
-}
-
-TEST(CoordinateParserISO, SingleLongitudeIsNeverReadAsISO) {
     EXPECT_FALSE(P::longitudeFromISO6709String("-075.50"));
     EXPECT_FALSE(P::longitudeFromISO6709String("+075"));
     // The general entry still reads it as decimal degrees.
@@ -118,9 +97,6 @@ TEST(CoordinateParserDecimal, HemisphereLettersSignsAndUnits) {
     EXPECT_EQ(lon("e 120.25°"), 120.25);
     EXPECT_FALSE(lon("120.25 N"));
     EXPECT_EQ(lat("91.0"), 91.0);
-}
-
-TEST(CoordinateParserDecimal, FloatsNeedTwoDigits) {
     EXPECT_FALSE(lat("7 N"));
     EXPECT_EQ(lat("07 N"), 7.0);
     EXPECT_EQ(lat("7.0 N"), 7.0);
@@ -132,7 +108,19 @@ TEST(CoordinateParserDecimal, FloatsNeedTwoDigits) {
     EXPECT_EQ(lon("123.5"), 123.5);
 }
 
-TEST(CoordinateParserDegreesMinutes, SingleAxisNeverReadsButPairsDo) {
+TEST(CoordinateParserDegreesMinutes, WithSecondsReadAxesAndPairsWithoutOnlyPairs) {
+    expectCoordinate("40 26 46.302 N, 79 58 55.903 W", 40 + 26 / 60.0 + 46.302 / 3600,
+                     -(79 + 58 / 60.0 + 55.903 / 3600));
+    expectCoordinate(R"(N 40° 26' 46.3", W 79° 58' 55.9")", 40 + 26 / 60.0 + 46.3 / 3600,
+                     -(79 + 58 / 60.0 + 55.9 / 3600));
+    expectCoordinate("40deg 26min 46,3sec S; 079deg 58min 55,9sec E", -(40 + 26 / 60.0 + 46.3 / 3600),
+                     79 + 58 / 60.0 + 55.9 / 3600);
+    EXPECT_NEAR(*lat("40 26 46.30 N"), 40 + 26 / 60.0 + 46.3 / 3600, 1e-12);
+    EXPECT_NEAR(*lon("79 58 55.90 W"), -(79 + 58 / 60.0 + 55.9 / 3600), 1e-12);
+    // Longitude minutes take three digits and seconds a three-digit float.
+    EXPECT_NEAR(*P::longitudeFromDDMMSSsString("10 100 100.0"), 10 + 100 / 60.0 + 100 / 3600.0, 1e-12);
+    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 100 10.0"));
+    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 00 10.0 N"));
     EXPECT_FALSE(P::latitudeFromDDMMmmmString("40 26.77 N"));
     EXPECT_FALSE(P::longitudeFromDDMMmmmString("79 58.93 W"));
     // The general entry falls through to degrees, minutes and seconds, where
@@ -148,21 +136,6 @@ TEST(CoordinateParserDegreesMinutes, SingleAxisNeverReadsButPairsDo) {
     EXPECT_DOUBLE_EQ(c->longitude().value(), 20.25);
     // With a letter, both numbers must be positive.
     EXPECT_FALSE(P::coordinateFromDDMMmmmString("40 00.0 N, 79 58.93 W"));
-}
-
-TEST(CoordinateParserDegreesMinutesSeconds, ReadsAxesAndPairs) {
-    expectCoordinate("40 26 46.302 N, 79 58 55.903 W", 40 + 26 / 60.0 + 46.302 / 3600,
-                     -(79 + 58 / 60.0 + 55.903 / 3600));
-    expectCoordinate(R"(N 40° 26' 46.3", W 79° 58' 55.9")", 40 + 26 / 60.0 + 46.3 / 3600,
-                     -(79 + 58 / 60.0 + 55.9 / 3600));
-    expectCoordinate("40deg 26min 46,3sec S; 079deg 58min 55,9sec E", -(40 + 26 / 60.0 + 46.3 / 3600),
-                     79 + 58 / 60.0 + 55.9 / 3600);
-    EXPECT_NEAR(*lat("40 26 46.30 N"), 40 + 26 / 60.0 + 46.3 / 3600, 1e-12);
-    EXPECT_NEAR(*lon("79 58 55.90 W"), -(79 + 58 / 60.0 + 55.9 / 3600), 1e-12);
-    // Longitude minutes take three digits and seconds a three-digit float.
-    EXPECT_NEAR(*P::longitudeFromDDMMSSsString("10 100 100.0"), 10 + 100 / 60.0 + 100 / 3600.0, 1e-12);
-    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 100 10.0"));
-    EXPECT_FALSE(P::latitudeFromDDMMSSsString("10 00 10.0 N"));
 }
 
 TEST(CoordinateParserPairs, FreeTextAfterTheNumbersNeedsTheFreeEntry) {

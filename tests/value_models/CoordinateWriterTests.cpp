@@ -26,7 +26,7 @@ TEST(CoordinateWriterNotations, DefaultsOfEachNotation) {
     EXPECT_EQ(w.postDDMMmmm(Coordinate(-33.8688, 151.2093)), "33° 52.1280' S, 151° 12.5580' E");
 }
 
-TEST(CoordinateWriterNotations, FlagsAndPadding) {
+TEST(CoordinateWriterNotations, FlagsPaddingNoCarryAndNoLocale) {
     CoordinateWriter w;
     w.displaysUnits = false;
     w.displaysSpaces = false;
@@ -49,18 +49,12 @@ TEST(CoordinateWriterNotations, FlagsAndPadding) {
     w.displaysSeparator = true;
     w.degUnit = "d";
     EXPECT_EQ(w.DDddddd(Coordinate(1.5, 2.5)), "1.50000d / 2.50d");
-}
-
-TEST(CoordinateWriterNotations, NoCarryBetweenUnits) {
-    const CoordinateWriter w;
+    w = CoordinateWriter();
     // 59.96 seconds round to "60.0"; the minutes stay as they are.
     const Latitude l(10 + 59 / 60.0 + 59.96 / 3600);
     EXPECT_EQ(w.postDDMMSSs(l), "10° 59' 60.0\" N");
     EXPECT_EQ(w.postDDMMmmm(Latitude(10 + 59.99996 / 60)), "10° 60.0000' N");
-}
-
-TEST(CoordinateWriterNotations, IgnoresLocaleAndNumberComma) {
-    CoordinateWriter w;
+    w = CoordinateWriter();
     w.numberComma = ",";
     const char* saved = std::setlocale(LC_NUMERIC, nullptr);
     const std::string previous = saved ? saved : "C";

@@ -35,15 +35,12 @@ DateValues values(std::optional<int64_t> year, std::optional<int64_t> month, std
 
 } // namespace
 
-TEST(DateValuesText, WritesPresentFieldsFromYearToSecond) {
+TEST(DateValuesText, WritesPresentFieldsAndReadsLeniently) {
     EXPECT_EQ(values(2021, {}, {}, 8).description(), "YY: 2021, hh: 8");
     EXPECT_EQ(values(-1, 2, 3, 4, 5, -6).description(), "YY: -1, MM: 2, DD: 3, hh: 4, mm: 5, ss: -6");
     EXPECT_EQ(DateValues().description(), "");
     EXPECT_TRUE(DateValues().isEmpty());
     EXPECT_FALSE(values({}, {}, {}, {}, {}, 0).isEmpty());
-}
-
-TEST(DateValuesText, ReadsLeniently) {
     EXPECT_EQ(DateValues::fromDescription("YY: 2021, foo: 3, MM: x"), values(2021, {}, {}));
     // Without ", " the whole text is one piece whose value doesn't parse.
     EXPECT_TRUE(DateValues::fromDescription("YY:2021,MM:3").isEmpty());
@@ -59,7 +56,7 @@ TEST(DateValuesText, ReadsLeniently) {
     EXPECT_EQ(DateValues::fromDescription(all.description()), all);
 }
 
-TEST(DateValuesCalendar, SelectBuildsFromTheFieldsAlone) {
+TEST(DateValuesCalendar, SelectBuildsFromTheFieldsAndUpdateKeepsTheAbsentOnes) {
     ZoneGuard zone("Europe/Paris");
     EXPECT_EQ(text(values(2021, 3, 4, 5, 6, 7).date()), "2021:03:04 05:06:07");
     // Absent fields take the calendar's defaults.
@@ -67,16 +64,13 @@ TEST(DateValuesCalendar, SelectBuildsFromTheFieldsAlone) {
     EXPECT_EQ(text(DateValues().date()), "0001:01:01 00:00:00");
     EXPECT_EQ(DateValues(at("2021:03:04 05:06:07")), values(2021, 3, 4, 5, 6, 7));
     EXPECT_TRUE(DateValues(std::nullopt).isEmpty());
-}
-
-TEST(DateValuesCalendar, UpdateKeepsTheAbsentFields) {
     const Date old = at("2020:02:29 10:20:30");
     EXPECT_EQ(text(values(2019, {}, {}, {}, 0).updateDate(old)), "2019:03:01 10:00:30");
     EXPECT_EQ(text(DateValues().updateDate(old)), "2020:02:29 10:20:30");
     EXPECT_FALSE(values(2019, {}, {}).updateDate(std::nullopt));
 }
 
-TEST(DateValuesCalendar, ShiftClampsMonthEndsAndCarries) {
+TEST(DateValuesCalendar, ShiftClampsMonthEndsCarriesKeepsFractionsAndCrossesDaylightSaving) {
     EXPECT_EQ(text(values({}, 1, {}).shiftDate(at("2021:01:31 12:00:00"))), "2021:02:28 12:00:00");
     EXPECT_EQ(text(values({}, 1, {}).shiftDate(at("2020:01:31 12:00:00"))), "2020:02:29 12:00:00");
     EXPECT_EQ(text(values(1, {}, {}).shiftDate(at("2020:02:29 12:00:00"))), "2021:02:28 12:00:00");
@@ -85,9 +79,10 @@ TEST(DateValuesCalendar, ShiftClampsMonthEndsAndCarries) {
     EXPECT_EQ(text(values({}, {}, -1, -1).shiftDate(at("2021:03:01 00:30:00"))), "2021:02:27 23:30:00");
     EXPECT_EQ(text(values({}, 14, {}).shiftDate(at("2021:11:30 08:00:00"))), "2023:01:30 08:00:00");
     EXPECT_FALSE(values({}, 1, {}).shiftDate(std::nullopt));
-}
-
-TEST(DateValuesCalendar, ShiftAcrossDaylightSavingChange) {
+    const Date d = at("2021:01:31 12:00:00").addingTimeInterval(0.25);
+    const auto shifted = values({}, 1, {}).shiftDate(d);
+    EXPECT_DOUBLE_EQ(shifted->timeIntervalSince1970() - at("2021:02:28 12:00:00").timeIntervalSince1970(),
+                     0.25);
     ZoneGuard zone("Europe/Paris");
     const Date before = at("2021:03:27 12:00:00");
     // A day keeps the wall-clock time; 24 hours are 24 hours of real time.
@@ -98,14 +93,7 @@ TEST(DateValuesCalendar, ShiftAcrossDaylightSavingChange) {
               86400.0);
 }
 
-TEST(DateValuesCalendar, ShiftKeepsFractionsOfSeconds) {
-    const Date d = at("2021:01:31 12:00:00").addingTimeInterval(0.25);
-    const auto shifted = values({}, 1, {}).shiftDate(d);
-    EXPECT_DOUBLE_EQ(shifted->timeIntervalSince1970() - at("2021:02:28 12:00:00").timeIntervalSince1970(),
-                     0.25);
-}
-
-TEST(DateEditionText, ParsesEveryCommand) {
+TEST(DateEditionText, ParsesEveryCommandRefusesOtherShapesAndRoundTrips) {
     EXPECT_EQ(DateEdition::fromDescription("SELECT(YY: 2021)"), DateEdition::select(values(2021, {}, {})));
     EXPECT_EQ(DateEdition::fromDescription("Update(MM: 2)"), DateEdition::update(values({}, 2, {})));
     EXPECT_EQ(DateEdition::fromDescription("shift(hh: 1)"), DateEdition::shift(values({}, {}, {}, 1)));
@@ -114,16 +102,10 @@ TEST(DateEditionText, ParsesEveryCommand) {
     EXPECT_EQ(DateEdition::fromDescription("shift()"), DateEdition::shift(DateValues()));
     // Keys inside stay case-sensitive.
     EXPECT_EQ(DateEdition::fromDescription("SHIFT(HH: 1)"), DateEdition::shift(DateValues()));
-}
-
-TEST(DateEditionText, RefusesOtherShapes) {
     for (const char* bad : {"", "SELECT", "SELECT(YY: 1", "MOVE(YY: 1)", " SELECT(YY: 1)", "SELECT (YY: 1)",
                             "(YY: 1)", "SELECT(YY: 1) "})
         EXPECT_FALSE(DateEdition::fromDescription(std::string(bad))) << bad;
     EXPECT_FALSE(DateEdition::fromDescription(std::nullopt));
-}
-
-TEST(DateEditionText, DescriptionRoundTrips) {
     const DateEdition editions[] = {
         DateEdition::select(values(2021, 3, 4, 5, 6, 7)), DateEdition::update(values({}, {}, 9)),
         DateEdition::shift(values({}, -1, {}, {}, {}, 30)), DateEdition::restore(), DateEdition::remove()};
@@ -132,6 +114,13 @@ TEST(DateEditionText, DescriptionRoundTrips) {
     EXPECT_EQ(DateEdition::remove().description(), "REMOVE()");
     EXPECT_EQ(DateEdition::fromDescription("remove(anything)")->description(), "REMOVE()");
     EXPECT_EQ(DateEdition::shift(values({}, -1, {}, {}, {}, 30)).description(), "SHIFT(MM: -1, ss: 30)");
+    const std::string shift = DateEdition::shift(values(1, {}, {})).localizedDescription();
+    EXPECT_TRUE(shift.ends_with("(YY: 1)")) << shift;
+    EXPECT_GT(shift.size(), std::string("(YY: 1)").size()) << shift;
+    const std::string remove = DateEdition::remove().localizedDescription();
+    EXPECT_FALSE(remove.empty());
+    EXPECT_EQ(remove.find('('), std::string::npos) << remove;
+    EXPECT_NE(remove, DateEdition::restore().localizedDescription());
 }
 
 TEST(DateEditionApply, EachCaseActsOnTheOldDate) {
@@ -167,14 +156,4 @@ TEST(DateEditionJson, IsOneStringAndRejectsOthers) {
         EXPECT_EQ(e.error(), DateEdition::DecodingError::notParsableInput);
     }
     EXPECT_THROW((void)nlohmann::json(12).get<DateEdition>(), nlohmann::json::type_error);
-}
-
-TEST(DateEditionText, LocalizedDescriptionNamesTheCommandInTheUserLanguage) {
-    const std::string shift = DateEdition::shift(values(1, {}, {})).localizedDescription();
-    EXPECT_TRUE(shift.ends_with("(YY: 1)")) << shift;
-    EXPECT_GT(shift.size(), std::string("(YY: 1)").size()) << shift;
-    const std::string remove = DateEdition::remove().localizedDescription();
-    EXPECT_FALSE(remove.empty());
-    EXPECT_EQ(remove.find('('), std::string::npos) << remove;
-    EXPECT_NE(remove, DateEdition::restore().localizedDescription());
 }

@@ -15,7 +15,7 @@ TextLocation louvre() {
 
 } // namespace
 
-TEST(TextLocationAddress, BlankFieldsAreAbsent) {
+TEST(TextLocationAddress, BlankFieldsAreAbsentAndFormsCollapseWhiteSpace) {
     const TextLocation t(std::nullopt, std::nullopt, std::nullopt, "  ");
     EXPECT_TRUE(t.isEmpty());
     EXPECT_FALSE(t.city());
@@ -23,16 +23,10 @@ TEST(TextLocationAddress, BlankFieldsAreAbsent) {
     EXPECT_EQ(t.shortFormattedAddress(), "");
     EXPECT_TRUE(TextLocation(" \n\t\u00a0").isEmpty());
     EXPECT_EQ(TextLocation(" Paris ").placeName(), " Paris ");
-}
-
-TEST(TextLocationAddress, FormatsGroupsAndCollapsesWhiteSpace) {
     EXPECT_EQ(louvre().formattedAddress(), "Louvre, 99 Rue de Rivoli, Paris France FR");
     EXPECT_EQ(louvre().shortFormattedAddress(), "99 Rue de Rivoli, Paris France");
     const TextLocation messy(" Tour\n\nEiffel", std::nullopt, std::nullopt, "Paris", "  Île-de-France");
     EXPECT_EQ(messy.formattedAddress(), "Tour Eiffel, Paris Île-de-France");
-}
-
-TEST(TextLocationAddress, IptcSublocationFallsBackToTheStreet) {
     EXPECT_EQ(louvre().iptcSublocation(), "Louvre");
     EXPECT_EQ(TextLocation(std::nullopt, "Downing St", "10").iptcSublocation(), "10 Downing St");
     EXPECT_EQ(TextLocation(std::nullopt, "Downing St").iptcSublocation(), "Downing St");
@@ -79,7 +73,7 @@ TEST(LocationViews, PlatformLocationFixes) {
     EXPECT_EQ(GPSLocation(Coordinate(1, 2)).platformLocation().altitude, 0);
 }
 
-TEST(LocationJson, WritesAllThirteenKeys) {
+TEST(LocationJson, WritesAndRequiresAllThirteenKeys) {
     Location location(48.5, 2.25);
     location.setCity("Paris");
     location.setStamp(Date(978307200 + 100.5));
@@ -93,18 +87,15 @@ TEST(LocationJson, WritesAllThirteenKeys) {
     EXPECT_EQ(json["city"], "Paris");
     EXPECT_EQ(json["stamp"], 100.5);
     EXPECT_EQ(json.get<Location>(), location);
-}
-
-TEST(LocationJson, ReadingRequiresEveryKey) {
-    nlohmann::json json = Location(1, 2).toJson();
-    json["stamp"] = nullptr;
-    EXPECT_FALSE(json.get<Location>().stamp());
-    json.erase("stamp");
-    EXPECT_THROW((void)json.get<Location>(), nlohmann::json::exception);
-    json = Location(1, 2).toJson();
-    json["latitude"] = "1";
-    EXPECT_THROW((void)json.get<Location>(), nlohmann::json::exception);
-    json = Location(1, 2).toJson();
-    json["latitude"] = nullptr;
-    EXPECT_THROW((void)json.get<Location>(), nlohmann::json::exception);
+    nlohmann::json read = Location(1, 2).toJson();
+    read["stamp"] = nullptr;
+    EXPECT_FALSE(read.get<Location>().stamp());
+    read.erase("stamp");
+    EXPECT_THROW((void)read.get<Location>(), nlohmann::json::exception);
+    read = Location(1, 2).toJson();
+    read["latitude"] = "1";
+    EXPECT_THROW((void)read.get<Location>(), nlohmann::json::exception);
+    read = Location(1, 2).toJson();
+    read["latitude"] = nullptr;
+    EXPECT_THROW((void)read.get<Location>(), nlohmann::json::exception);
 }
