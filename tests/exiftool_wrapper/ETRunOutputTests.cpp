@@ -111,6 +111,21 @@ TEST(ETRunOutput, ErrorStreamReportsFindTheirFileEvenWithDashesAndLineBreaks) {
     EXPECT_THAT(unknown, ElementsAre("Perl said something"));
 }
 
+// A value printed as a number no double holds is quoted, and only such a value: numbers inside
+// texts (escaped quotes included) and numbers that fit stay as they are.
+TEST(ETRunOutput, NumbersBeyondADoubleAreQuotedSoTheirRecordsStillRead) {
+    EXPECT_EQ(quoteOutOfRangeNumbers(R"([{"A":1e400,"B":"x\"1e400","C":-1.5e-999,"D":[2e308,1.5]}])"),
+              R"([{"A":"1e400","B":"x\"1e400","C":"-1.5e-999","D":["2e308",1.5]}])");
+    EXPECT_EQ(quoteOutOfRangeNumbers(R"([{"A":1.7e308,"B":"1e400"}])"), std::nullopt);
+
+    ETCommand command;
+    std::vector<ETFileMessage> messages, excused;
+    collectJSONMessages(R"([{"SourceFile":"a.jpg","XMP:Title":1e400,"Warning":"W"}])", command, messages,
+                        excused);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].text, "W");
+}
+
 TEST(ETRunOutput, JSONReportsAreCollectedInEveryGroupingAndExcusedUnderIgnoreMinorErrors) {
     const std::string json = R"([{"SourceFile":"a.jpg","ExifTool:Error":"Bad","Warning":"W1","Warning":"W2"},
         {"SourceFile":"b.jpg","ExifTool":{"Warning":"[minor] Odd","Other":{"Error":"nested, not a report"}}},

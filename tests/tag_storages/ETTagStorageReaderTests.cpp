@@ -441,5 +441,22 @@ TEST_F(ETReaderDecoding, NamesOutsideTheCatalogueAreShownAsExifToolNamesThem) {
     EXPECT_EQ(TagItem::find("XMP", "NeverSeen-de"), nullptr);
 }
 
+// ExifTool prints a text that looks like a number without quotes; one beyond a double ("1e400")
+// must not make the file unreadable, nor its neighbours in the batch, and reads as the text it is.
+TEST(ETReader, TextsThatLookLikeHugeNumbersReadAsTheirText) {
+    test::TemporaryFolder folder("corvane-etio");
+    const fs::path odd = test::makeJPEG(folder / "odd.jpg");
+    const fs::path plain = test::makeJPEG(folder / "plain.jpg");
+    test::tagWithExifTool(odd, {"-XMP:Title=1e400", "-EXIF:Artist=-2e-999", "-IPTC:Keywords=9e99999"});
+    test::tagWithExifTool(plain, {"-EXIF:Artist=Ann"});
+    const auto storages =
+        ETTagStorageReader(defaultSettings({TagStorageSource(odd), TagStorageSource(plain)})).readStorages();
+    ASSERT_TRUE(storages.contains(odd) && storages.contains(plain));
+    EXPECT_EQ(original(storages.at(odd), "XMP:Title"), "1e400");
+    EXPECT_EQ(original(storages.at(odd), "EXIF:Artist"), "-2e-999");
+    EXPECT_EQ(original(storages.at(odd), "IPTC:Keywords"), "9e99999");
+    EXPECT_EQ(original(storages.at(plain), "EXIF:Artist"), "Ann");
+}
+
 } // namespace
 } // namespace corvane

@@ -129,9 +129,10 @@ void MemoryPhotoLibrary::performChangesAndWait(const std::function<void(ChangeRe
             // Take back what this block added, so that a failed block changes nothing.
             for (const auto& [added, unused] : pending.creations) {
                 if (added == identifier) break;
-                const auto it = std::find_if(assets_.begin(), assets_.end(), [&](const Asset& asset) {
-                    return asset.localIdentifier == added;
-                });
+                const auto it =
+                    std::find_if(assets_.begin(), assets_.end(), [&added = added](const Asset& asset) {
+                        return asset.localIdentifier == added;
+                    });
                 fs::remove(it->file, error);
                 assets_.erase(it);
                 journal_.pop_back();

@@ -11,7 +11,7 @@ namespace corvane {
 //
 //     enum class ProcessError { fileIsNotSupported };
 //     std::string_view message(ProcessError);
-//     throw TaskError(ProcessError::fileIsNotSupported);
+//     throw TaskError<ProcessError>(ProcessError::fileIsNotSupported);
 template <class E> using TaskError = CaseException<E>;
 
 } // namespace corvane

@@ -36,7 +36,9 @@ detail::PropertyDictionary nativeValues(const TagStorage& storage) {
         DynamicValue value = item->converter()->coreImageValueFromStringValue(text);
         const bool unreadable = value.isNothing() || (value.arrayValue() && value.arrayValue()->empty());
         if (unreadable && !isBlank(text)) {
-            KitDebugger::shared().log([&] { return "Unreadable value of " + name.rawValue() + ": " + text; });
+            KitDebugger::shared().log([&name = name, &text = text] {
+                return "Unreadable value of " + name.rawValue() + ": " + text;
+            });
             continue;
         }
         if (unreadable) value = DynamicValue();

@@ -3,6 +3,7 @@
 #include "corvane/helpers/JSONInput.hpp"
 
 #include "corvane/exiftool_wrapper/ETInput.hpp"
+#include "corvane/exiftool_wrapper/detail/ETRunOutput.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_storages/FinderResources.hpp"
@@ -13,6 +14,7 @@
 #include <exception>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -518,12 +520,20 @@ std::vector<TagStorage>
 ETTagStorageReader::parseExifToolOutput(std::string_view data,
                                         const std::vector<TagStorageSource>& sources) const {
     checkJSONNesting(data, "ExifTool output");
-    ExifToolJSONDecoder decoder(sources, settings_.bannedValues(), settings_.bannedStreams());
-    const bool parsed = nlohmann::json::sax_parse(data, &decoder);
-    if (decoder.shapeError()) throw ReadException(ReadError::dataDecodingFailed);
-    if (decoder.parseError()) std::rethrow_exception(decoder.parseError());
+    std::optional<ExifToolJSONDecoder> decoder;
+    decoder.emplace(sources, settings_.bannedValues(), settings_.bannedStreams());
+    bool parsed = nlohmann::json::sax_parse(data, &*decoder);
+    if (!parsed && !decoder->shapeError()) {
+        // A text that ExifTool printed as a number no double holds: read again with it quoted.
+        if (const auto quoted = detail::quoteOutOfRangeNumbers(data)) {
+            decoder.emplace(sources, settings_.bannedValues(), settings_.bannedStreams());
+            parsed = nlohmann::json::sax_parse(*quoted, &*decoder);
+        }
+    }
+    if (decoder->shapeError()) throw ReadException(ReadError::dataDecodingFailed);
+    if (decoder->parseError()) std::rethrow_exception(decoder->parseError());
     if (!parsed) throw ReadException(ReadError::dataDecodingFailed);
-    return decoder.takeStorages();
+    return decoder->takeStorages();
 }
 
 const TagItem* ETTagStorageReader::findTagItem(std::string_view g0, std::string_view g1,

@@ -48,15 +48,15 @@ std::vector<std::string> CleanTagValuesTask::cleanArguments(const std::vector<Ta
 
 void CleanTagValuesTask::internProcess() {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     const auto& editors = settings_.editors;
     // Every editor of a file, folder or asset can be cleaned by ExifTool; one without an engine can't.
     for (const auto& editor : editors)
         if (!std::dynamic_pointer_cast<ETTagEditor>(editor) &&
             !std::dynamic_pointer_cast<CGTagEditor>(editor))
-            throw TaskError(ProcessError::editorIsNotSupported);
+            throw TaskError<ProcessError>(ProcessError::editorIsNotSupported);
     if (editors.empty() || settings_.streams.empty()) return;
-    auto library = detail::prepareAssets(editors, TaskError(ProcessError::unauthorizedAccess));
+    auto library = detail::prepareAssets(editors, TaskError<ProcessError>(ProcessError::unauthorizedAccess));
 
     const auto arguments = cleanArguments(settings_.streams);
     ETInput input;

@@ -34,8 +34,8 @@ void DeleteItunMoviTask::internProcess() {
     detail::EditorList files;
     for (const auto& editor : settings_.editors)
         if (!editor->isFolder()) files.push_back(editor);
-    if (files.empty()) throw TaskError(ProcessError::noFileEditor);
-    auto library = detail::prepareAssets(files, TaskError(ProcessError::unauthorizedAccess));
+    if (files.empty()) throw TaskError<ProcessError>(ProcessError::noFileEditor);
+    auto library = detail::prepareAssets(files, TaskError<ProcessError>(ProcessError::unauthorizedAccess));
 
     // Each movie is a subprocess: its failure is its own error, and the others go on.
     const double step = 1.0 / static_cast<double>(files.size());

@@ -48,17 +48,18 @@ std::vector<const TagItem*> ExportCSVTableTask::columns() const {
 }
 
 void ExportCSVTableTask::internProcess() {
-    if (!settings_.destinationURL) throw TaskError(ProcessError::destinationIsMissing);
+    if (!settings_.destinationURL) throw TaskError<ProcessError>(ProcessError::destinationIsMissing);
     const fs::path destination = *settings_.destinationURL;
     if (upperPathExtension(destination) != MediaType::typeCSV().format())
-        throw TaskError(ProcessError::tableTypeIsUnknown);
+        throw TaskError<ProcessError>(ProcessError::tableTypeIsUnknown);
 
     // Written beside the destination and renamed over it once complete: a failed export leaves
     // any earlier table as it was.
     const fs::path scratch = detail::scratchURLBeside(destination);
     auto stream = OutputStream::toFile(scratch);
     stream->open();
-    if (stream->status() != OutputStream::Status::open) throw TaskError(ProcessError::streamIsMissing);
+    if (stream->status() != OutputStream::Status::open)
+        throw TaskError<ProcessError>(ProcessError::streamIsMissing);
 
     const auto items = columns();
     try {

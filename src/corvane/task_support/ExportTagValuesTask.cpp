@@ -77,10 +77,10 @@ std::vector<std::shared_ptr<TagEditor>> ExportTagValuesTask::exportedEditors(con
 }
 
 void ExportTagValuesTask::internProcess() {
-    if (!settings_.sidecarType) throw TaskError(ProcessError::sidecarTypeIsMissing);
+    if (!settings_.sidecarType) throw TaskError<ProcessError>(ProcessError::sidecarTypeIsMissing);
     auto type = MediaType::type(asciiUppercased(*settings_.sidecarType));
     if (!type || !supportedSidecarTypes().contains(*type))
-        throw TaskError(ProcessError::sidecarTypeIsUnknown);
+        throw TaskError<ProcessError>(ProcessError::sidecarTypeIsUnknown);
     if (type->is(MediaType::typeCSV()) || type->is(MediaType::typeJSON())) {
         const auto editors = exportedEditors(*type);
         const double step = editors.empty() ? 1.0 : 1.0 / static_cast<double>(editors.size());
@@ -114,7 +114,7 @@ void ExportTagValuesTask::exportSidecarWithWriter(const MediaType& type,
 
 void ExportTagValuesTask::exportSidecarWithExifTool(const MediaType& type) {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     std::vector<TagStorage> storages;
     std::vector<fs::path> sidecars;
     for (const auto& editor : exportedEditors(type)) {
@@ -183,7 +183,7 @@ void ExportTagValuesTask::exportSidecarWithExifTool(const MediaType& type) {
 
 void ExportTagValuesTask::exportICCProfiles(const MediaType& type) {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     // Binary output may end without a line break: a mark of our own tells where the profile ends.
     static constexpr std::string_view profileEnd = "#corvane-profile-end";
     const auto editors = exportedEditors(type);

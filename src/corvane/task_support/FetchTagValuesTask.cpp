@@ -52,14 +52,14 @@ std::string printedValue(const nlohmann::json& value) {
 FetchTagValuesTask::Values FetchTagValuesTask::parseOutput(std::string_view data,
                                                            const std::vector<TagStorageSource>& sources) {
     const auto json = nlohmann::json::parse(data, nullptr, false);
-    if (json.is_discarded() || !json.is_array()) throw TaskError(ProcessError::outputIsInvalid);
+    if (json.is_discarded() || !json.is_array()) throw TaskError<ProcessError>(ProcessError::outputIsInvalid);
     // ExifTool names each file as it was given; the callback gets the caller's URL back.
     std::unordered_map<std::string, fs::path> urls;
     for (const auto& source : sources)
         urls.emplace(source.url().lexically_normal().string(), source.url());
     Values values;
     for (const auto& object : json) {
-        if (!object.is_object()) throw TaskError(ProcessError::outputIsInvalid);
+        if (!object.is_object()) throw TaskError<ProcessError>(ProcessError::outputIsInvalid);
         const auto file = object.find("SourceFile");
         if (file == object.end() || !file->is_string() || object.size() != 2) continue;
         const fs::path path = file->get<std::string>();
@@ -72,8 +72,8 @@ FetchTagValuesTask::Values FetchTagValuesTask::parseOutput(std::string_view data
 
 void FetchTagValuesTask::internProcess() {
     if (!settings_.completion) {
-        if (settings_.sources.empty()) throw TaskError(ProcessError::sourcesAreMissing);
-        throw TaskError(ProcessError::completionIsMissing);
+        if (settings_.sources.empty()) throw TaskError<ProcessError>(ProcessError::sourcesAreMissing);
+        throw TaskError<ProcessError>(ProcessError::completionIsMissing);
     }
     Values values;
     // Called once, whatever happens below; what the callback throws joins the errors.
@@ -84,7 +84,7 @@ void FetchTagValuesTask::internProcess() {
             task.failable([this] { task.settings_.completion(values); });
         }
     } delivery{*this, values};
-    if (settings_.sources.empty()) throw TaskError(ProcessError::sourcesAreMissing);
+    if (settings_.sources.empty()) throw TaskError<ProcessError>(ProcessError::sourcesAreMissing);
 
     ETInput input;
     const auto tag = "-" + settings_.tagName.rawValue();

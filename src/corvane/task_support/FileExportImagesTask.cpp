@@ -50,10 +50,10 @@ std::vector<fs::path> FileExportImagesTask::exportedFiles() const {
 
 void FileExportImagesTask::internProcess() {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     const auto& editors = settings_.editors;
     if (std::any_of(editors.begin(), editors.end(), [](const auto& editor) { return editor->isFolder(); }))
-        throw TaskError(ProcessError::folderEditorIsNotSupported);
+        throw TaskError<ProcessError>(ProcessError::folderEditorIsNotSupported);
     if (editors.empty()) return;
     const double step = 1.0 / static_cast<double>(editors.size());
     mapSubprocess(editors, [this, step](const std::shared_ptr<TagEditor>& editor) {

@@ -36,7 +36,8 @@ std::string FileExportToPhotosTask::title() const {
 
 void FileExportToPhotosTask::internProcess() {
     const auto library = PhotoLibrary::shared();
-    if (!library || !library->requestAuthorization()) throw TaskError(ProcessError::unauthorizedAccess);
+    if (!library || !library->requestAuthorization())
+        throw TaskError<ProcessError>(ProcessError::unauthorizedAccess);
 
     // What a photo library holds: images and movies. The rest is reported file by file.
     std::vector<fs::path> files;

@@ -38,7 +38,7 @@ std::optional<FolderExportGeotagTask::Format> FolderExportGeotagTask::format(std
 
 std::string FolderExportGeotagTask::formatFile(Format format) {
     const auto text = detail::geotagFormatFile(format == Format::gpx ? "gpx" : "kml");
-    if (text.empty()) throw TaskError(ProcessError::formatFileIsMissing);
+    if (text.empty()) throw TaskError<ProcessError>(ProcessError::formatFileIsMissing);
     return std::string(text);
 }
 
@@ -82,9 +82,10 @@ struct FormatFileCopy {
 
 void FolderExportGeotagTask::internProcess() {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
-    if (!settings_.editor || !settings_.editor->isFolder()) throw TaskError(ProcessError::editorIsNotAFolder);
-    if (!settings_.outputURL) throw TaskError(ProcessError::outputURLIsMissing);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
+    if (!settings_.editor || !settings_.editor->isFolder())
+        throw TaskError<ProcessError>(ProcessError::editorIsNotAFolder);
+    if (!settings_.outputURL) throw TaskError<ProcessError>(ProcessError::outputURLIsMissing);
     const FormatFileCopy formatCopy(formatFile(settings_.format));
 
     const auto storage = settings_.editor->storage();

@@ -42,15 +42,16 @@ std::string FolderImportGeotagTask::title() const {
 
 void FolderImportGeotagTask::internProcess() {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
-    if (!settings_.editor || !settings_.editor->isFolder()) throw TaskError(ProcessError::editorIsNotAFolder);
-    if (!settings_.geotagFileURL) throw TaskError(ProcessError::geotagFileIsMissing);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
+    if (!settings_.editor || !settings_.editor->isFolder())
+        throw TaskError<ProcessError>(ProcessError::editorIsNotAFolder);
+    if (!settings_.geotagFileURL) throw TaskError<ProcessError>(ProcessError::geotagFileIsMissing);
     std::string extension = pathExtension(*settings_.geotagFileURL);
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     const auto& types = supportedTypes();
     if (std::find(types.begin(), types.end(), extension) == types.end())
-        throw TaskError(ProcessError::geotagFileIsNotSupported);
+        throw TaskError<ProcessError>(ProcessError::geotagFileIsNotSupported);
 
     const auto storage = settings_.editor->storage();
     ETInput input;

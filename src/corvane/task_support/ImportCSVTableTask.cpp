@@ -44,17 +44,17 @@ std::string ImportCSVTableTask::title() const {
 }
 
 void ImportCSVTableTask::internProcess() {
-    if (!settings_.sourceURL) throw TaskError(ProcessError::sourceIsMissing);
+    if (!settings_.sourceURL) throw TaskError<ProcessError>(ProcessError::sourceIsMissing);
     const fs::path source = *settings_.sourceURL;
     if (upperPathExtension(source) != MediaType::typeCSV().format())
-        throw TaskError(ProcessError::tableTypeIsUnknown);
+        throw TaskError<ProcessError>(ProcessError::tableTypeIsUnknown);
 
     std::optional<CSVReader<EnumeratedCSVView>> reader;
     try {
         reader =
             CSVReader<EnumeratedCSVView>::fromFile(source, std::nullopt, TextEncoding::utf8(), true, true);
     } catch (const FileError&) {
-        throw TaskError(ProcessError::inputStreamIsMissing);
+        throw TaskError<ProcessError>(ProcessError::inputStreamIsMissing);
     }
     const EnumeratedCSVView& table = reader->content();
 
@@ -71,8 +71,8 @@ void ImportCSVTableTask::internProcess() {
         else
             tagColumns.emplace_back(i, *name);
     }
-    if (!nameColumn) throw TaskError(ProcessError::nameTagIsMissing);
-    if (!pathColumn) throw TaskError(ProcessError::pathTagIsMissing);
+    if (!nameColumn) throw TaskError<ProcessError>(ProcessError::nameTagIsMissing);
+    if (!pathColumn) throw TaskError<ProcessError>(ProcessError::pathTagIsMissing);
 
     using Values = std::vector<std::pair<TagName, std::string>>;
     std::unordered_map<fs::path, Values> rows;

@@ -99,7 +99,7 @@ void ImportTagEditorsTask::internProcess() {
     else if (engineOption().contains(EngineOption::coreImage()))
         importWithCoreImage();
     else
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     subprocessQueue().waitUntilAllOperationsAreFinished();
     reloadSourceEditors();
 }
@@ -123,7 +123,7 @@ void ImportTagEditorsTask::importWithCoreImage() {
         auto type = MediaType::type(upperPathExtension(source.url()));
         if (source.isFolder() || !type || !kept.contains(*type)) {
             incrementProgress(step);
-            throw TaskError(ProcessError::fileIsNotSupported);
+            throw TaskError<ProcessError>(ProcessError::fileIsNotSupported);
         }
         failable([&] {
             CGTagStorageReader reader(CGTagStorageReader::Settings({source}));
@@ -136,7 +136,7 @@ void ImportTagEditorsTask::importWithCoreImage() {
     });
 #else
     // This build has no image I/O engine (the engine options don't offer it).
-    throw TaskError(ProcessError::engineIsNotAvailable);
+    throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
 #endif
 }
 

@@ -107,10 +107,11 @@ const std::unordered_set<TagStream>& ImportTagValuesTask::imageDescriptionTagStr
 }
 
 void ImportTagValuesTask::internProcess() {
-    if (!settings_.source) throw TaskError(ProcessError::sourceURLIsMissing);
+    if (!settings_.source) throw TaskError<ProcessError>(ProcessError::sourceURLIsMissing);
     const TagStorageSource& source = *settings_.source;
     auto type = MediaType::type(upperPathExtension(source.url()));
-    if (!type || !supportedSourceTypes().contains(*type)) throw TaskError(ProcessError::sourceTypeIsUnknown);
+    if (!type || !supportedSourceTypes().contains(*type))
+        throw TaskError<ProcessError>(ProcessError::sourceTypeIsUnknown);
     // A CSV or JSON file is a sidecar of this library's own: ExifTool would read it as a text
     // document, not as tags.
     if (type->is(MediaType::typeCSV()) || type->is(MediaType::typeJSON()))
@@ -121,7 +122,7 @@ void ImportTagValuesTask::internProcess() {
 
 void ImportTagValuesTask::importTagValuesWithExifTool(const TagStorageSource& source) {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     ETTagStorageReader::Settings readerSettings({source});
     readerSettings.setEnableRawValues(true);
     readerSettings.setEnableShortTags(true);

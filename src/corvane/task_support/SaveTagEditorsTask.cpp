@@ -48,7 +48,7 @@ void SaveTagEditorsTask::internProcess() {
     }
     // A plain editor has no engine: nothing is written, no editor is flushed.
     if (cgEditors.size() + etEditors.size() != editors.size())
-        throw TaskError(ProcessError::editorIsNotSupported);
+        throw TaskError<ProcessError>(ProcessError::editorIsNotSupported);
 
     askPhotosLibrary(editors);
     // Past `askPhotosLibrary`, a library is present whenever an asset is among the editors.
@@ -68,7 +68,8 @@ void SaveTagEditorsTask::askPhotosLibrary(const std::vector<std::shared_ptr<TagE
         std::any_of(editors.begin(), editors.end(), [](const auto& editor) { return editor->isAsset(); });
     if (!hasAsset) return;
     auto library = PhotoLibrary::shared();
-    if (!library || !library->requestAuthorization()) throw TaskError(ProcessError::unauthorizedAccess);
+    if (!library || !library->requestAuthorization())
+        throw TaskError<ProcessError>(ProcessError::unauthorizedAccess);
 }
 
 std::vector<TagStorage>
@@ -154,7 +155,7 @@ void SaveTagEditorsTask::saveWithCoreImage(const std::vector<std::shared_ptr<Tag
     });
 #else
     // This build has no image I/O engine; the editors are left as they are, unflushed.
-    throw TaskError(ProcessError::engineIsNotAvailable);
+    throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
 #endif
 }
 

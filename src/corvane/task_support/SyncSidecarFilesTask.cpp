@@ -63,8 +63,8 @@ bool SyncSidecarFilesTask::canImportSidecar(const fs::path& url) {
 std::string SyncSidecarFilesTask::parseSidecarFormat() const {
     if (!settings_.sidecarType) return "%f.%e";
     auto type = MediaType::type(detail::asciiUppercased(*settings_.sidecarType));
-    if (!type) throw TaskError(ProcessError::sidecarTypeIsMissing);
-    if (!supportedTypes().contains(*type)) throw TaskError(ProcessError::sidecarTypeIsUnknown);
+    if (!type) throw TaskError<ProcessError>(ProcessError::sidecarTypeIsMissing);
+    if (!supportedTypes().contains(*type)) throw TaskError<ProcessError>(ProcessError::sidecarTypeIsUnknown);
     // Lower case: on a case-sensitive file system "photo.XMP" would be a file other photo tools
     // don't look for.
     return "%f." + detail::asciiLowercased(type->format());
@@ -90,17 +90,17 @@ fs::path SyncSidecarFilesTask::sidecarURL(const fs::path& file) const {
 
 void SyncSidecarFilesTask::internProcess() {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     std::vector<TagStorage> storages;
     for (const auto& editor : settings_.editors)
         storages.push_back(editor->storage());
     if (storages.empty()) return;
     const std::string pattern = parseSidecarPath();
     if (settings_.action != Action::importSidecar && settings_.action != Action::exportSidecar)
-        throw TaskError(ProcessError::processActionIsUnknown);
+        throw TaskError<ProcessError>(ProcessError::processActionIsUnknown);
     // A photo-library asset has no file of its own beside which a sidecar could lie.
     if (std::any_of(storages.begin(), storages.end(), [](const TagStorage& s) { return s.isAsset(); }))
-        throw TaskError(ProcessError::editorIsNotSupported);
+        throw TaskError<ProcessError>(ProcessError::editorIsNotSupported);
     const bool importing = settings_.action == Action::importSidecar;
 
     // On import, each file takes the sidecar that is there, in either case of its extension; a

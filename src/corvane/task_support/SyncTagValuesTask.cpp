@@ -39,7 +39,7 @@ std::vector<std::string> SyncTagValuesTask::copyArguments() const {
 
 void SyncTagValuesTask::internProcess() {
     if (!engineOption().contains(EngineOption::exifTool()))
-        throw TaskError(ProcessError::engineIsNotAvailable);
+        throw TaskError<ProcessError>(ProcessError::engineIsNotAvailable);
     if (settings_.tagCopies.empty()) return;
     std::vector<std::shared_ptr<TagEditor>> files, folders;
     for (const auto& editor : settings_.editors)

@@ -1,6 +1,7 @@
 #include "corvane/exiftool_wrapper/detail/ETRunOutput.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -433,6 +434,44 @@ std::string joinOutputs(const std::vector<std::string>& chunks) {
     return out;
 }
 
+std::optional<std::string> quoteOutOfRangeNumbers(std::string_view json) {
+    std::string out;
+    std::size_t copied = 0;
+    bool inString = false;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const char c = json[i];
+        if (inString) {
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inString = false;
+            continue;
+        }
+        if (c == '"') {
+            inString = true;
+            continue;
+        }
+        if (c != '-' && (c < '0' || c > '9')) continue;
+        std::size_t end = i + 1;
+        while (end < json.size() &&
+               std::string_view("0123456789.eE+-").find(json[end]) != std::string_view::npos)
+            ++end;
+        double value = 0;
+        const auto result = std::from_chars(json.data() + i, json.data() + end, value);
+        if (result.ec == std::errc::result_out_of_range) {
+            out.append(json, copied, i - copied);
+            out += '"';
+            out.append(json, i, end - i);
+            out += '"';
+            copied = end;
+        }
+        i = end - 1;
+    }
+    if (copied == 0) return std::nullopt;
+    out.append(json, copied);
+    return out;
+}
+
 void collectJSONMessages(const std::string& chunk, const ETCommand& command,
                          std::vector<ETFileMessage>& messages, std::vector<ETFileMessage>& excused) {
     if (chunk.find("\"Error\"") == std::string::npos && chunk.find("\"Warning\"") == std::string::npos &&
@@ -446,8 +485,15 @@ void collectJSONMessages(const std::string& chunk, const ETCommand& command,
         return; // not ExifTool's reports: the reader refuses it
     }
     JSONMessageCollector collector;
-    if (!nlohmann::json::sax_parse(t, &collector)) return;
-    for (auto& report : collector.takeReports()) {
+    JSONMessageCollector quotedCollector;
+    JSONMessageCollector* reports = &collector;
+    if (!nlohmann::json::sax_parse(t, &collector)) {
+        // A text printed as a number no double holds: read again with it quoted.
+        const auto quoted = quoteOutOfRangeNumbers(t);
+        if (!quoted || !nlohmann::json::sax_parse(*quoted, &quotedCollector)) return;
+        reports = &quotedCollector;
+    }
+    for (auto& report : reports->takeReports()) {
         ETFileMessage m;
         m.kind = report.kind;
         m.text = std::move(report.text);

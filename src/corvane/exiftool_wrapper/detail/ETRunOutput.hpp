@@ -103,6 +103,11 @@ std::vector<std::string> splitAtMarkers(const std::string& text, const ETRunStat
 // with their elements in order; otherwise the texts follow each other as they are.
 std::string joinOutputs(const std::vector<std::string>& chunks);
 
+// ExifTool prints any value that looks like a number without quotes, so a text such as "1e400" in a
+// file comes out as a number no double holds, which JSON parsers refuse. Returns the JSON text with
+// every such number quoted (read as the text it is), or nothing when the text holds none.
+std::optional<std::string> quoteOutOfRangeNumbers(std::string_view json);
+
 // Finds the errors and warnings that ExifTool puts in JSON output: errors of commands that ignore
 // minor errors go to `excused`.
 void collectJSONMessages(const std::string& chunk, const ETCommand& command,
