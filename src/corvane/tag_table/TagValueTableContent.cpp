@@ -19,7 +19,7 @@ void TagValueTableContent::convert(TagValueRow& row) const {
 
 void TagValueTableContent::reloadEntries() {
     entries_.clear();
-    const auto& tagEntries = tagSet_.entries();
+    const auto& tagEntries = tagSet_->entries();
     auto rows = parallelMap(tagEntries, [&](const TagSet::FlatEntry& entry) -> std::optional<TagValueRow> {
         const TagItem* item = entry.tagItem();
         if (!item) return std::nullopt;
