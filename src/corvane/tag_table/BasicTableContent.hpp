@@ -4,6 +4,7 @@
 #include "corvane/tag_set/TagSet.hpp"
 #include "corvane/tag_table/GenericTableContent.hpp"
 
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -20,7 +21,7 @@ public:
     using TableEntry = Entry;
 
     const Request& request() const { return request_; }
-    const TagSet& tagSet() const { return tagSet_; }
+    const TagSet& tagSet() const { return *tagSet_; }
     const std::vector<Entry>& entries() const { return entries_; }
     const IndexSet& selection() const { return selection_; }
 
@@ -41,7 +42,7 @@ public:
 
 protected:
     BasicTableContent(Request request, TagSet tagSet)
-        : request_(std::move(request)), tagSet_(std::move(tagSet)) {}
+        : request_(std::move(request)), tagSet_(std::make_shared<const TagSet>(std::move(tagSet))) {}
 
     /// The requested rows that exist and hold values; then the derived content's dependents.
     void reloadSelection() {
@@ -51,7 +52,7 @@ protected:
     void selectionDidChange() {}
 
     Request request_;
-    TagSet tagSet_;
+    std::shared_ptr<const TagSet> tagSet_; // never changes: shared by the copies of a content
     std::vector<Entry> entries_;
     IndexSet selection_;
 };

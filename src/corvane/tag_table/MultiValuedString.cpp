@@ -16,6 +16,12 @@ MultiValuedString::MultiValuedString(const std::set<std::string>& values) : valu
     }
 }
 
+MultiValuedString MultiValuedString::merged(std::shared_ptr<const std::vector<std::string>> ascending) {
+    if (!ascending || ascending->empty()) return none();
+    if (ascending->size() == 1) return ascending->front().empty() ? none() : single(ascending->front());
+    return MultiValuedString(Multiple{std::move(ascending)});
+}
+
 const std::string* MultiValuedString::singleValue() const {
     const auto* single = std::get_if<Single>(&value_);
     return single ? &single->value : nullptr;

@@ -34,6 +34,8 @@ public:
     /// From the distinct texts: none gives `none`, one gives `single` (`none` for the empty text),
     /// more give `multiple`.
     explicit MultiValuedString(const std::set<std::string>& values);
+    /// The same from distinct texts already sorted ascending, sharing them rather than copying.
+    static MultiValuedString merged(std::shared_ptr<const std::vector<std::string>> ascending);
 
     static MultiValuedString single(std::string value) { return MultiValuedString(Single{std::move(value)}); }
     static MultiValuedString multiple(std::vector<std::string> values) {

@@ -20,7 +20,7 @@ TagSetTableContent::TagSetTableContent(const TagSetTableRequest& request)
 void TagSetTableContent::reloadEntries() {
     entries_.clear();
     const TagSection* pendingSection = nullptr;
-    for (const auto& entry : tagSet_.entries()) {
+    for (const auto& entry : tagSet_->entries()) {
         if (const TagSection* section = entry.section()) {
             pendingSection = section;
             continue;

@@ -5,13 +5,19 @@
 #include "corvane/tag_value/TagSection.hpp"
 
 #include <any>
+#include <cstddef>
 #include <memory>
+#include <span>
 #include <variant>
 #include <vector>
 
 namespace corvane {
 
 class TagItem;
+class TagValueTableContent;
+namespace detail {
+class ValueTally;
+}
 
 /// One row of a `TagValueTable` (its `RowValue`): one tag merged across the editors the row was
 /// built from. Built off the main thread, then read-only.
@@ -21,10 +27,9 @@ public:
 
     /// Reads the tag from every editor, each through its own guard: the distinct current values
     /// (a missing value counts as the empty text), whether any editor holds an unsaved change of
-    /// it, and whether every editor can edit it (true without editors). With `splitEditors`, the
-    /// editors are read on several threads at once: for rebuilding a few rows over many editors,
-    /// where the rows alone leave cores idle.
-    TagValueRow(std::shared_ptr<const Editors> editors, const TagItem& tagItem, bool splitEditors = false);
+    /// it, and whether every editor can edit it (true without editors). Each editor's reading is
+    /// kept with the row, so that after an edit only the edited editors are read again.
+    TagValueRow(std::shared_ptr<const Editors> editors, const TagItem& tagItem);
 
     const TagItem& tagItem() const { return *tagItem_; }
     const Editors& editors() const { return *editors_; }
@@ -38,8 +43,15 @@ public:
     void setObjectValue(std::any value) { objectValue_ = std::move(value); }
 
 private:
+    friend class TagValueTableContent;
+    // Reads again the editors at these positions of `editors()` (each at most once) and merges
+    // anew, from their new readings and the others' kept ones.
+    void reread(std::span<const std::size_t> positions);
+
     const TagItem* tagItem_;
     std::shared_ptr<const Editors> editors_;
+    // Each editor's reading behind the merged fields, shared by the copies of the row.
+    std::shared_ptr<detail::ValueTally> tally_;
     MultiValuedString string_;
     bool isEdited_ = false;
     bool canBeEdited_ = true;

@@ -2,6 +2,8 @@
 
 #include "corvane/tag_edition/EditionManager.hpp"
 
+#include <algorithm>
+
 namespace corvane {
 
 static_assert(GenericTable<TagValueTable>);
@@ -34,7 +36,10 @@ void TagValueTable::reloadValues(const HistoryEdition& history) {
     beginReload(ReloadType::values(std::nullopt));
     auto next = std::make_shared<Content>(*content());
     IndexSet changed = next->reloadValues(history);
-    next->reloadValueSet();
+    // The value set merges the selected rows' tags: untouched by the edit, it stays as it was.
+    if (std::any_of(changed.begin(), changed.end(),
+                    [&](std::size_t index) { return next->selection().contains(index); }))
+        next->reloadValueSet();
     endReload(std::move(next), ReloadType::values(std::move(changed)));
 }
 

@@ -3,7 +3,9 @@
 #include "corvane/helpers/ConcurrentPerform.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
+#include <algorithm>
 #include <optional>
+#include <unordered_map>
 
 namespace corvane {
 
@@ -19,7 +21,7 @@ void TagValueTableContent::convert(TagValueRow& row) const {
 
 void TagValueTableContent::reloadEntries() {
     entries_.clear();
-    const auto& tagEntries = tagSet_.entries();
+    const auto& tagEntries = tagSet_->entries();
     auto rows = parallelMap(tagEntries, [&](const TagSet::FlatEntry& entry) -> std::optional<TagValueRow> {
         const TagItem* item = entry.tagItem();
         if (!item) return std::nullopt;
@@ -72,18 +74,49 @@ std::vector<TagName> TagValueTableContent::names(const IndexSet& indexes) const 
     return result;
 }
 
+namespace {
+
+using EditorPositions = std::unordered_map<TagName, std::vector<std::size_t>>;
+
+// Per tag name the history lists, the positions in `editors` of the editors it lists it for,
+// ascending. An editor listed twice has both positions; an editor the history doesn't list adds
+// nothing.
+EditorPositions editedPositions(const HistoryEdition& history, const TagValueTableRequest::Editors& editors) {
+    EditorPositions positions;
+    const auto add = [&](std::size_t position, const HistoryEdition::TagNames& names) {
+        for (const TagName& name : names)
+            positions[name].push_back(position);
+    };
+    const auto& edited = history.values();
+    // An edit touches few editors of thousands: a pass over the list per edited editor (pointer
+    // comparisons) costs less than a hash look-up per listed editor, up to a few edited ones.
+    if (edited.size() <= 16) {
+        for (const auto& [editor, names] : edited)
+            for (std::size_t i = 0; i < editors.size(); ++i)
+                if (editors[i] == editor) add(i, names);
+        for (auto& [name, list] : positions)
+            std::sort(list.begin(), list.end());
+    } else {
+        for (std::size_t i = 0; i < editors.size(); ++i)
+            if (const auto* names = history.tagNamesOf(editors[i])) add(i, *names);
+    }
+    return positions;
+}
+
+} // namespace
+
 IndexSet TagValueTableContent::reloadValues(const HistoryEdition& history) {
-    const HistoryEdition::TagNames touched = history.tagNames(request_.editors());
+    const EditorPositions positions = editedPositions(history, request_.editors());
     IndexSet changed;
-    for (std::size_t i = 0; i < entries_.size(); ++i)
-        if (const auto* row = std::get_if<TagValueRow>(&entries_[i]);
-            row && touched.contains(row->tagItem().name()))
-            changed.insert(i);
-    // An edit touches few rows: each is rebuilt with its editors split across the cores.
-    for (std::size_t i : changed) {
-        TagValueRow rebuilt(request_.sharedEditors(), std::get<TagValueRow>(entries_[i]).tagItem(), true);
-        convert(rebuilt);
-        entries_[i] = std::move(rebuilt);
+    if (positions.empty()) return changed;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        auto* row = std::get_if<TagValueRow>(&entries_[i]);
+        if (!row) continue;
+        const auto found = positions.find(row->tagItem().name());
+        if (found == positions.end()) continue;
+        changed.insert(i);
+        row->reread(found->second); // only the edited editors are read again
+        convert(*row);
     }
     return changed;
 }

@@ -34,10 +34,11 @@ public:
     /// The tag names of the value rows at these indexes, in index order.
     std::vector<TagName> names(const IndexSet& indexes) const;
 
-    /// Rebuilds the value rows whose tag the history lists for one of the request's
-    /// editors, and gives their indexes. The filter isn't applied again: row count and order stay,
-    /// so a view may redraw just those rows; a row that no longer passes stays until the next full
-    /// reload.
+    /// Updates the value rows whose tag the history lists for one of the request's editors, and
+    /// gives their indexes. Only the editors the history lists for a row's tag are read again; the
+    /// others' readings are kept from when the row was built. The filter isn't applied again: row
+    /// count and order stay, so a view may redraw just those rows; a row that no longer passes
+    /// stays until the next full reload.
     IndexSet reloadValues(const HistoryEdition& history);
     /// Computes the value set of the selection again.
     void reloadValueSet() { valueSet_ = values(selection_); }
