@@ -1,25 +1,27 @@
 // `corvane read` and `corvane set`: the tags of files, read and edited through the import and save
 // tasks.
 #include "Commands.hpp"
+#include "EditorSaving.hpp"
 #include "StorageReading.hpp"
 #include "TagSelection.hpp"
 #include "ValueChecks.hpp"
 
+#include "corvane/converters/ArrayValueConverter.hpp"
 #include "corvane/converters/DynamicValue.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 #include "corvane/csv_support/CSVWriter.hpp"
 #include "corvane/csv_support/OutputStream.hpp"
+#include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/preset_support/UseCustomValueSettings.hpp"
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/tag_editor/TagEditorEditions.hpp"
 #include "corvane/tag_editor/detail/PrettyText.hpp"
-#include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TagValueChecker.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
-#include "corvane/task_support/SaveTagEditorsTask.hpp"
 #include "corvane/value_models/DateEdition.hpp"
 
 #include <nlohmann/json.hpp>
@@ -166,7 +168,16 @@ int runRead(const ReadOptions& options) {
     if (reporter.errorCount()) return reporter.exitCode();
 
     auto sources = collectSources(options.paths, options.recursive, reporter);
-    auto editors = importEditors(std::move(sources), options.recursive, reporter);
+    FileWarnings warnings;
+    auto editors = importEditors(std::move(sources), options.recursive, reporter, &warnings);
+    // ExifTool's warnings about a file, on standard error, after what was printed before them.
+    auto showWarnings = [&](const std::string& path) {
+        const auto it = warnings.find(path);
+        if (it == warnings.end()) return;
+        std::cout << std::flush;
+        for (const std::string& warning : it->second)
+            reporter.warning(it->first, warning);
+    };
     std::vector<FileRows> files;
     files.reserve(editors.size());
     for (const auto& editor : editors) {
@@ -181,12 +192,16 @@ int runRead(const ReadOptions& options) {
         }
         files.push_back(std::move(file));
     }
-    if (options.json) {
-        printJSON(files, options.raw);
-    } else if (options.csv) {
-        printCSV(files);
+    if (options.json || options.csv) {
+        for (const auto& file : files)
+            showWarnings(file.path);
+        if (options.json)
+            printJSON(files, options.raw);
+        else
+            printCSV(files);
     } else {
         for (const auto& file : files) {
+            showWarnings(file.path);
             std::cout << "======== " << file.path << '\n';
             for (const auto& [name, value] : file.rows)
                 std::cout << name.rawValue() << '\t' << escapedValue(value) << '\n';
@@ -233,9 +248,27 @@ struct SetOptions {
     std::optional<std::string> flip;
     std::optional<std::string> preset;
     std::string presetName;
+    std::optional<std::string> listSeparator;
     bool dryRun = false;
     bool preserveModificationDate = false;
 };
+
+// The value given for a tag of several values split on the user's list separator, in the tag's own
+// list form: elements joined by its separator, one that holds that separator quoted ("Smith, John"
+// stays one keyword). Blank elements are left out. The text as given for a tag of one value.
+std::string withListSeparator(const TagItem& item, const std::string& text, const std::string& separator) {
+    const auto converter = item.converter();
+    const auto* array = dynamic_cast<const ArrayValueConverter*>(converter.get());
+    if (!array) return text;
+    std::string joined;
+    for (const std::string& piece : detail::converter_text::split(text, separator)) {
+        const auto element = trimAsciiBlanks(piece);
+        if (element.empty()) continue;
+        if (!joined.empty()) joined += array->separator();
+        joined += detail::converter_text::listElementText(element, array->separator());
+    }
+    return joined;
+}
 
 // The date tags a date edition applies to: those of the metadata families (file system dates
 // are left to the system) that the file holds and that can be edited.
@@ -301,7 +334,7 @@ int runSet(const SetOptions& options) {
     for (const std::string& argument : options.assignments) {
         const auto equal = argument.find('=');
         const std::string nameText = argument.substr(0, equal);
-        const std::string value = argument.substr(equal + 1);
+        const std::string given = argument.substr(equal + 1);
         std::string error;
         const auto selector = TagSelector::resolve(nameText, true, error);
         if (!selector) {
@@ -310,6 +343,8 @@ int runSet(const SetOptions& options) {
         }
         Assignment assignment{{}, argument};
         for (const TagItem* item : selector->candidates()) {
+            const std::string value =
+                options.listSeparator ? withListSeparator(*item, given, *options.listSeparator) : given;
             if (!item->isWritable()) {
                 error = "tag \"" + nameText + "\" is not editable";
             } else if (value.empty()) {
@@ -426,66 +461,12 @@ int runSet(const SetOptions& options) {
         return reporter.exitCode();
     }
 
-    // Each file counts as ExifTool reported it: written, left unchanged, failed, or not known when
-    // the run was stopped. A failed file is never counted as unchanged.
-    std::size_t updated = 0, unchanged = editors.size() - edited.size(), failedCount = 0, unknown = 0;
-    if (!edited.empty()) {
-        std::vector<std::pair<fs::path, fs::file_time_type>> modificationDates;
-        if (options.preserveModificationDate)
-            for (const auto& editor : edited) {
-                std::error_code ec;
-                const auto date = fs::last_write_time(editor->source().url(), ec);
-                if (!ec) modificationDates.emplace_back(editor->source().url(), date);
-            }
-        auto task = SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(edited));
-        runTask(task, "Writing", reporter, edited.size());
-        // Put back the modification dates of the files, written or not (a failed write leaves the
-        // file as it was, and setting the date it had changes nothing).
-        for (const auto& [path, date] : modificationDates) {
-            std::error_code ec;
-            fs::last_write_time(path, date, ec);
-            if (ec) reporter.fileError(path, "modification date not kept: " + ec.message());
-        }
-        const std::set<std::string> failed = reportTaskErrors(*task, reporter);
-        std::map<std::string, ETTagStorageWriter::FileOutcome> outcomes;
-        for (auto& outcome : task->fileOutcomes())
-            outcomes.emplace(pathKey(outcome.url), std::move(outcome));
-        using Status = ETTagStorageWriter::FileOutcome::Status;
-        for (const auto& editor : edited) {
-            const fs::path path = editor->source().url();
-            const auto it = outcomes.find(pathKey(path));
-            if (it != outcomes.end())
-                for (const std::string& warning : it->second.warnings)
-                    reporter.warning(path, warning);
-            const Status status = failed.contains(pathKey(path)) ? Status::failed
-                                  : it != outcomes.end()         ? it->second.status
-                                                                 : Status::unknown;
-            switch (status) {
-            case Status::written:
-                ++updated;
-                break;
-            case Status::unchanged:
-                ++unchanged;
-                std::cout << path.string() << ": nothing to change\n";
-                break;
-            case Status::failed:
-                ++failedCount;
-                break;
-            case Status::unknown:
-                ++unknown;
-                reporter.fileError(path, "not known whether written (" +
-                                             (it != outcomes.end() ? it->second.reason : "the save failed") +
-                                             ")");
-                break;
-            }
-        }
-    }
-    if (coordinate && updated && coordinate->isValue())
-        std::cout << "position " << positionText(coordinate->get()) << '\n';
-    std::cout << updated << (updated == 1 ? " file" : " files") << " updated, " << unchanged << " unchanged";
-    if (failedCount) std::cout << ", " << failedCount << " failed";
-    if (unknown) std::cout << ", " << unknown << " not known";
-    std::cout << '\n';
+    SaveOptions saving;
+    saving.preserveModificationDates = options.preserveModificationDate;
+    saving.namesUnchangedFiles = true;
+    if (coordinate && coordinate->isValue())
+        saving.lineWhenWritten = "position " + positionText(coordinate->get());
+    saveEditedEditors(editors, reporter, saving);
     return reporter.errorCount() ? 1 : 0;
 }
 
@@ -551,6 +532,15 @@ void addFileCommands(CLI::App& app, int& exitCode) {
     set->add_option("--preset", setOptions->preset,
                     "Apply a preset of this library (.json) after the TAG=VALUE edits")
         ->check(CLI::ExistingFile);
+    set->add_option(
+           "--list-separator", setOptions->listSeparator,
+           "Split the VALUE of a list tag (keywords, subjects, ...) on this text instead of \",\", so "
+           "that an item can hold a comma: --list-separator ';' XMP:Subject='Smith, John;Paris' "
+           "gives two items. Without it, an item that holds a comma is written in double quotes: "
+           "XMP:Subject='\"Smith, John\",Paris'")
+        ->check([](const std::string& text) {
+            return text.empty() ? std::string("the list separator can't be empty") : std::string();
+        });
     set->add_flag("--dry-run", setOptions->dryRun,
                   "Print each change as \"file: TAG: old \u2192 new\" and write nothing");
     set->add_flag("-P,--preserve-mtime", setOptions->preserveModificationDate,

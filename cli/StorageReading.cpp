@@ -166,7 +166,8 @@ void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const Ed
 
 } // namespace
 
-EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter) {
+EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter,
+                         FileWarnings* warnings) {
     const std::vector<TagStorageSource> requested = sources;
     std::set<std::string> reported;
     EditorList editors;
@@ -183,6 +184,8 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
                                             [](const TagStorageSource& s) { return s.isFolder(); });
         runTask(task, "Reading", reporter, onlyFiles ? sources.size() : 0);
         auto failed = reportTaskErrors(*task, reporter);
+        // A run that failed read nothing: the warnings are those of the run that read the files.
+        if (warnings && task->errors().empty()) *warnings = task->readWarnings();
         reported.insert(failed.begin(), failed.end());
         // The in-process engine reads file by file: its errors cost only their own files.
         if (task->errors().empty() || !task->engineOption().contains(EngineOption::exifTool())) {

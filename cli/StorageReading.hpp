@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -17,6 +18,8 @@
 namespace corvane::cli {
 
 using EditorList = std::vector<std::shared_ptr<TagEditor>>;
+// ExifTool's warnings about files that it read all the same, per file.
+using FileWarnings = std::map<std::filesystem::path, std::vector<std::string>>;
 
 // The path key under which files are matched between arguments, editors and ExifTool's reports.
 std::string pathKey(const std::filesystem::path& path);
@@ -41,8 +44,10 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
 // Reads the sources into editors, sorted by path. A file that ExifTool can't read fails the whole
 // read; its error is reported and the others are read again without it. Every file given or found
 // in a folder is shown or reported: a folder's files of a format not read are noted, a file that
-// gives no editor without an error of its own is reported as not read.
-EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter);
+// gives no editor without an error of its own is reported as not read. With `warnings`, ExifTool's
+// warnings about the files read are kept there, for the caller to show beside each file.
+EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter,
+                         FileWarnings* warnings = nullptr);
 
 // The storages of the files that `paths` name (a folder gives its own files, in name order), in
 // the order of the arguments. Missing, unsupported and unreadable files are reported on standard

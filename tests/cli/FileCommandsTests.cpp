@@ -280,6 +280,48 @@ TEST_F(FileCommands, setChecksValuesAgainstTheTag) {
 
 // A position is written only when it reads whole and in range, not through one of the parser's
 // kept quirks; the position written is printed.
+// A list item may hold a comma: with --list-separator the value splits on another text, without
+// it such an item is given in double quotes. Either way each item reaches the file whole, and
+// reads back whole; a tag of one value isn't split.
+TEST_F(FileCommands, listItemsHoldingCommas) {
+    const auto jpeg = makeJPEG(folder / "a.jpg");
+    const std::string before = readText(jpeg);
+    const std::vector<std::string> edits{
+        "--list-separator", ";",          "XMP:Subject=Smith, John;Paris", "keywords= a ; ;b,c ",
+        "EXIF:Artist=A;B",  jpeg.string()};
+    std::vector<std::string> dryRun{"set", "--dry-run"};
+    dryRun.insert(dryRun.end(), edits.begin(), edits.end());
+    auto dry = corvane(dryRun, scratch);
+    ASSERT_EQ(dry.exitCode, 0) << dry.err;
+    EXPECT_NE(dry.out.find(": XMP:Subject: (none) \u2192 \"Smith, John\",Paris\n"), std::string::npos)
+        << dry.out;
+    EXPECT_EQ(readText(jpeg), before);
+
+    std::vector<std::string> set{"set"};
+    set.insert(set.end(), edits.begin(), edits.end());
+    auto run = corvane(set, scratch);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    auto written = [&] {
+        const auto exiftool = corvane::test::runExifTool(
+            {"-j", "-XMP:Subject", "-IPTC:Keywords", "-EXIF:Artist", jpeg.string()});
+        return nlohmann::json::parse(exiftool.standardOutput).at(0);
+    };
+    auto file = written();
+    EXPECT_EQ(file.at("Subject"), nlohmann::json::array({"Smith, John", "Paris"}));
+    EXPECT_EQ(file.at("Keywords"), nlohmann::json::array({"a", "b,c"}));
+    EXPECT_EQ(file.at("Artist"), "A;B");
+    auto json = readJSON({jpeg.string()}, scratch);
+    EXPECT_EQ(json[jpeg.string()]["XMP:Subject"], nlohmann::json::array({"Smith, John", "Paris"}));
+
+    auto quoted = corvane({"set", "XMP:Subject=\"x, y\",z,say \"hi\"", jpeg.string()}, scratch);
+    ASSERT_EQ(quoted.exitCode, 0) << quoted.err;
+    EXPECT_EQ(written().at("Subject"), nlohmann::json::array({"x, y", "z", "say \"hi\""}));
+
+    auto empty = corvane({"set", "--list-separator", "", "XMP:Subject=a", jpeg.string()}, scratch);
+    EXPECT_EQ(empty.exitCode, 2);
+    EXPECT_NE(empty.err.find("separator"), std::string::npos) << empty.err;
+}
+
 TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     const std::string before = readText(jpeg);

@@ -127,7 +127,8 @@ TEST_F(ReadCommand, jsonRecordsAndCsvRows) {
     EXPECT_EQ(both.exitCode, 2) << both.err;
 }
 
-// ExifTool's warnings are shown with the file they concern, and -q hides them.
+// ExifTool's warnings are shown with the file they concern, when reading and when writing; -q hides
+// them, and they don't change the exit code.
 TEST_F(ReadCommand, warningsPerFileUnlessQuiet) {
     // ExifTool writes this file only by passing over a minor fault, which it reports as a warning.
     const auto minor = corvane::test::makeJPEGWithMinorExifDefect(folder / "minor.jpg");
@@ -140,6 +141,26 @@ TEST_F(ReadCommand, warningsPerFileUnlessQuiet) {
     EXPECT_EQ(quiet.exitCode, 0);
     EXPECT_EQ(quiet.err, "");
     EXPECT_NE(quiet.out.find("2 files updated"), std::string::npos) << quiet.out;
+
+    // A file that ends inside its frame header, after its EXIF: ExifTool reads the EXIF and warns.
+    const auto cut = makeJPEG(folder / "cut.jpg");
+    tagWithExifTool(cut, {"-EXIF:Artist=Cut"});
+    std::string bytes = corvane::test::readText(cut);
+    bytes.resize(bytes.find("\xFF\xC0") + 6);
+    corvane::test::writeBytes(cut, std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    const std::string warning = "corvane: " + cut.string() + ": warning: JPEG format error\n";
+    for (const std::string form : {"--raw", "--json", "--csv"}) {
+        auto read = corvane({"read", form, "-t", "EXIF:Artist", good.string(), cut.string()}, scratch);
+        EXPECT_EQ(read.exitCode, 0) << form;
+        EXPECT_EQ(read.err, warning) << form;
+        EXPECT_NE(read.out.find("Cut"), std::string::npos) << form << read.out;
+    }
+    auto quietRead = corvane({"-q", "read", cut.string()}, scratch);
+    EXPECT_EQ(quietRead.exitCode, 0);
+    EXPECT_EQ(quietRead.err, "");
+    EXPECT_NE(quietRead.out.find(row("EXIF:Artist", "Cut")), std::string::npos) << quietRead.out;
+    // ExifTool's own group, where it puts its warnings, is no family of the file's tags.
+    EXPECT_EQ(quietRead.out.find("\nExifTool:"), std::string::npos) << quietRead.out;
 }
 
 // Every tag of the corpus's JPEGs whose catalogue entry has choices reads as the title that

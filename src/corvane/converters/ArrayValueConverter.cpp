@@ -14,7 +14,7 @@ ArrayValueConverter::ArrayValueConverter(ValueConverterRef valueConverter, std::
 std::optional<DynamicArray> ArrayValueConverter::elements(const OptionalString& value) const {
     if (!value || value->empty()) return std::nullopt;
     DynamicArray out;
-    for (auto& piece : converter_text::split(*value, separator_)) {
+    for (auto& piece : converter_text::splitListElements(*value, separator_)) {
         DynamicValue element =
             valueConverter_->nativeValueFromStringValue(std::string(trimUnicodeBlanks(piece)));
         if (!element.isNothing()) out.push_back(std::move(element));
@@ -44,7 +44,7 @@ OptionalString ArrayValueConverter::joinedElements(const DynamicArray& elements)
         auto text = valueConverter_->stringValueFromNativeValue(element);
         if (!text) continue;
         if (!first) out += separator_;
-        out += trimUnicodeBlanks(*text);
+        out += converter_text::listElementText(trimUnicodeBlanks(*text), separator_);
         first = false;
     }
     return out;
@@ -74,7 +74,7 @@ DynamicValue ArrayValueConverter::jsonValueFromNativeValue(const DynamicValue& v
     auto text = stringValueFromNativeValue(value);
     if (!text || text->empty()) return {};
     DynamicArray out;
-    for (auto& piece : converter_text::split(*text, separator_)) {
+    for (auto& piece : converter_text::splitListElements(*text, separator_)) {
         DynamicValue element =
             valueConverter_->jsonValueFromNativeValue(std::string(trimUnicodeBlanks(piece)));
         if (!element.isNothing()) out.push_back(std::move(element));

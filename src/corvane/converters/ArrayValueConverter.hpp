@@ -8,7 +8,9 @@ namespace corvane {
 
 // List tags and tags of several values: a canonical string of elements joined
 // by `separator`, each element handled by `valueConverter`. Elements that the
-// element converter cannot read are dropped without a trace.
+// element converter cannot read are dropped without a trace. An element that
+// holds the separator (a keyword "Smith, John") is written in double quotes,
+// an inner quote doubled: `"Smith, John",Paris` is two elements.
 class ArrayValueConverter : public ValueConverter {
 public:
     ArrayValueConverter(ValueConverterRef valueConverter, std::string separator);

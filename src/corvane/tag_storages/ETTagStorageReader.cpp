@@ -11,6 +11,7 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/detail/DynamicTagItems.hpp"
 
+#include <algorithm>
 #include <exception>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -67,6 +68,8 @@ bool holdsSeveralNumbers(const TagItem& item, std::string_view text) {
 // so each is worked out once per decode.
 struct GroupInfo {
     bool banned = false;
+    // ExifTool's own group, which holds its warnings about the file.
+    bool exifTool = false;
     std::string g0;
     std::string g1;
     TagStream recordedStream;
@@ -93,6 +96,7 @@ public:
     }
 
     std::vector<TagStorage> takeStorages() { return std::move(storages_); }
+    ETTagStorageReader::FileWarnings takeWarnings() { return std::move(warnings_); }
     bool shapeError() const { return shapeError_; }
     const std::exception_ptr& parseError() const { return parseError_; }
 
@@ -121,6 +125,10 @@ public:
             pendingSourceFile_ = false;
             return true;
         }
+        if (skipDepth_ == 0 && level_ == Level::group && pendingWarning_) {
+            recordWarnings_.push_back(std::move(value));
+            return true;
+        }
         return scalar(DynamicValue(std::move(value)), {});
     }
     bool binary(binary_t&) { return scalar(DynamicValue(), {}); }
@@ -139,6 +147,12 @@ public:
             return true;
         case Level::record:
             pendingSourceFile_ = false;
+            if (currentGroup_ && currentGroup_->exifTool) {
+                // Only its warnings are kept, apart from the values.
+                level_ = Level::group;
+                readingWarnings_ = true;
+                return true;
+            }
             if (!currentGroup_ || currentGroup_->banned) {
                 skipDepth_ = 1;
                 return true;
@@ -163,6 +177,7 @@ public:
         if (level_ == Level::group) {
             level_ = Level::record;
             currentGroup_ = nullptr;
+            readingWarnings_ = pendingWarning_ = false;
         } else if (level_ == Level::record) {
             endRecord();
             level_ = Level::array;
@@ -176,6 +191,9 @@ public:
             pendingSourceFile_ = key == "SourceFile";
             currentGroup_ = pendingSourceFile_ ? nullptr : &resolveGroup(key);
             if (currentGroup_ && !currentGroup_->banned) streams_.insert(currentGroup_->recordedStream);
+        } else if (level_ == Level::group && readingWarnings_) {
+            pendingWarning_ = key == "Warning";
+            currentItem_ = nullptr;
         } else if (level_ == Level::group) {
             currentItem_ = ETTagStorageReader::findTagItem(currentGroup_->g0, currentGroup_->g1, key);
             keepsText_ = currentItem_ && isTextType(currentItem_->type());
@@ -291,6 +309,7 @@ private:
             info.g0 = std::string(trimAsciiWhiteSpace(text.substr(0, colon)));
             info.g1 = std::string(trimAsciiWhiteSpace(text.substr(colon + 1)));
         }
+        info.exifTool = info.g0 == "ExifTool";
         info.banned = (!info.g0.empty() && containsAny(info.g0, bannedStreams_)) ||
                       (!info.g1.empty() && containsAny(info.g1, bannedStreams_));
         const auto* family = TagCatalogue::shared().family(info.g0);
@@ -325,6 +344,7 @@ private:
         currentItem_ = nullptr;
         streams_.clear();
         values_.clear();
+        recordWarnings_.clear();
     }
 
     const TagStorageSource* sourceOf(const std::string& path) {
@@ -376,6 +396,10 @@ private:
         const TagStorageSource* source = sourceOf(*sourceFile_);
         if (!source) return;
         readSources_.insert(source);
+        if (!recordWarnings_.empty()) {
+            auto& warnings = warnings_[source->url()];
+            warnings.insert(warnings.end(), recordWarnings_.begin(), recordWarnings_.end());
+        }
         TagStorage storage(*source);
         storage.setOriginalStreams(std::move(streams_));
         storage.setOriginalValues(std::move(values_));
@@ -411,11 +435,15 @@ private:
     const TagItem* currentItem_ = nullptr;
     bool keepsText_ = false;
     bool valueDropped_ = false;
+    bool readingWarnings_ = false;
+    bool pendingWarning_ = false;
+    std::vector<std::string> recordWarnings_;
     std::vector<DynamicArray> arrays_;
     TagStorage::Streams streams_;
     TagStorage::Values values_;
 
     std::vector<TagStorage> storages_;
+    ETTagStorageReader::FileWarnings warnings_;
 };
 
 } // namespace
@@ -462,6 +490,7 @@ TagStorageMap ETTagStorageReader::readStorages() {
     if (const auto& handler = settings_.onStartHandler()) handler(*this);
     if (const auto& handler = settings_.onProgressHandler()) handler(*this);
 
+    warnings_.clear();
     TagStorageMap storages;
     for (auto& storage : readFolderStorages()) {
         auto url = storage.source().url();
@@ -513,12 +542,32 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
 
     const ETOutput output = process_.execute(input);
     output.throwIfErrors();
-    return parseExifToolOutput(output.data(), files);
+    auto storages = decodeOutput(output.data(), files, warnings_);
+    // Warnings printed on standard error rather than into a file's record (minor errors passed
+    // over, with "-m") go with the file they name.
+    for (const ETFileMessage& message : output.messages()) {
+        if (message.kind != ETFileMessage::Kind::warning || !message.path) continue;
+        const auto source = std::find_if(files.begin(), files.end(), [&](const TagStorageSource& file) {
+            return file.url().lexically_normal() == message.path->lexically_normal();
+        });
+        if (source == files.end()) continue;
+        auto& warnings = warnings_[source->url()];
+        if (std::find(warnings.begin(), warnings.end(), message.text) == warnings.end())
+            warnings.push_back(message.text);
+    }
+    return storages;
 }
 
 std::vector<TagStorage>
 ETTagStorageReader::parseExifToolOutput(std::string_view data,
                                         const std::vector<TagStorageSource>& sources) const {
+    FileWarnings ignored;
+    return decodeOutput(data, sources, ignored);
+}
+
+std::vector<TagStorage> ETTagStorageReader::decodeOutput(std::string_view data,
+                                                         const std::vector<TagStorageSource>& sources,
+                                                         FileWarnings& warnings) const {
     checkJSONNesting(data, "ExifTool output");
     std::optional<ExifToolJSONDecoder> decoder;
     decoder.emplace(sources, settings_.bannedValues(), settings_.bannedStreams());
@@ -533,6 +582,7 @@ ETTagStorageReader::parseExifToolOutput(std::string_view data,
     if (decoder->shapeError()) throw ReadException(ReadError::dataDecodingFailed);
     if (decoder->parseError()) std::rethrow_exception(decoder->parseError());
     if (!parsed) throw ReadException(ReadError::dataDecodingFailed);
+    warnings = decoder->takeWarnings();
     return decoder->takeStorages();
 }
 

@@ -8,6 +8,8 @@
 #include "corvane/tag_storages/TagStorageSource.hpp"
 #include "corvane/utilities/CaseException.hpp"
 
+#include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -82,6 +84,9 @@ public:
     // Thrown by the reader; `what()` is the message of the case.
     using ReadException = CaseException<ReadError>;
 
+    /// ExifTool's warnings per file, under the source's URL, in the order it gave them.
+    using FileWarnings = std::map<std::filesystem::path, std::vector<std::string>>;
+
     explicit ETTagStorageReader(Settings settings);
     ETTagStorageReader(const ETTagStorageReader&) = delete;
     ETTagStorageReader& operator=(const ETTagStorageReader&) = delete;
@@ -90,6 +95,10 @@ public:
     // The progress of the ExifTool run under way (or ended).
     double progress() const override;
     const ETProcess& process() const { return process_; }
+    /// What ExifTool warned about the files of the last `readStorages()` ("JPEG format error",
+    /// "[minor] ..." for a minor error passed over): the values were read all the same. Files
+    /// without a warning are absent.
+    const FileWarnings& warnings() const { return warnings_; }
 
     // One storage per folder source and per file that ExifTool reported, under the source's URL.
     // Throws ETOutputException when ExifTool fails or reports errors that the settings don't excuse,
@@ -111,9 +120,12 @@ public:
 private:
     std::vector<TagStorage> readFolderStorages() const;
     std::vector<TagStorage> readFileStorages();
+    std::vector<TagStorage> decodeOutput(std::string_view data, const std::vector<TagStorageSource>& sources,
+                                         FileWarnings& warnings) const;
 
     ETProcess process_;
     Settings settings_;
+    FileWarnings warnings_;
 };
 
 std::string_view message(ETTagStorageReader::ReadError error);

@@ -5,6 +5,7 @@
 #include "corvane/tag_storages/detail/WritableValue.hpp"
 
 #include "corvane/converters/ArrayValueConverter.hpp"
+#include "corvane/converters/detail/ConverterText.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
@@ -213,8 +214,8 @@ TagValueChecker::Result TagValueChecker::check(const TagItem& item, const std::s
     if (const auto* array = dynamic_cast<const ArrayValueConverter*>(converter.get())) {
         // Each element must read: the array converter would drop an unreadable one silently.
         std::size_t typedElements = 0;
-        for (const std::string& piece : splitOn(text, array->separator()))
-            if (!piece.empty()) ++typedElements;
+        for (const std::string& piece : detail::converter_text::splitListElements(text, array->separator()))
+            if (!trimmed(piece).empty()) ++typedElements;
         const DynamicValue native = converter->nativeValueFromStringValue(text);
         const std::size_t read = native.arrayValue() ? native.arrayValue()->size() : 0;
         if (read != typedElements) return refuse("an element isn't a valid " + std::string(type.rawValue()));

@@ -36,6 +36,10 @@ std::vector<std::shared_ptr<TagEditor>> ImportTagEditorsTask::importedEditors() 
     return atomic().read([&] { return nonAtomicImportedEditors_; });
 }
 
+std::map<std::filesystem::path, std::vector<std::string>> ImportTagEditorsTask::readWarnings() const {
+    return atomic().read([&] { return nonAtomicReadWarnings_; });
+}
+
 std::string ImportTagEditorsTask::title() const {
     return TL("ImportTagEditorsTaskTitle");
 }
@@ -155,6 +159,13 @@ void ImportTagEditorsTask::readWithExifTool(std::vector<TagStorageSource> source
 
     ETTagStorageReader reader(std::move(readerSettings));
     TagStorageMap storages = reader.readStorages();
+    if (!reader.warnings().empty())
+        atomic().write([&] {
+            for (const auto& [url, warnings] : reader.warnings()) {
+                auto& kept = nonAtomicReadWarnings_[url];
+                kept.insert(kept.end(), warnings.begin(), warnings.end());
+            }
+        });
 
     // In the map's order: callers sort.
     std::vector<std::shared_ptr<TagEditor>> editors;

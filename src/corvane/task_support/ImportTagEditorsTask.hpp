@@ -6,6 +6,7 @@
 #include "corvane/tag_value/MediaType.hpp"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,6 +57,9 @@ public:
     const Settings& settings() const { return settings_; }
     // The editors made so far; all of them once the task has ended.
     std::vector<std::shared_ptr<TagEditor>> importedEditors() const;
+    /// What ExifTool warned about the files it read, per file URL ("JPEG format error"): those
+    /// files were read and have their editors all the same. Empty for the in-process engine.
+    std::map<std::filesystem::path, std::vector<std::string>> readWarnings() const;
 
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -91,6 +95,7 @@ private:
 
     const Settings settings_;
     std::vector<std::shared_ptr<TagEditor>> nonAtomicImportedEditors_;
+    std::map<std::filesystem::path, std::vector<std::string>> nonAtomicReadWarnings_;
 };
 
 std::string_view message(ImportTagEditorsTask::ProcessError error);

@@ -100,4 +100,72 @@ std::vector<std::string> split(std::string_view text, std::string_view separator
     }
 }
 
+namespace {
+
+// A quoted element at `at`: its content, and where the text goes on after it (at a separator or
+// the end); nothing when the text there isn't one whole quoted element.
+std::optional<std::pair<std::string, std::size_t>> quotedElement(std::string_view text, std::size_t at,
+                                                                 std::string_view separator) {
+    auto isPadding = [&](char c) {
+        return (c == ' ' || c == '\t') && separator.find(c) == std::string_view::npos;
+    };
+    while (at < text.size() && isPadding(text[at]))
+        ++at;
+    if (at >= text.size() || text[at] != '"') return std::nullopt;
+    std::string content;
+    for (std::size_t i = at + 1; i < text.size(); ++i) {
+        if (text[i] != '"') {
+            content += text[i];
+            continue;
+        }
+        if (i + 1 < text.size() && text[i + 1] == '"') {
+            content += '"';
+            ++i;
+            continue;
+        }
+        std::size_t end = i + 1;
+        while (end < text.size() && isPadding(text[end]))
+            ++end;
+        if (end == text.size() || text.substr(end, separator.size()) == separator)
+            return std::pair(std::move(content), end);
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::vector<std::string> splitListElements(std::string_view text, std::string_view separator) {
+    if (separator.empty() || text.find('"') == std::string_view::npos) return split(text, separator);
+    std::vector<std::string> pieces;
+    std::size_t start = 0;
+    while (true) {
+        if (auto quoted = quotedElement(text, start, separator)) {
+            pieces.push_back(std::move(quoted->first));
+            if (quoted->second == text.size()) return pieces;
+            start = quoted->second + separator.size();
+            continue;
+        }
+        const std::size_t found = text.find(separator, start);
+        if (found == std::string_view::npos) {
+            pieces.emplace_back(text.substr(start));
+            return pieces;
+        }
+        pieces.emplace_back(text.substr(start, found - start));
+        start = found + separator.size();
+    }
+}
+
+std::string listElementText(std::string_view element, std::string_view separator) {
+    const bool needsQuotes =
+        (!separator.empty() && element.find(separator) != std::string_view::npos) || element.starts_with('"');
+    if (!needsQuotes) return std::string(element);
+    std::string quoted = "\"";
+    for (const char c : element) {
+        if (c == '"') quoted += '"';
+        quoted += c;
+    }
+    return quoted + '"';
+}
+
 } // namespace corvane::detail::converter_text

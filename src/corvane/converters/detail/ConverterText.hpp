@@ -29,4 +29,16 @@ std::string formatEightDecimals(double value);
 // separator gives the whole text as one piece.
 std::vector<std::string> split(std::string_view text, std::string_view separator);
 
+// The elements of a list text joined by `separator`, as `split` gives them, except that an element
+// may be quoted so that it can hold the separator: an element that begins (past blanks and tabs
+// that aren't part of the separator) with a double quote runs to the closing quote, "" standing for
+// one quote inside; the quotes are dropped and blanks after the closing quote are ignored. A quote
+// that isn't closed before the next separator, or that is followed by other text, is taken as it
+// stands.
+std::vector<std::string> splitListElements(std::string_view text, std::string_view separator);
+
+// One element as it is written in a list text: quoted as `splitListElements` reads it when it holds
+// the separator or begins with a double quote, else as it stands.
+std::string listElementText(std::string_view element, std::string_view separator);
+
 } // namespace corvane::detail::converter_text
