@@ -86,8 +86,9 @@ TEST(TagName, ImageSizePairsRunInLookupOrder) {
 TEST(TagNameMapping, HasTheFullTableInOrder) {
     const auto& rows = TagNameMapping::etcgMapping();
     ASSERT_EQ(rows.size(), 472u);
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         if (!row.et.isEmpty()) EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
+    }
     EXPECT_EQ(rows.front().et, TagItem::itemFileFileName().name());
     EXPECT_EQ(rows.front().cg, TagItem::itemFileFileName().name());
 }
