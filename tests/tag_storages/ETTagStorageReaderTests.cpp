@@ -443,8 +443,7 @@ TEST_F(ETReaderDecoding, NamesOutsideTheCatalogueAreShownAsExifToolNamesThem) {
 
 // ExifTool prints a text that looks like a number without quotes; one beyond a double ("1e400")
 // must not make the file unreadable, nor its neighbours in the batch, and reads as the text it is.
-TEST(ETReader, TextsThatLookLikeHugeNumbersReadAsTheirText) {
-    test::TemporaryFolder folder("corvane-etio");
+TEST_F(ETReader, TextsThatLookLikeHugeNumbersReadAsTheirText) {
     const fs::path odd = test::makeJPEG(folder / "odd.jpg");
     const fs::path plain = test::makeJPEG(folder / "plain.jpg");
     test::tagWithExifTool(odd, {"-XMP:Title=1e400", "-EXIF:Artist=-2e-999", "-IPTC:Keywords=9e99999"});

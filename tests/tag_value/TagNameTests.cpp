@@ -87,7 +87,9 @@ TEST(TagNameMapping, HasTheFullTableInOrder) {
     const auto& rows = TagNameMapping::etcgMapping();
     ASSERT_EQ(rows.size(), 472u);
     for (const auto& row : rows) {
-        if (!row.et.isEmpty()) EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
+        if (!row.et.isEmpty()) {
+            EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
+        }
     }
     EXPECT_EQ(rows.front().et, TagItem::itemFileFileName().name());
     EXPECT_EQ(rows.front().cg, TagItem::itemFileFileName().name());
