@@ -154,6 +154,7 @@ void printCSV(const std::vector<FileRows>& files) {
 }
 
 int runRead(const ReadOptions& options) {
+    prestartExifTool(options.paths);
     Reporter reporter;
     std::vector<TagSelector> selectors;
     for (const std::string& text : options.tags) {
@@ -295,6 +296,7 @@ void printChanges(const EditorList& edited) {
 }
 
 int runSet(const SetOptions& options) {
+    prestartExifTool(options.paths);
     Reporter reporter;
 
     std::vector<Assignment> assignments;
