@@ -11,7 +11,9 @@
 #include "corvane/tag_value/detail/DynamicTagItems.hpp"
 
 #include <exception>
+#include <future>
 #include <limits>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <unordered_map>
 #include <unordered_set>
@@ -509,7 +511,14 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
     };
     input.onEndHandler = [](ETProcess& process) { process.debugProcessOutputIfEnabled(); };
 
+    // Decoding the output needs the tag catalogue: the first read of the program loads it beside
+    // the ExifTool run, on another processor, instead of after it.
+    std::future<void> catalogue;
+    static std::once_flag catalogueLoading;
+    std::call_once(catalogueLoading,
+                   [&] { catalogue = std::async(std::launch::async, [] { (void)TagCatalogue::shared(); }); });
     const ETOutput output = process_.execute(input);
+    if (catalogue.valid()) catalogue.get();
     output.throwIfErrors();
     return parseExifToolOutput(output.data(), files);
 }
