@@ -254,9 +254,20 @@ int main(int argc, char** argv) {
         const auto originals = writableJPEGs(cleanJPEGs(corpus), folder);
         std::printf("%zu clean, writable JPEGs; %d rounds, medians; pool of %zu processes\n",
                     originals.size(), rounds, KitSettings::shared().exifToolProcessCount());
-        for (auto count : counts)
+        // How long each part took, so that a run of other counts or rounds can be planned.
+        auto reportDuration = [](const std::string& part, Clock::time_point start) {
+            std::printf("  (%s took %.0f s)\n", part.c_str(),
+                        std::chrono::duration<double>(Clock::now() - start).count());
+            std::fflush(stdout);
+        };
+        for (auto count : counts) {
+            const auto start = Clock::now();
             benchmarkBatch(originals, count, rounds, folder);
+            reportDuration("N=" + std::to_string(count), start);
+        }
+        const auto start = Clock::now();
         benchmarkOneTag(originals.front(), rounds, folder);
+        reportDuration("one tag", start);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "exiftool_pool_bench: %s\n", e.what());
         fs::remove_all(folder);

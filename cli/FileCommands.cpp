@@ -156,6 +156,7 @@ void printCSV(const std::vector<FileRows>& files) {
 }
 
 int runRead(const ReadOptions& options) {
+    prestartExifTool(options.paths);
     Reporter reporter;
     std::vector<TagSelector> selectors;
     for (const std::string& text : options.tags) {
@@ -328,6 +329,7 @@ void printChanges(const EditorList& edited) {
 }
 
 int runSet(const SetOptions& options) {
+    prestartExifTool(options.paths);
     Reporter reporter;
 
     std::vector<Assignment> assignments;

@@ -1,6 +1,7 @@
 #include "StorageReading.hpp"
 
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
+#include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/TaskManager.hpp"
@@ -108,6 +109,11 @@ std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively,
 }
 
 } // namespace
+
+void prestartExifTool(const std::vector<std::string>& paths) {
+    if (paths.empty() || !KitSettings::shared().engineOption().contains(EngineOption::exifTool())) return;
+    if (const auto pool = ETProcessPool::shared()) pool->prestart(paths.size());
+}
 
 std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,
                                              Reporter& reporter) {

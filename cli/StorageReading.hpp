@@ -36,6 +36,11 @@ void runTask(const std::shared_ptr<AbstractTask>& task, const std::string& label
 // Reports the task's errors; gives the path keys of the files that ExifTool named in them.
 std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& reporter);
 
+// Starts the ExifTool processes that reading `paths` will take while the command still checks its
+// arguments and collects its files, when the engine is ExifTool: the Perl start-up, the longest
+// part of a small command, then runs beside that work instead of after it.
+void prestartExifTool(const std::vector<std::string>& paths);
+
 // The sources that the path arguments name, in their order: files of a supported format and
 // folders, which the import unfolds. Missing files and unsupported formats are reported.
 std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,

@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <optional>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -50,6 +52,23 @@ TEST_F(ExifToolStarts, SetReadsAndWritesThroughOneExifToolThatEndsWithTheCommand
     // The command's ExifTool didn't outlive it.
     EXPECT_FALSE(fs::exists("/proc/" + ids.front() + "/cmdline") &&
                  !readText("/proc/" + ids.front() + "/cmdline").empty());
+}
+
+TEST_F(ExifToolStarts, ReadStartsTheProcessesItsBatchIsSplitAcrossAndNoMore) {
+    // One process for a file; for a batch large enough to be split, one per share (two here, or
+    // one on a single processor).
+    const auto photo = makeJPEG(folder / "photo.jpg");
+    auto run = corvane::test::corvane({"read", "--json", photo.string()}, scratch);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(starts().size(), 1u);
+    std::vector<std::string> arguments = {"read", "--json"};
+    for (int i = 0; i < 40; ++i)
+        arguments.push_back(makeJPEG(folder / ("batch" + std::to_string(i) + ".jpg")).string());
+    run = corvane::test::corvane(arguments, scratch);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(starts().size(), 1u + std::min(2u, std::max(1u, std::thread::hardware_concurrency())));
+    for (const auto& id : starts())
+        EXPECT_FALSE(fs::exists("/proc/" + id + "/cmdline") && !readText("/proc/" + id + "/cmdline").empty());
 }
 
 } // namespace

@@ -217,6 +217,63 @@ TEST(ETProcessPool, AnIdleProcessThatNoLongerAnswersIsReplacedBeforeItTakesARun)
     EXPECT_TRUE(waitForEnd(first));
 }
 
+// The processes a prestart began are the ones that take the runs after it: none is started twice,
+// and a start that fails costs the run nothing but its own error.
+TEST(ETProcessPool, PrestartedProcessesTakeTheRunsThatFollow) {
+    TemporaryFolder folder;
+    // An "exiftool" that notes its process id, which the real one then keeps.
+    const auto script = folder / "exiftool";
+    std::ofstream(script) << "#!/bin/sh\necho $$ >> '" << (folder / "starts").string()
+                          << "'\nexec /usr/bin/exiftool \"$@\"\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    auto starts = [&] {
+        std::ifstream in(folder / "starts");
+        std::vector<pid_t> ids;
+        for (pid_t id; in >> id;)
+            ids.push_back(id);
+        std::sort(ids.begin(), ids.end());
+        return ids;
+    };
+    auto& settings = KitSettings::shared();
+    const auto savedSplit = settings.exifToolBatchSplit();
+    const auto savedExecutable = ETProcess::executableURL();
+    settings.setExifToolBatchSplit(2);
+    ETProcess::setExecutableURL(script);
+    Paths files;
+    for (int i = 0; i < 40; ++i)
+        files.push_back(makeJPEG(folder / ("f" + std::to_string(i) + ".jpg")));
+
+    auto pool = std::make_shared<ETProcessPool>(2);
+    ETProcess process;
+    process.setPool(pool);
+    pool->prestart(1);
+    pool->prestart(1); // one is on its way already
+    ASSERT_NO_THROW(process.execute(readInput({files[0]})).throwIfErrors());
+    EXPECT_EQ(starts().size(), 1u);
+    // A batch split in two takes the idle process and one more.
+    pool->prestart(files.size());
+    const auto batch = process.execute(readInput(files));
+    ASSERT_NO_THROW(batch.throwIfErrors());
+    EXPECT_EQ(records(batch).size(), files.size());
+    auto ids = pool->processIDs();
+    std::sort(ids.begin(), ids.end());
+    EXPECT_EQ(ids, starts());
+    EXPECT_EQ(ids.size(), 2u);
+
+    // A prestart that fails: the run says why, and the pool still has its room for the next one.
+    auto single = std::make_shared<ETProcessPool>(1);
+    process.setPool(single);
+    ETProcess::setExecutableURL(folder / "missing");
+    single->prestart(1);
+    EXPECT_EQ(process.execute(readInput({files[0]})).processError(), ETOutputError::executableNotFound);
+    ETProcess::setExecutableURL(script);
+    EXPECT_NO_THROW(process.execute(readInput({files[0]})).throwIfErrors());
+    EXPECT_EQ(starts().size(), 3u);
+
+    ETProcess::setExecutableURL(savedExecutable);
+    settings.setExifToolBatchSplit(savedSplit);
+}
+
 TEST(ETProcessPool, ABatchSplitAcrossProcessesGivesWhatOneRunGives) {
     TemporaryFolder folder;
     const auto tagged = makeJPEG(folder / "tagged.jpg");

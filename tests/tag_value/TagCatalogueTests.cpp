@@ -30,6 +30,8 @@ TEST(TagCatalogue, HoldsEveryExifToolTagOnceInNameOrderAndEveryFamily) {
         ASSERT_TRUE(item->stream().isG0Stream()) << item->name().rawValue();
     }
     const auto& streams = TagStream::allCases();
+    // Read on its own at start-up, the family list is the catalogue's.
+    EXPECT_EQ(streams, TagCatalogue::shared().streams());
     EXPECT_TRUE(std::is_sorted(streams.begin(), streams.end()));
     EXPECT_EQ(std::set<TagStream>(streams.begin(), streams.end()).size(), streams.size());
     for (const TagStream* s :

@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "corvane/exiftool_wrapper/detail/ChildProcess.hpp"
+#include "corvane/exiftool_wrapper/detail/ETBatchSplit.hpp"
 #include "corvane/exiftool_wrapper/detail/ETStayOpenProcess.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
@@ -87,15 +89,24 @@ ETProcessPool::ETProcessPool(std::size_t size)
 
 ETProcessPool::~ETProcessPool() {
     {
-        std::lock_guard lock(mutex_);
-        idle_.clear(); // stops them
-    }
-    {
         std::lock_guard lock(tasksMutex_);
         ending_ = true;
     }
     tasksChanged_.notify_all();
+    // The thread ends once it has started what was asked of it.
     thread_.join();
+    std::vector<std::unique_ptr<detail::ETStayOpenProcess>> processes;
+    {
+        std::lock_guard lock(mutex_);
+        processes = std::move(idle_);
+        for (auto& started : starting_)
+            if (auto process = started.get()) processes.push_back(std::move(process));
+        starting_.clear();
+    }
+    // All are asked to stop before any is waited for: they end side by side.
+    for (const auto& process : processes)
+        if (process->isAlive()) detail::askChildToStop(process->pid);
+    processes.clear();
 }
 
 std::size_t ETProcessPool::defaultSize() {
@@ -123,26 +134,64 @@ void ETProcessPool::threadLoop() {
     }
 }
 
-std::unique_ptr<detail::ETStayOpenProcess> ETProcessPool::startOnPoolThread(const std::string& key,
-                                                                            int& error) {
-    std::packaged_task<std::unique_ptr<detail::ETStayOpenProcess>()> task(
-        [&error] { return detail::ETStayOpenProcess::start(ETProcess::executableURL(), error); });
-    auto result = task.get_future();
+std::future<std::unique_ptr<detail::ETStayOpenProcess>>
+ETProcessPool::startOnPoolThread(const std::string& key, std::shared_ptr<int> error) {
+    auto task =
+        std::make_shared<std::packaged_task<std::unique_ptr<detail::ETStayOpenProcess>()>>([key, error] {
+            auto process = detail::ETStayOpenProcess::start(ETProcess::executableURL(), *error);
+            if (process) process->startKey = key;
+            return process;
+        });
+    auto result = task->get_future();
     {
         std::lock_guard lock(tasksMutex_);
-        tasks_.emplace_back([&task] { task(); });
+        tasks_.emplace_back([task] { (*task)(); });
     }
     tasksChanged_.notify_all();
-    auto process = result.get();
-    if (process) process->startKey = key;
-    return process;
+    return result;
+}
+
+void ETProcessPool::prestart(std::size_t files) {
+    const std::size_t shares = std::max<std::size_t>(
+        1,
+        std::min({size_, KitSettings::shared().exifToolBatchSplit(), files / detail::minimumFilesPerShare}));
+    const std::string key = startKey();
+    std::lock_guard lock(mutex_);
+    while (count_ < shares) {
+        ++count_;
+        starting_.push_back(startOnPoolThread(key, std::make_shared<int>(0)));
+    }
+    released_.notify_all();
 }
 
 std::unique_ptr<detail::ETStayOpenProcess> ETProcessPool::acquire(int& error) {
     const std::string key = startKey();
     std::unique_lock lock(mutex_);
+    // Gives up a process that can't take the run.
+    auto drop = [&](std::unique_ptr<detail::ETStayOpenProcess> process) {
+        const pid_t pid = process ? process->pid : -1;
+        process.reset();
+        lock.lock();
+        if (pid > 0) busy_.erase(std::remove(busy_.begin(), busy_.end(), pid), busy_.end());
+        --count_;
+        released_.notify_one();
+    };
     for (;;) {
-        released_.wait(lock, [this] { return !idle_.empty() || count_ < size_; });
+        released_.wait(lock, [this] { return !idle_.empty() || !starting_.empty() || count_ < size_; });
+        if (idle_.empty() && !starting_.empty()) {
+            // A process on its way is nearer than a new one.
+            auto started = std::move(starting_.front());
+            starting_.pop_front();
+            lock.unlock();
+            auto process = started.get();
+            if (process && process->startKey == key) {
+                lock.lock();
+                busy_.push_back(process->pid);
+                return process;
+            }
+            drop(std::move(process));
+            continue;
+        }
         if (idle_.empty()) break;
         // The most recently used first: the others may stay idle long enough to be checked.
         auto process = std::move(idle_.back());
@@ -156,17 +205,15 @@ std::unique_ptr<detail::ETStayOpenProcess> ETProcessPool::acquire(int& error) {
         if (usable && std::chrono::steady_clock::now() - process->idleSince >= checkAfter)
             usable = process->answers(healthCheckLimit);
         if (usable) return process;
-        const pid_t pid = process->pid;
-        process.reset();
-        lock.lock();
-        busy_.erase(std::remove(busy_.begin(), busy_.end(), pid), busy_.end());
-        --count_;
+        drop(std::move(process));
     }
     ++count_;
     lock.unlock();
-    auto process = startOnPoolThread(key, error);
+    auto startError = std::make_shared<int>(0);
+    auto process = startOnPoolThread(key, startError).get();
     lock.lock();
     if (!process) {
+        error = *startError;
         --count_;
         released_.notify_one();
         return nullptr;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -61,6 +62,13 @@ public:
     /// The process ids of the pool's ExifTool processes, idle or busy.
     std::vector<pid_t> processIDs() const;
 
+    /// Starts in the background the processes that a run of `files` files will take (as many as
+    /// its batch is split across, see `KitSettings::exifToolBatchSplit()`: at least one, at most
+    /// `size()`), counting those already there, so that ExifTool's start-up overlaps the caller's
+    /// own preparation instead of following it. A run takes a process being started before it
+    /// would start another. Returns at once.
+    void prestart(std::size_t files = 1);
+
 private:
     friend class ETProcess;
     // An idle, running process, started if needed; none (with `error` set) when it can't be
@@ -72,7 +80,8 @@ private:
     // Gives a process back after a run: kept when `reusable`, else stopped.
     void release(std::unique_ptr<detail::ETStayOpenProcess> process, bool reusable);
 
-    std::unique_ptr<detail::ETStayOpenProcess> startOnPoolThread(const std::string& key, int& error);
+    std::future<std::unique_ptr<detail::ETStayOpenProcess>> startOnPoolThread(const std::string& key,
+                                                                              std::shared_ptr<int> error);
     void threadLoop();
 
     const std::size_t size_;
@@ -80,6 +89,9 @@ private:
     std::condition_variable released_;
     std::vector<std::unique_ptr<detail::ETStayOpenProcess>> idle_;
     std::vector<pid_t> busy_;
+    // Processes being started by `prestart`, not yet taken by a run.
+    std::deque<std::future<std::unique_ptr<detail::ETStayOpenProcess>>> starting_;
+    // Every process of the pool: idle, busy or being started.
     std::size_t count_ = 0;
     std::chrono::milliseconds idleCheckAfter_{30000};
 

@@ -13,7 +13,9 @@
 
 #include <algorithm>
 #include <exception>
+#include <future>
 #include <limits>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <unordered_map>
@@ -540,7 +542,14 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
     };
     input.onEndHandler = [](ETProcess& process) { process.debugProcessOutputIfEnabled(); };
 
+    // Decoding the output needs the tag catalogue: the first read of the program loads it beside
+    // the ExifTool run, on another processor, instead of after it.
+    std::future<void> catalogue;
+    static std::once_flag catalogueLoading;
+    std::call_once(catalogueLoading,
+                   [&] { catalogue = std::async(std::launch::async, [] { (void)TagCatalogue::shared(); }); });
     const ETOutput output = process_.execute(input);
+    if (catalogue.valid()) catalogue.get();
     output.throwIfErrors();
     auto storages = decodeOutput(output.data(), files, warnings_);
     // Warnings printed on standard error rather than into a file's record (minor errors passed

@@ -68,7 +68,9 @@ std::string_view TagCatalogue::data() {
 }
 
 const TagCatalogue& TagCatalogue::shared() {
-    static const TagCatalogue catalogue;
+    // Never destroyed: freeing its tens of thousands of items one by one would only delay the end
+    // of every program that used it.
+    static const TagCatalogue& catalogue = *new TagCatalogue;
     return catalogue;
 }
 

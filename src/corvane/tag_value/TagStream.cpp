@@ -2,10 +2,32 @@
 
 #include "corvane/tag_value/TagCatalogue.hpp"
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+
 namespace corvane {
 
 const std::vector<TagStream>& TagStream::allCases() {
-    return TagCatalogue::shared().streams();
+    // Read from the catalogue's family line alone: the format registry asks for the families at
+    // start-up, long before (and often without) any question about the tags themselves, which
+    // would cost the parse of the whole catalogue.
+    static const std::vector<TagStream> streams = [] {
+        std::vector<TagStream> list;
+        const std::string_view text = TagCatalogue::data();
+        constexpr std::string_view mark = "@families\t";
+        std::size_t at = text.starts_with(mark) ? 0 : text.find("\n" + std::string(mark));
+        if (at == std::string_view::npos) return TagCatalogue::shared().streams();
+        at = text.find('\t', at);
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        while (at < end) {
+            const std::size_t next = std::min(text.find('\t', at + 1), end);
+            list.emplace_back(std::string(text.substr(at + 1, next - at - 1)));
+            at = next;
+        }
+        return list;
+    }();
+    return streams;
 }
 
 const std::vector<TagStream>& TagStream::makerStreams() {

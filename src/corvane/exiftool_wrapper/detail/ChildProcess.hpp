@@ -25,6 +25,10 @@ pid_t spawnChild(const std::vector<std::string>& arguments, int inFd, int outFd,
 // and exit; after `grace`, SIGKILL. Reaps the child and gives its wait status.
 int stopChild(pid_t pid, std::chrono::milliseconds grace);
 
+// Sends the child's process group SIGINT, and SIGCONT for a stopped child, without waiting: several
+// children then end side by side before `stopChild` reaps each.
+void askChildToStop(pid_t pid);
+
 // Time a stopped ExifTool gets to clean up before it is killed.
 inline constexpr std::chrono::milliseconds stopGrace{3000};
 
