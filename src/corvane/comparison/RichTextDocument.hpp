@@ -7,9 +7,9 @@
 
 namespace corvane {
 
-// A rich text built run by run and written as RTF 1 text that word processors open: a font table,
-// a colour table, and runs each in one style. Text is UTF-8; line feeds end paragraphs, tabs stay
-// tabs, and every character outside printable ASCII is written as its UTF-16 code units (\uN?).
+/// A rich text built run by run and written as RTF 1 text that word processors open: a font table,
+/// a colour table, and runs each in one style. Text is UTF-8; line feeds end paragraphs, tabs stay
+/// tabs, and every character outside printable ASCII is written as its UTF-16 code units (\uN?).
 class RichTextDocument {
 public:
     struct Colour {
@@ -19,26 +19,26 @@ public:
     };
 
     struct Style {
-        std::size_t font = 0;   // index into the font table
-        bool bold = false;      // also set for a bold face, for readers without that font
-        std::size_t colour = 0; // 0: the automatic colour, n: the n-th colour given
+        std::size_t font = 0;   ///< index into the font table
+        bool bold = false;      ///< also set for a bold face, for readers without that font
+        std::size_t colour = 0; ///< 0: the automatic colour, n: the n-th colour given
         double pointSize = 13;
 
         friend bool operator==(const Style&, const Style&) = default;
     };
 
-    // Fonts by their PostScript names ("Menlo", "Menlo-Bold"); colours for indexes 1 and up.
+    /// Fonts by their PostScript names ("Menlo", "Menlo-Bold"); colours for indexes 1 and up.
     RichTextDocument(std::vector<std::string> fontNames, std::vector<Colour> colours = {});
 
     void append(std::string_view text, const Style& style);
     bool isEmpty() const { return body_.empty(); }
 
-    // The whole RTF text (7-bit ASCII).
+    /// The whole RTF text (7-bit ASCII).
     std::string rtf() const;
 
-    // `text` with the RTF escapes: \ { } escaped, line feeds as \par, tabs as \tab, other
-    // characters outside printable ASCII as \uN? with N the signed 16-bit code unit, each run of
-    // them in a group ("{\u233?}").
+    /// `text` with the RTF escapes: \ { } escaped, line feeds as \par, tabs as \tab, other
+    /// characters outside printable ASCII as \uN? with N the signed 16-bit code unit, each run of
+    /// them in a group ("{\u233?}").
     static std::string escaped(std::string_view text);
 
 private:

@@ -10,21 +10,21 @@
 
 namespace corvane {
 
-// Writes a comparison as plain text (columns padded with blanks for a monospaced font), as rich
-// text (the same layout in Menlo, headings, names and edited values in bold), or as a delimited
-// file (fields joined by "; ", no quoting). Files are UTF-8 and replaced as a whole; write failures
-// throw FileError.
+/// Writes a comparison as plain text (columns padded with blanks for a monospaced font), as rich
+/// text (the same layout in Menlo, headings, names and edited values in bold), or as a delimited
+/// file (fields joined by "; ", no quoting). Files are UTF-8 and replaced as a whole; write failures
+/// throw FileError.
 class TagComparatorExporter {
 public:
     enum class Format { txt, rtf, csv };
 
     static constexpr std::array<Format, 3> allFormats() { return {Format::txt, Format::rtf, Format::csv}; }
-    // "txt", "rtf", "csv".
+    /// "txt", "rtf", "csv".
     static std::string_view pathExtension(Format format);
-    // The format of an extension in any case, with or without the dot.
+    /// The format of an extension in any case, with or without the dot.
     static std::optional<Format> formatFromPathExtension(std::string_view pathExtension);
 
-    // Width of the name column and of each value column, in UTF-16 code units.
+    /// Width of the name column and of each value column, in UTF-16 code units.
     static constexpr std::size_t nameWidth = 40;
     static constexpr std::size_t valueWidth = 80;
 
@@ -32,7 +32,7 @@ public:
 
     const TagComparatorTable& tagsTable() const { return tagsTable_; }
 
-    // The contents of each format.
+    /// The contents of each format.
     std::string txtString() const;
     std::string rtfString() const;
     std::string csvString() const;
@@ -43,7 +43,7 @@ public:
     void exportAsCSV(const std::filesystem::path& url) const;
     void exportTo(Format format, const std::filesystem::path& url) const;
 
-    // `text` followed by blanks up to `width` UTF-16 code units; a longer text is kept whole.
+    /// `text` followed by blanks up to `width` UTF-16 code units; a longer text is kept whole.
     static std::string padded(std::string_view text, std::size_t width);
 
 private:

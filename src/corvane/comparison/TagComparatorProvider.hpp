@@ -11,7 +11,7 @@
 
 namespace corvane {
 
-// One cell of a comparison: the value of a tag in one file, and whether it is an unsaved edit.
+/// One cell of a comparison: the value of a tag in one file, and whether it is an unsaved edit.
 struct TagComparatorValue {
     bool isEdited = false;
     std::optional<std::string> string;
@@ -19,15 +19,15 @@ struct TagComparatorValue {
     friend bool operator==(const TagComparatorValue&, const TagComparatorValue&) = default;
 };
 
-// The heading of one column of a comparison.
+/// The heading of one column of a comparison.
 struct TagComparatorTitle {
     std::string string;
 
     friend bool operator==(const TagComparatorTitle&, const TagComparatorTitle&) = default;
 };
 
-// What one column of a comparison delivers: its heading, its families in order, and the keys and
-// values of each family. Implementations must be safe to read from any thread once made.
+/// What one column of a comparison delivers: its heading, its families in order, and the keys and
+/// values of each family. Implementations must be safe to read from any thread once made.
 class TagComparatorProvider {
 public:
     virtual ~TagComparatorProvider() = default;

@@ -9,9 +9,9 @@
 
 namespace corvane {
 
-// A comparison column over a snapshot of one storage: every catalogue tag the storage can read,
-// with its current value (the edit before the original; a tag cleared by an edit is listed without
-// value). Families and keys are sorted ascending. Immutable once made.
+/// A comparison column over a snapshot of one storage: every catalogue tag the storage can read,
+/// with its current value (the edit before the original; a tag cleared by an edit is listed without
+/// value). Families and keys are sorted ascending. Immutable once made.
 class TagStorageValueProvider : public TagComparatorProvider {
 public:
     TagStorageValueProvider(std::string filename, const TagStorage& storage);

@@ -7,7 +7,7 @@
 
 namespace corvane {
 
-// A failure of the CSV state machine. `what()` is the message.
+/// A failure of the CSV state machine. `what()` is the message.
 class CSVParseError : public Error {
 public:
     enum class Case { generic, quotation };

@@ -10,12 +10,12 @@
 
 namespace corvane {
 
-// A CSV table whose rows are lists of fields, with an optional header row.
+/// A CSV table whose rows are lists of fields, with an optional header row.
 class EnumeratedCSVView {
 public:
     using Row = std::vector<std::string>;
 
-    // One column: its header name (or its index in decimal) and its values.
+    /// One column: its header name (or its index in decimal) and its values.
     struct Column {
         std::string header;
         std::vector<std::string> rows;
@@ -24,8 +24,8 @@ public:
     using Columns = std::vector<Column>;
 
     EnumeratedCSVView() = default;
-    // Throws CSVParseError, also when the columns, short rows padded, would hold more cells than
-    // twice the text's bytes plus 100,000.
+    /// Throws CSVParseError, also when the columns, short rows padded, would hold more cells than
+    /// twice the text's bytes plus 100,000.
     EnumeratedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
                       bool hasHeader = true, std::optional<std::size_t> rowLimit = std::nullopt);
 

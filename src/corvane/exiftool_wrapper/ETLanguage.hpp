@@ -10,10 +10,10 @@
 
 namespace corvane {
 
-// A language of ExifTool's output (`exiftool -lang`), or `local`: the language
-// of the user's system, resolved to one of ExifTool's through the equivalence
-// table. The raw value is the case name ("en_gb"); etName() is ExifTool's code
-// ("en-gb"), empty for local.
+/// A language of ExifTool's output (`exiftool -lang`), or `local`: the language
+/// of the user's system, resolved to one of ExifTool's through the equivalence
+/// table. The raw value is the case name ("en_gb"); etName() is ExifTool's code
+/// ("en-gb"), empty for local.
 class ETLanguage {
 public:
     enum Case : std::uint8_t {
@@ -48,25 +48,25 @@ public:
 
     std::string_view rawValue() const;
     std::string_view etName() const;
-    // Display name in the language itself; for local the localised "LanguageLocalValue".
+    /// Display name in the language itself; for local the localised "LanguageLocalValue".
     std::string name() const;
-    // name, " (", etName, ")"; local has no code and gives its name alone.
+    /// name, " (", etName, ")"; local has no code and gives its name alone.
     std::string title() const;
-    // Key of the localised name in the string table ("LanguageGerman").
+    /// Key of the localised name in the string table ("LanguageGerman").
     std::string_view localizationKey() const;
     std::string localizedName() const;
 
-    // The language that stands for this one: local resolves to the ExifTool
-    // language of the process's locale (English when none fits); every other
-    // language stands for itself.
+    /// The language that stands for this one: local resolves to the ExifTool
+    /// language of the process's locale (English when none fits); every other
+    /// language stands for itself.
     ETLanguage equivalentLanguage() const;
-    // Locale identifiers ("fr", "en_GB", "zh_Hant"...) to ExifTool languages.
+    /// Locale identifiers ("fr", "en_GB", "zh_Hant"...) to ExifTool languages.
     static const std::unordered_map<std::string, ETLanguage>& equivalenceTable();
-    // The ExifTool language for a locale identifier, trying it from the most
-    // specific form to the bare language; nothing when none fits.
+    /// The ExifTool language for a locale identifier, trying it from the most
+    /// specific form to the bare language; nothing when none fits.
     static std::optional<ETLanguage> forLocale(std::string_view localeIdentifier);
 
-    // The user's chosen output language, kept in KitSettings' user defaults.
+    /// The user's chosen output language, kept in KitSettings' user defaults.
     static std::string userLanguageKey();
     static void setUserLanguageKey(std::string key);
     static ETLanguage userLanguage();

@@ -63,13 +63,13 @@ public:
 
 private:
     friend class ETProcess;
-    // An idle, running process, started if needed; none (with `error` set) when it can't be
-    // started. Blocks while `size()` processes are busy.
+    /// An idle, running process, started if needed; none (with `error` set) when it can't be
+    /// started. Blocks while `size()` processes are busy.
     std::unique_ptr<detail::ETStayOpenProcess> acquire(int& error);
-    // What a process must have been started with to take a run of this thread: the program, the
-    // working folder and the time zone.
+    /// What a process must have been started with to take a run of this thread: the program, the
+    /// working folder and the time zone.
     static std::string startKey();
-    // Gives a process back after a run: kept when `reusable`, else stopped.
+    /// Gives a process back after a run: kept when `reusable`, else stopped.
     void release(std::unique_ptr<detail::ETStayOpenProcess> process, bool reusable);
 
     std::unique_ptr<detail::ETStayOpenProcess> startOnPoolThread(const std::string& key, int& error);
@@ -83,8 +83,8 @@ private:
     std::size_t count_ = 0;
     std::chrono::milliseconds idleCheckAfter_{30000};
 
-    // The thread that starts the processes, so that they live as long as the pool and not only as
-    // long as the thread of the run that needed them.
+    /// The thread that starts the processes, so that they live as long as the pool and not only as
+    /// long as the thread of the run that needed them.
     std::mutex tasksMutex_;
     std::condition_variable tasksChanged_;
     std::deque<std::function<void()>> tasks_;

@@ -41,7 +41,7 @@ public:
 
 private:
     Image(std::string data, Format format, int width, int height);
-    // The pixels scaled by 1/`reduction` (1, 2, 4 or 8) and encoded as JPEG.
+    /// The pixels scaled by 1/`reduction` (1, 2, 4 or 8) and encoded as JPEG.
     std::optional<std::string> encodeJPEG(int quality, int reduction) const;
 
     std::string data_;

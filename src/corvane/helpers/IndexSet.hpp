@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-// A sorted set of distinct indices into an array: what list edits carry to their observers
-// ("rows 2 to 4 were inserted"), and what a removal takes.
+/// A sorted set of distinct indices into an array: what list edits carry to their observers
+/// ("rows 2 to 4 were inserted"), and what a removal takes.
 class IndexSet {
 public:
     using const_iterator = std::set<std::size_t>::const_iterator;
@@ -17,7 +17,7 @@ public:
     IndexSet(std::initializer_list<std::size_t> indices) : indices_(indices) {}
     template <class It> IndexSet(It first, It last) : indices_(first, last) {}
 
-    // The indices from `first` up to, not including, `last`.
+    /// The indices from `first` up to, not including, `last`.
     static IndexSet range(std::size_t first, std::size_t last);
 
     void insert(std::size_t index) { indices_.insert(index); }
@@ -29,8 +29,8 @@ public:
     const_iterator begin() const { return indices_.begin(); }
     const_iterator end() const { return indices_.end(); }
 
-    // Removes the elements at these indices from `array`, keeping the order of the others.
-    // Indices past the end are ignored.
+    /// Removes the elements at these indices from `array`, keeping the order of the others.
+    /// Indices past the end are ignored.
     template <class T> void removeFrom(std::vector<T>& array) const {
         std::size_t kept = 0;
         for (std::size_t i = 0; i < array.size(); ++i)

@@ -6,13 +6,13 @@ namespace corvane {
 
 class NotificationCenter;
 
-// Owned handle of one observation: the observer is removed when the subscriber
-// is destroyed, reset or cancelled. Move-only.
-//
-// After cancel() returns, the handler is not called again, and no call of it is
-// running on another thread (cancel waits for those). A handler may cancel its
-// own subscriber, or another one, while it runs. Because cancel waits, do not
-// cancel while holding a lock that the handler itself takes.
+/// Owned handle of one observation: the observer is removed when the subscriber
+/// is destroyed, reset or cancelled. Move-only.
+///
+/// After cancel() returns, the handler is not called again, and no call of it is
+/// running on another thread (cancel waits for those). A handler may cancel its
+/// own subscriber, or another one, while it runs. Because cancel waits, do not
+/// cancel while holding a lock that the handler itself takes.
 class NoteSubscriber {
 public:
     NoteSubscriber() = default;
@@ -22,7 +22,7 @@ public:
     NoteSubscriber& operator=(const NoteSubscriber&) = delete;
     ~NoteSubscriber();
 
-    // Ends the observation; idempotent.
+    /// Ends the observation; idempotent.
     void cancel();
     bool isActive() const;
 

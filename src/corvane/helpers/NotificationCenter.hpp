@@ -10,10 +10,10 @@
 
 namespace corvane {
 
-// Dispatches notifications to observers, synchronously, on the posting thread.
-// Observers are called in the order they were added; one added during a post
-// is not called for that post, one removed during a post is not called after
-// its removal. Thread-safe: any thread may add, remove and post at any time.
+/// Dispatches notifications to observers, synchronously, on the posting thread.
+/// Observers are called in the order they were added; one added during a post
+/// is not called for that post, one removed during a post is not called after
+/// its removal. Thread-safe: any thread may add, remove and post at any time.
 class NotificationCenter {
 public:
     using Handler = std::function<void(const Notification&)>;
@@ -25,9 +25,9 @@ public:
 
     static NotificationCenter& defaultCenter();
 
-    // Observes notifications named `name` (every name when empty) whose sender
-    // is `sender` (any sender when null). The observation lasts as long as the
-    // returned subscriber.
+    /// Observes notifications named `name` (every name when empty) whose sender
+    /// is `sender` (any sender when null). The observation lasts as long as the
+    /// returned subscriber.
     [[nodiscard]] NoteSubscriber subscribe(std::string name, const void* sender, Handler handler);
     [[nodiscard]] NoteSubscriber subscribe(std::string name, Handler handler) {
         return subscribe(std::move(name), nullptr, std::move(handler));

@@ -10,14 +10,14 @@ namespace corvane {
 
 class OperationQueue;
 
-// One unit of work for an OperationQueue. Lives in a std::shared_ptr; subclass
-// and override main(), or give a block.
-//
-// States: ready, then executing, then finished. An operation cancelled before
-// it began goes straight to finished without running main(). Cancelling a
-// running operation only sets isCancelled(), which main() may look at.
-// The completion block runs once, after finishing (also after a cancellation),
-// on the thread that finished the operation.
+/// One unit of work for an OperationQueue. Lives in a std::shared_ptr; subclass
+/// and override main(), or give a block.
+///
+/// States: ready, then executing, then finished. An operation cancelled before
+/// it began goes straight to finished without running main(). Cancelling a
+/// running operation only sets isCancelled(), which main() may look at.
+/// The completion block runs once, after finishing (also after a cancellation),
+/// on the thread that finished the operation.
 class Operation : public std::enable_shared_from_this<Operation> {
 public:
     Operation() = default;
@@ -32,19 +32,19 @@ public:
 
     void cancel() { cancelled_.store(true, std::memory_order_release); }
 
-    // Set before the operation is added to a queue.
+    /// Set before the operation is added to a queue.
     void setCompletionBlock(std::function<void()> completion);
 
-    // Blocks until the operation has finished. Not to be called from the
-    // operation itself.
+    /// Blocks until the operation has finished. Not to be called from the
+    /// operation itself.
     void waitUntilFinished();
 
-    // Runs the operation on the calling thread: main(), unless cancelled.
-    // Does nothing if it has already begun.
+    /// Runs the operation on the calling thread: main(), unless cancelled.
+    /// Does nothing if it has already begun.
     void start();
 
 protected:
-    // The work. The default runs the block given at construction.
+    /// The work. The default runs the block given at construction.
     virtual void main();
 
 private:

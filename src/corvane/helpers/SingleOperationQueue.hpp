@@ -7,13 +7,13 @@
 
 namespace corvane {
 
-// An operation queue that runs one operation at a time, strictly in the order
-// added: each operation sees everything its predecessors did. Table models
-// compute their contents on it, so that one reload runs at a time.
-//
-// addOperation() keeps every operation. replacePendingOperations() is for work
-// where only the newest request matters: it cancels the operations that have
-// not begun, so the queue holds at most the running one and the new one.
+/// An operation queue that runs one operation at a time, strictly in the order
+/// added: each operation sees everything its predecessors did. Table models
+/// compute their contents on it, so that one reload runs at a time.
+///
+/// addOperation() keeps every operation. replacePendingOperations() is for work
+/// where only the newest request matters: it cancels the operations that have
+/// not begun, so the queue holds at most the running one and the new one.
 class SingleOperationQueue {
 public:
     explicit SingleOperationQueue(std::string name = "Corvane.SingleOperationQueue");

@@ -8,13 +8,13 @@
 
 namespace corvane {
 
-// Undo and redo stacks of actions, kept for the application (the library
-// itself records nothing on it). Actions registered between
-// beginUndoGrouping() and endUndoGrouping() form one undo step; outside a
-// group every registration is a step of its own. An action registered while
-// undoing goes to the redo stack, while redoing to the undo stack. Any new
-// registration outside undo/redo clears the redo stack. Thread-safe; the
-// actions themselves run outside the lock, on the calling thread.
+/// Undo and redo stacks of actions, kept for the application (the library
+/// itself records nothing on it). Actions registered between
+/// beginUndoGrouping() and endUndoGrouping() form one undo step; outside a
+/// group every registration is a step of its own. An action registered while
+/// undoing goes to the redo stack, while redoing to the undo stack. Any new
+/// registration outside undo/redo clears the redo stack. Thread-safe; the
+/// actions themselves run outside the lock, on the calling thread.
 class UndoManager {
 public:
     using Action = std::function<void()>;
@@ -37,7 +37,7 @@ public:
     void redo();
     void removeAllActions();
 
-    // Number of undo steps kept; 0 keeps all.
+    /// Number of undo steps kept; 0 keeps all.
     std::size_t levelsOfUndo() const;
     void setLevelsOfUndo(std::size_t levels);
 

@@ -9,9 +9,9 @@
 
 namespace corvane {
 
-// One answer of a `Geocoder`: a named place with its position. Fields a geocoder doesn't know
-// stay absent. `name` is a point of interest or a place name when the geocoder knows one (a city
-// database leaves it absent: the city is in `city`).
+/// One answer of a `Geocoder`: a named place with its position. Fields a geocoder doesn't know
+/// stay absent. `name` is a point of interest or a place name when the geocoder knows one (a city
+/// database leaves it absent: the city is in `city`).
 class PlaceMark {
 public:
     using Text = std::optional<std::string>;
@@ -27,9 +27,9 @@ public:
     const Text& city() const { return city_; }
     const Text& state() const { return state_; }
     const Text& country() const { return country_; }
-    // ISO 3166-1 alpha-2, upper case.
+    /// ISO 3166-1 alpha-2, upper case.
     const Text& countryCode() const { return countryCode_; }
-    // IANA zone name, e.g. "Europe/Paris".
+    /// IANA zone name, e.g. "Europe/Paris".
     const Text& timeZone() const { return timeZone_; }
     const Text& name() const { return name_; }
 
@@ -45,10 +45,10 @@ private:
     Text name_;
 };
 
-// The place as text: name to place name, then city, state, country name and code; no street or
-// zip code.
+/// The place as text: name to place name, then city, state, country name and code; no street or
+/// zip code.
 TextLocation textLocationFromPlaceMark(const PlaceMark& placeMark);
-// The position of the place (no altitude, direction or stamp) with its text.
+/// The position of the place (no altitude, direction or stamp) with its text.
 Location locationFromPlaceMark(const PlaceMark& placeMark);
 
 } // namespace corvane

@@ -47,9 +47,9 @@ public:
     void performChangesAndWait(const std::function<void(ChangeRequest&)>& changes) override;
 
 private:
-    // The file of an identifier, when it names a file under the root.
+    /// The file of an identifier, when it names a file under the root.
     std::optional<std::filesystem::path> fileOf(const std::string& identifier) const;
-    // Makes the empty file a creation will fill, under the folder of its date, with a free name.
+    /// Makes the empty file a creation will fill, under the folder of its date, with a free name.
     std::filesystem::path reserveFile(const AssetCreation& creation) const;
 
     std::filesystem::path root_;

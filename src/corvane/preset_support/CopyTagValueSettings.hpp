@@ -9,15 +9,15 @@
 
 namespace corvane {
 
-// How a preset copies another tag of the same file into the tag it edits: the source, whether
-// the source is read as stored (`raw`) or as displayed (`pretty`), and where the copy goes.
+/// How a preset copies another tag of the same file into the tag it edits: the source, whether
+/// the source is read as stored (`raw`) or as displayed (`pretty`), and where the copy goes.
 struct CopyTagValueSettings {
     enum class Formatter { raw, pretty };
     enum class Insertion { replace, prepend, append };
     static constexpr std::array<Formatter, 2> allFormatters{Formatter::raw, Formatter::pretty};
     static constexpr std::array<Insertion, 3> allInsertions{Insertion::replace, Insertion::prepend,
                                                             Insertion::append};
-    // "raw", "pretty"; "replace", "prepend", "append".
+    /// "raw", "pretty"; "replace", "prepend", "append".
     static std::string_view text(Formatter formatter);
     static std::string_view text(Insertion insertion);
 
@@ -28,8 +28,8 @@ struct CopyTagValueSettings {
     friend bool operator==(const CopyTagValueSettings&, const CopyTagValueSettings&) = default;
 };
 
-// {"tag_name": "EXIF:Artist", "formatter": "raw", "insertion": "replace"}; all three keys are
-// required, and an unknown text is an error (std::invalid_argument).
+/// {"tag_name": "EXIF:Artist", "formatter": "raw", "insertion": "replace"}; all three keys are
+/// required, and an unknown text is an error (std::invalid_argument).
 void to_json(nlohmann::ordered_json& j, const CopyTagValueSettings& settings);
 void from_json(const nlohmann::ordered_json& j, CopyTagValueSettings& settings);
 

@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-// A value given an identity: a box that is equal only to itself, whatever it holds. A table
-// request keeps its callback in one, so that two requests with the same callback stay apart.
+/// A value given an identity: a box that is equal only to itself, whatever it holds. A table
+/// request keeps its callback in one, so that two requests with the same callback stay apart.
 template <class T> class Identified : public EquatableObject {
 public:
     static std::shared_ptr<Identified> create(T value) {
@@ -17,10 +17,10 @@ public:
 
     const T& value() const { return value_; }
     void setValue(T value) { value_ = std::move(value); }
-    // Changes the value in place.
+    /// Changes the value in place.
     template <class F> void modifyValue(F&& change) { change(value_); }
 
-    // A new box with the same value: equal contents, another identity.
+    /// A new box with the same value: equal contents, another identity.
     std::shared_ptr<Identified> copy() const { return create(value_); }
 
 private:

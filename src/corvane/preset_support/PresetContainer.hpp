@@ -13,14 +13,14 @@
 
 namespace corvane {
 
-// What a preset and a group of presets have in common: a name, a detail text and an ordered list
-// (a preset's entries, a group's presets) whose every change is announced on the default
-// notification centre, with the object as sender:
-// - a new name or detail posts `Derived::didChangeInfoNotification`;
-// - a new list, an insertion or a removal posts `Derived::didChangeListNotification` with the
-//   list edition under `Derived::listEditionKey`: `Derived::Reload`, `Derived::Insert` or
-//   `Derived::Remove` (these two with the indices concerned).
-// A change that changes nothing posts nothing. Not locked: the library belongs to the main thread.
+/// What a preset and a group of presets have in common: a name, a detail text and an ordered list
+/// (a preset's entries, a group's presets) whose every change is announced on the default
+/// notification centre, with the object as sender:
+/// - a new name or detail posts `Derived::didChangeInfoNotification`;
+/// - a new list, an insertion or a removal posts `Derived::didChangeListNotification` with the
+///   list edition under `Derived::listEditionKey`: `Derived::Reload`, `Derived::Insert` or
+///   `Derived::Remove` (these two with the indices concerned).
+/// A change that changes nothing posts nothing. Not locked: the library belongs to the main thread.
 template <class Derived, class Element> class PresetContainer : public EquatableObject {
 public:
     const std::string& name() const { return name_; }
@@ -48,7 +48,7 @@ protected:
         informsDidChange(typename Derived::Reload{});
     }
 
-    // Inserts before `index` (at most the count: inserting past the end is a programming error).
+    /// Inserts before `index` (at most the count: inserting past the end is a programming error).
     void insertElements(std::vector<Element> elements, std::size_t index) {
         if (elements.empty()) return;
         assert(index <= elements_.size());
@@ -70,7 +70,7 @@ protected:
                          {{std::string(Derived::listEditionKey), std::move(edition)}}));
     }
 
-    // The list edition carried by a notification of this class; nothing for another one.
+    /// The list edition carried by a notification of this class; nothing for another one.
     template <class D = Derived>
     static std::optional<typename D::ListEdition> listEdition(const Notification& note) {
         if (auto edition = note.userInfoValue<typename D::ListEdition>(std::string(D::listEditionKey)))

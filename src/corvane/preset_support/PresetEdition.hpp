@@ -14,9 +14,9 @@
 
 namespace corvane {
 
-// What a preset does to one tag: run a fixed action, copy another tag, put a given text, search
-// and replace inside the value, or keep the value as it is. Immutable; equal by case and settings.
-// `TagEditorPresets` makes an edition take effect on an editor.
+/// What a preset does to one tag: run a fixed action, copy another tag, put a given text, search
+/// and replace inside the value, or keep the value as it is. Immutable; equal by case and settings.
+/// `TagEditorPresets` makes an edition take effect on an editor.
 class PresetEdition {
 public:
     struct KeepCurrentValue {
@@ -26,7 +26,7 @@ public:
                               SearchAndReplaceSettings, KeepCurrentValue>;
 
     enum class CodingError { unknownDecodingType, unknownEncodingType };
-    // "Unknown decoding type", "Unknown encoding type".
+    /// "Unknown decoding type", "Unknown encoding type".
     static std::string_view message(CodingError error);
     using CodingException = CaseException<CodingError>;
 
@@ -55,17 +55,17 @@ private:
     Case value_;
 };
 
-// The message of a coding error, for CaseException.
+/// The message of a coding error, for CaseException.
 inline std::string_view message(PresetEdition::CodingError error) {
     return PresetEdition::message(error);
 }
 
-// The JSON form: {"type": ..., "settings": {...}}, "settings" left out for keep_current_value.
-// Reading also takes the older forms ("none", "remove", "restore", "value", "merge", "append",
-// "prepend", "copy", "clone", with their text under "value"); writing always gives the current
-// one. An unknown type throws PresetEdition::CodingException (unknownDecodingType); a missing key
-// or a value of the wrong kind throws the JSON library's error (or std::invalid_argument for an
-// unknown setting text or tag name).
+/// The JSON form: {"type": ..., "settings": {...}}, "settings" left out for keep_current_value.
+/// Reading also takes the older forms ("none", "remove", "restore", "value", "merge", "append",
+/// "prepend", "copy", "clone", with their text under "value"); writing always gives the current
+/// one. An unknown type throws PresetEdition::CodingException (unknownDecodingType); a missing key
+/// or a value of the wrong kind throws the JSON library's error (or std::invalid_argument for an
+/// unknown setting text or tag name).
 void to_json(nlohmann::ordered_json& j, const PresetEdition& edition);
 void from_json(const nlohmann::ordered_json& j, PresetEdition& edition);
 

@@ -16,13 +16,13 @@
 
 namespace corvane {
 
-// A named group of presets in the library. Equal only to itself (see EquatableObject); lives in a
-// std::shared_ptr made by `create`. Observers learn of every change through the notifications
-// below.
+/// A named group of presets in the library. Equal only to itself (see EquatableObject); lives in a
+/// std::shared_ptr made by `create`. Observers learn of every change through the notifications
+/// below.
 class PresetGroup : public PresetContainer<PresetGroup, PresetItemRef> {
 public:
-    // How the presets changed (not to be confused with the top-level PresetEdition, which is what
-    // a preset does to a tag).
+    /// How the presets changed (not to be confused with the top-level PresetEdition, which is what
+    /// a preset does to a tag).
     struct InsertPresets {
         IndexSet indexes;
         friend bool operator==(const InsertPresets&, const InsertPresets&) = default;
@@ -40,21 +40,21 @@ public:
     static constexpr std::string_view didChangePresetsNotification =
         "PresetGroupDidChangePresetsNotification";
     static constexpr std::string_view presetEditionKey = "PresetEdition";
-    // The edition carried by a didChangePresets notification; nothing for any other one.
+    /// The edition carried by a didChangePresets notification; nothing for any other one.
     static std::optional<PresetEdition> presetEdition(const Notification& note) { return listEdition(note); }
 
     static std::shared_ptr<PresetGroup> create(std::string name, std::string detail,
                                                std::vector<PresetItemRef> presets);
-    // An empty name and detail, no presets.
+    /// An empty name and detail, no presets.
     static std::shared_ptr<PresetGroup> create();
-    // Reads {"name", "detail", "presets"}; all three keys are required. Throws as
-    // PresetItem::fromJSON does.
+    /// Reads {"name", "detail", "presets"}; all three keys are required. Throws as
+    /// PresetItem::fromJSON does.
     static std::shared_ptr<PresetGroup> fromJSON(const nlohmann::ordered_json& j);
     nlohmann::ordered_json toJSON() const;
 
     const std::vector<PresetItemRef>& presets() const { return elements(); }
     void setPresets(std::vector<PresetItemRef> presets) { setElements(std::move(presets)); }
-    // Changes the presets in place, then stores them as `setPresets` does.
+    /// Changes the presets in place, then stores them as `setPresets` does.
     template <class F> void modifyPresets(F&& change) {
         auto presets = elements();
         change(presets);

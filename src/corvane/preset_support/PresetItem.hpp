@@ -16,14 +16,14 @@
 
 namespace corvane {
 
-// A preset: a named recipe of tag editions, one entry per tag, applied in order. Equal only to
-// itself (see EquatableObject); lives in a std::shared_ptr made by `create`. Observers learn of
-// every change through the notifications below.
+/// A preset: a named recipe of tag editions, one entry per tag, applied in order. Equal only to
+/// itself (see EquatableObject); lives in a std::shared_ptr made by `create`. Observers learn of
+/// every change through the notifications below.
 class PresetItem : public PresetContainer<PresetItem, PresetItemEntry> {
 public:
     using Entry = PresetItemEntry;
 
-    // How the entries changed.
+    /// How the entries changed.
     struct InsertEntries {
         IndexSet indexes;
         friend bool operator==(const InsertEntries&, const InsertEntries&) = default;
@@ -40,21 +40,21 @@ public:
     static constexpr std::string_view didChangeInfoNotification = "PresetItemDidChangeInfoNotification";
     static constexpr std::string_view didChangeEntriesNotification = "PresetItemDidChangeEntriesNotification";
     static constexpr std::string_view entryEditionKey = "EntryEdition";
-    // The edition carried by a didChangeEntries notification; nothing for any other one.
+    /// The edition carried by a didChangeEntries notification; nothing for any other one.
     static std::optional<EntryEdition> entryEdition(const Notification& note) { return listEdition(note); }
 
     static std::shared_ptr<PresetItem> create(std::string name, std::string detail,
                                               std::vector<Entry> entries);
-    // An empty name and detail, no entries.
+    /// An empty name and detail, no entries.
     static std::shared_ptr<PresetItem> create();
-    // Reads {"name", "detail", "entries"}; all three keys are required. Throws the JSON library's
-    // errors, std::invalid_argument or PresetEdition::CodingException.
+    /// Reads {"name", "detail", "entries"}; all three keys are required. Throws the JSON library's
+    /// errors, std::invalid_argument or PresetEdition::CodingException.
     static std::shared_ptr<PresetItem> fromJSON(const nlohmann::ordered_json& j);
     nlohmann::ordered_json toJSON() const;
 
     const std::vector<Entry>& entries() const { return elements(); }
     void setEntries(std::vector<Entry> entries) { setElements(std::move(entries)); }
-    // Changes the entries in place, then stores them as `setEntries` does.
+    /// Changes the entries in place, then stores them as `setEntries` does.
     template <class F> void modifyEntries(F&& change) {
         auto entries = elements();
         change(entries);

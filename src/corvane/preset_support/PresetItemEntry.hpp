@@ -7,7 +7,7 @@
 
 namespace corvane {
 
-// One line of a preset: the tag it edits and what it does to it. Immutable; equal by contents.
+/// One line of a preset: the tag it edits and what it does to it. Immutable; equal by contents.
 class PresetItemEntry {
 public:
     PresetItemEntry() = default;
@@ -24,7 +24,7 @@ private:
     PresetEdition edition_;
 };
 
-// {"tag_name": "EXIF:Artist", "edition": {...}}; both keys are required on reading.
+/// {"tag_name": "EXIF:Artist", "edition": {...}}; both keys are required on reading.
 void to_json(nlohmann::ordered_json& j, const PresetItemEntry& entry);
 void from_json(const nlohmann::ordered_json& j, PresetItemEntry& entry);
 

@@ -6,15 +6,15 @@
 
 namespace corvane {
 
-// A search and replace inside a tag's current value, with the comparison options of the search.
+/// A search and replace inside a tag's current value, with the comparison options of the search.
 struct SearchAndReplaceSettings {
     SearchAndReplaceSettings() = default;
-    // All four options off.
+    /// All four options off.
     SearchAndReplaceSettings(std::string search, std::string value)
         : search(std::move(search)), value(std::move(value)) {}
 
     std::string search;
-    std::string value; // a replacement template when `useRegex` is on
+    std::string value; ///< a replacement template when `useRegex` is on
     bool ignoreCase = false;
     bool ignoreDiacritic = false;
     bool ignoreWidth = false;
@@ -23,8 +23,8 @@ struct SearchAndReplaceSettings {
     friend bool operator==(const SearchAndReplaceSettings&, const SearchAndReplaceSettings&) = default;
 };
 
-// {"search", "value", "ignore_case", "ignore_diacritic", "ignore_width", "use_regex"}: all six
-// keys are required on reading.
+/// {"search", "value", "ignore_case", "ignore_diacritic", "ignore_width", "use_regex"}: all six
+/// keys are required on reading.
 void to_json(nlohmann::ordered_json& j, const SearchAndReplaceSettings& settings);
 void from_json(const nlohmann::ordered_json& j, SearchAndReplaceSettings& settings);
 

@@ -7,11 +7,11 @@
 
 namespace corvane {
 
-// A fixed action that a preset runs on a tag.
+/// A fixed action that a preset runs on a tag.
 struct UseCustomActionSettings {
     enum class Action {
-        removeCurrentValue,   // clear the tag
-        restoreOriginalValue, // take back all edits of the tag
+        removeCurrentValue,   ///< clear the tag
+        restoreOriginalValue, ///< take back all edits of the tag
         lowercaseText,
         uppercaseText,
         capitalizeText,
@@ -23,7 +23,7 @@ struct UseCustomActionSettings {
         Action::removeCurrentValue,   Action::restoreOriginalValue, Action::lowercaseText,
         Action::uppercaseText,        Action::capitalizeText,       Action::trimWhitespacesText,
         Action::sortInAscendingOrder, Action::sortInDescendingOrder};
-    // The JSON text: "remove_current_value", "restore_original_value", ...
+    /// The JSON text: "remove_current_value", "restore_original_value", ...
     static std::string_view text(Action action);
 
     Action action = Action::removeCurrentValue;
@@ -31,8 +31,8 @@ struct UseCustomActionSettings {
     friend bool operator==(const UseCustomActionSettings&, const UseCustomActionSettings&) = default;
 };
 
-// {"action": "lowercase_text"}; the key is required, and an unknown action is an error
-// (std::invalid_argument).
+/// {"action": "lowercase_text"}; the key is required, and an unknown action is an error
+/// (std::invalid_argument).
 void to_json(nlohmann::ordered_json& j, const UseCustomActionSettings& settings);
 void from_json(const nlohmann::ordered_json& j, UseCustomActionSettings& settings);
 

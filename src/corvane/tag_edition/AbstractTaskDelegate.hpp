@@ -6,8 +6,8 @@ namespace corvane {
 
 class AbstractTask;
 
-// Observer of one task. Every call is made on the main queue, asynchronously, after the change
-// it reports: by then the task may have moved on, so an observer reads the task's current state.
+/// Observer of one task. Every call is made on the main queue, asynchronously, after the change
+/// it reports: by then the task may have moved on, so an observer reads the task's current state.
 class AbstractTaskDelegate {
 public:
     virtual ~AbstractTaskDelegate() = default;

@@ -12,30 +12,30 @@ namespace corvane {
 
 class TagEditor;
 
-// The process-wide collector of change events. Editors register every tag that changed; the
-// manager gathers them into a `HistoryEdition` and hands the batch to the views by notification,
-// once per outermost session, so that a table refreshes once for a hundred edits. It keeps no old
-// values: it is no undo stack.
-//
-// Sessions nest and are shared by all threads: the count goes up with every `beginSession()` and
-// the batch is flushed when the last open session ends. A long batch is also flushed whenever it
-// passes `registrationLimit` registrations, without ending the session.
-//
-// The three notifications are posted on the main queue (`AtomicPropertyQueue::mainAsync`), with
-// the manager as object, in the order their events happened: begin, any number of flushes, the
-// last flush, end. They are scheduled from inside the manager's exclusive pass, which is what
-// keeps that order across threads.
+/// The process-wide collector of change events. Editors register every tag that changed; the
+/// manager gathers them into a `HistoryEdition` and hands the batch to the views by notification,
+/// once per outermost session, so that a table refreshes once for a hundred edits. It keeps no old
+/// values: it is no undo stack.
+///
+/// Sessions nest and are shared by all threads: the count goes up with every `beginSession()` and
+/// the batch is flushed when the last open session ends. A long batch is also flushed whenever it
+/// passes `registrationLimit` registrations, without ending the session.
+///
+/// The three notifications are posted on the main queue (`AtomicPropertyQueue::mainAsync`), with
+/// the manager as object, in the order their events happened: begin, any number of flushes, the
+/// last flush, end. They are scheduled from inside the manager's exclusive pass, which is what
+/// keeps that order across threads.
 class EditionManager {
 public:
     static constexpr std::string_view didBeginSessionNotification =
         "EditionManagerDidBeginSessionNotification";
-    // User info: the flushed `HistoryEdition` under `historyEditionKey`.
+    /// User info: the flushed `HistoryEdition` under `historyEditionKey`.
     static constexpr std::string_view didFlushHistoryNotification =
         "EditionManagerDidFlushHistoryNotification";
     static constexpr std::string_view didEndSessionNotification = "EditionManagerDidEndSessionNotification";
     static constexpr std::string_view historyEditionKey = "HistoryEdition";
 
-    // A registration past this many since the last flush flushes the history.
+    /// A registration past this many since the last flush flushes the history.
     static constexpr std::size_t registrationLimit = 100;
 
     static EditionManager& shared();
@@ -45,18 +45,18 @@ public:
     EditionManager& operator=(const EditionManager&) = delete;
 
     bool isInSession() const;
-    // Always in pairs; sessions nest. Ending a session that isn't open stops the process.
+    /// Always in pairs; sessions nest. Ending a session that isn't open stops the process.
     void beginSession();
     void endSession();
-    // Records that this tag of this editor changed. Allowed out of session too: the entry then
-    // waits for the next flush.
+    /// Records that this tag of this editor changed. Allowed out of session too: the entry then
+    /// waits for the next flush.
     void registerTag(const std::shared_ptr<TagEditor>& editor, const TagName& tagName);
 
-    // The history carried by a flush notification; nullptr for any other notification. Valid as
-    // long as the notification.
+    /// The history carried by a flush notification; nullptr for any other notification. Valid as
+    /// long as the notification.
     static const HistoryEdition* history(const Notification& note);
 
-    // Opens a session for the lifetime of the object.
+    /// Opens a session for the lifetime of the object.
     class Session {
     public:
         explicit Session(EditionManager& manager = EditionManager::shared()) : manager_(manager) {
@@ -74,10 +74,10 @@ protected:
     EditionManager() = default;
 
 private:
-    // Posts `didFlushHistoryNotification`; runs on the main queue.
+    /// Posts `didFlushHistoryNotification`; runs on the main queue.
     virtual void informsDidFlushHistory(HistoryEdition history);
 
-    // Takes the history out and schedules its notification. Inside the exclusive pass.
+    /// Takes the history out and schedules its notification. Inside the exclusive pass.
     void nonAtomicFlush();
     void post(std::string_view name);
 

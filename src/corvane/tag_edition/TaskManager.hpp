@@ -13,19 +13,19 @@
 
 namespace corvane {
 
-// The process-wide registry of running tasks. It owns three serial queues, one per task priority,
-// so that at most one task of a kind runs at a time while an edition, a read and a write run side
-// by side. Each queue is made on first use.
-//
-// Delegate calls and notifications are made on the main queue, asynchronously, with the manager
-// as object and the task in the user info under `taskKey`.
+/// The process-wide registry of running tasks. It owns three serial queues, one per task priority,
+/// so that at most one task of a kind runs at a time while an edition, a read and a write run side
+/// by side. Each queue is made on first use.
+///
+/// Delegate calls and notifications are made on the main queue, asynchronously, with the manager
+/// as object and the task in the user info under `taskKey`.
 class TaskManager {
 public:
     static constexpr std::string_view taskKey = "Task";
     static constexpr std::string_view didAddTaskNotification = "TasksManagerDidAddTaskNotification";
     static constexpr std::string_view didRemoveTaskNotification = "TasksManagerDidRemoveTaskNotification";
 
-    // Lives as long as the process.
+    /// Lives as long as the process.
     static TaskManager& shared();
 
     TaskManager(const TaskManager&) = delete;
@@ -34,10 +34,10 @@ public:
     std::shared_ptr<TaskManagerDelegate> delegate() const;
     void setDelegate(std::weak_ptr<TaskManagerDelegate> delegate);
 
-    // Tasks added and not finished, in order of adding; a task waiting for its turn counts.
+    /// Tasks added and not finished, in order of adding; a task waiting for its turn counts.
     std::vector<std::shared_ptr<AbstractTask>> tasks() const;
 
-    // Serial queues for the tasks of priority edition, reading and writing.
+    /// Serial queues for the tasks of priority edition, reading and writing.
     OperationQueue& editionTasksQueue();
     OperationQueue& readingTasksQueue();
     OperationQueue& writingTasksQueue();
@@ -48,17 +48,17 @@ public:
     bool hasReadingTasks() const;
     bool hasWritingTasks() const;
 
-    // Registers the task and queues its `perform()` on the queue of its priority; when it has run,
-    // the task leaves `tasks()`.
+    /// Registers the task and queues its `perform()` on the queue of its priority; when it has run,
+    /// the task leaves `tasks()`.
     void add(const std::shared_ptr<AbstractTask>& task);
-    // Cancels every registered task that hasn't begun, and drops the subprocesses not yet begun
-    // of the others. Queued operations stay: a cancelled task passes through its queue at once.
+    /// Cancels every registered task that hasn't begun, and drops the subprocesses not yet begun
+    /// of the others. Queued operations stay: a cancelled task passes through its queue at once.
     void cancelAllTasks();
-    // Blocks until the edition queue, then the reading queue, then the writing queue have run all
-    // their operations. Not to be called from an operation of these queues.
+    /// Blocks until the edition queue, then the reading queue, then the writing queue have run all
+    /// their operations. Not to be called from an operation of these queues.
     void waitAllTasks();
 
-    // The task carried by a notification of the manager; nullptr without one.
+    /// The task carried by a notification of the manager; nullptr without one.
     static std::shared_ptr<AbstractTask> task(const Notification& note);
 
 private:
@@ -66,7 +66,7 @@ private:
 
     bool hasTasks(AbstractTask::Priority priority) const;
 
-    // Run on the main queue: call the delegate, then post the notification.
+    /// Run on the main queue: call the delegate, then post the notification.
     void informsDidAdd(const std::shared_ptr<AbstractTask>& task);
     void informsDidRemove(const std::shared_ptr<AbstractTask>& task);
 

@@ -6,8 +6,8 @@ namespace corvane {
 
 class AbstractTask;
 
-// Observer of the task manager, called on the main queue, asynchronously, when a task is added
-// and when it has left the manager.
+/// Observer of the task manager, called on the main queue, asynchronously, when a task is added
+/// and when it has left the manager.
 class TaskManagerDelegate {
 public:
     virtual ~TaskManagerDelegate() = default;

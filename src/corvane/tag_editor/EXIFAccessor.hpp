@@ -17,15 +17,15 @@
 
 namespace corvane {
 
-// Typed view of an editor's EXIF tags: the GPS position, altitude, direction and time stamps, the
-// two main dates and the orientation.
-//
-// GPS numbers are stored as a magnitude ("%.8f") plus a reference tag: latitude "N"/"S",
-// longitude "E"/"W", altitude "0" (above) / "1" (below sea level), direction always "T" (true
-// north). A negative magnitude reads as nothing; a missing reference reads as the positive one.
-//
-// Writers take a `TypedTagValue`: `value` writes, `clear` marks the accessor's tags for removal,
-// `restore` takes their edits back. Writers of several tags run in one edition session.
+/// Typed view of an editor's EXIF tags: the GPS position, altitude, direction and time stamps, the
+/// two main dates and the orientation.
+///
+/// GPS numbers are stored as a magnitude ("%.8f") plus a reference tag: latitude "N"/"S",
+/// longitude "E"/"W", altitude "0" (above) / "1" (below sea level), direction always "T" (true
+/// north). A negative magnitude reads as nothing; a missing reference reads as the positive one.
+///
+/// Writers take a `TypedTagValue`: `value` writes, `clear` marks the accessor's tags for removal,
+/// `restore` takes their edits back. Writers of several tags run in one edition session.
 class EXIFAccessor : public FamilyAccessor {
 public:
     using FamilyAccessor::FamilyAccessor;
@@ -34,32 +34,32 @@ public:
     std::optional<Latitude> exifGPSLatitude() const;
     std::optional<Longitude> exifGPSLongitude() const;
     std::optional<Altitude> exifGPSAltitude() const;
-    // The number alone; the reference is not read.
+    /// The number alone; the reference is not read.
     std::optional<double> exifGPSImgDirection() const;
-    // Both axes or nothing.
+    /// Both axes or nothing.
     std::optional<Coordinate> exifGPSCoordinate() const;
     std::optional<PartialDate> exifGPSDateStamp() const;
     std::optional<PartialTime> exifGPSTimeStamp() const;
-    // Both stamps or nothing.
+    /// Both stamps or nothing.
     std::optional<DateTime> exifGPSStamp() const;
-    // Both axes required; altitude and direction where present; the stamp only if both stamp tags
-    // are present.
+    /// Both axes required; altitude and direction where present; the stamp only if both stamp tags
+    /// are present.
     std::optional<GPSLocation> exifGPSLocation() const;
 
     void setExifGPSLatitude(const TypedTagValue<Latitude>& value) const;
     void setExifGPSLongitude(const TypedTagValue<Longitude>& value) const;
     void setExifGPSAltitude(const TypedTagValue<Altitude>& value) const;
     void setExifGPSImgDirection(const TypedTagValue<double>& value) const;
-    // `clear` and `restore` act on the latitude and longitude tags and their references.
+    /// `clear` and `restore` act on the latitude and longitude tags and their references.
     void setExifGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
-    // The coordinate of the location, nothing else.
+    /// The coordinate of the location, nothing else.
     void setExifGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
     void setExifGPSDateStamp(const TypedTagValue<PartialDate>& value) const;
     void setExifGPSTimeStamp(const TypedTagValue<PartialTime>& value) const;
-    // The date half and the time half; `clear` and `restore` act on both tags.
+    /// The date half and the time half; `clear` and `restore` act on both tags.
     void setExifGPSStamp(const TypedTagValue<DateTime>& value) const;
-    // Latitude, longitude, altitude and direction (an absent altitude or direction is cleared);
-    // the stamp is not written. `clear` and `restore` act on the eight tags of the four values.
+    /// Latitude, longitude, altitude and direction (an absent altitude or direction is cleared);
+    /// the stamp is not written. `clear` and `restore` act on the eight tags of the four values.
     void setExifGPSLocation(const TypedTagValue<GPSLocation>& value) const;
 
     // --- Dates, through the items' converters

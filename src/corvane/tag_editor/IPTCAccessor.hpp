@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-// Typed view of an editor's IPTC place tags: Sub-location, City, Province-State,
-// Country-PrimaryLocationName and Country-PrimaryLocationCode, one by one and as a `TextLocation`.
+/// Typed view of an editor's IPTC place tags: Sub-location, City, Province-State,
+/// Country-PrimaryLocationName and Country-PrimaryLocationCode, one by one and as a `TextLocation`.
 class IPTCAccessor : public FamilyAccessor {
 public:
     using FamilyAccessor::FamilyAccessor;
@@ -24,10 +24,10 @@ public:
     void setIptcCity(const TypedTagValue<std::string>& value) const;
     void setIptcProvince_State(const TypedTagValue<std::string>& value) const;
     void setIptcLocationName(const TypedTagValue<std::string>& value) const;
-    // Only a known country code is written; an unknown one changes nothing.
+    /// Only a known country code is written; an unknown one changes nothing.
     void setIptcLocationCode(const TypedTagValue<std::string>& value) const;
 
-    // The five tags as a whole; nothing when all are blank.
+    /// The five tags as a whole; nothing when all are blank.
     std::optional<TextLocation> iptcTextLocation() const;
     void setIptcTextLocation(const TypedTagValue<TextLocation>& value) const;
 

@@ -6,9 +6,9 @@
 
 namespace corvane {
 
-// A pasteboard that lives in the process: one text, guarded by a mutex. The default of
-// `TagPasteboard::shared()` where no platform pasteboard is set, and the pasteboard of tools and
-// tests.
+/// A pasteboard that lives in the process: one text, guarded by a mutex. The default of
+/// `TagPasteboard::shared()` where no platform pasteboard is set, and the pasteboard of tools and
+/// tests.
 class InProcessTagPasteboard : public TagPasteboard {
 public:
     std::optional<std::string> string() const override;

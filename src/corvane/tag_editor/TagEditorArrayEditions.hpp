@@ -26,13 +26,13 @@
 
 namespace corvane {
 
-// The editing operations on a selection of editors: what a batch command, a preset or a view
-// applies to several files at once.
-//
-// Writers go through `editConcurrently`: one session of the edition manager around the whole
-// batch, the editors changed in parallel (each guards itself; the manager takes registrations from
-// any thread). Family getters gather every editor's answer and give it only when all editors
-// agree; otherwise, or for an empty selection, nothing.
+/// The editing operations on a selection of editors: what a batch command, a preset or a view
+/// applies to several files at once.
+///
+/// Writers go through `editConcurrently`: one session of the edition manager around the whole
+/// batch, the editors changed in parallel (each guards itself; the manager takes registrations from
+/// any thread). Family getters gather every editor's answer and give it only when all editors
+/// agree; otherwise, or for an empty selection, nothing.
 class TagEditorArrayEditions {
 public:
     using Editors = std::vector<TagEditorRef>;
@@ -42,10 +42,10 @@ public:
 
     const Editors& editors() const { return editors_; }
 
-    // Runs `block` once per editor, concurrently, inside one session. The block must not throw.
+    /// Runs `block` once per editor, concurrently, inside one session. The block must not throw.
     void editConcurrently(const Block& block) const;
 
-    // The answer of `get` when every editor gives the same one (which may be nothing).
+    /// The answer of `get` when every editor gives the same one (which may be nothing).
     template <class T, class F> std::optional<T> commonValue(F&& get) const {
         if (editors_.empty()) return std::nullopt;
         auto values = parallelMapToSet<std::unordered_set>(
@@ -55,19 +55,19 @@ public:
     }
 
     // --- Values on every editor
-    // Each name with its text (nothing restores, the empty text clears).
+    /// Each name with its text (nothing restores, the empty text clears).
     void setValues(const std::unordered_map<TagName, std::optional<std::string>>& values) const;
     void setValue(const std::optional<std::string>& value, const std::vector<TagName>& tagNames) const;
     void forceValues(const std::vector<TagName>& tagNames) const;
     void clearValues(const std::vector<TagStream>& tagStreams) const;
     void restoreValues(const std::vector<TagStream>& tagStreams) const;
     void applyDateEdition(const DateEdition& edition, const std::vector<TagName>& tagNames) const;
-    // The edition on every date or time tag that each editor holds, outside the file-system family
-    // (whose dates belong to the file, not to its metadata), or only in `tagStreams` when given.
+    /// The edition on every date or time tag that each editor holds, outside the file-system family
+    /// (whose dates belong to the file, not to its metadata), or only in `tagStreams` when given.
     void applyDateEditionToDateTags(const DateEdition& edition,
                                     const std::vector<TagStream>& tagStreams = {}) const;
 
-    // A preset's entries on every editor, each editor's changes in order.
+    /// A preset's entries on every editor, each editor's changes in order.
     void applyPresetEntries(const std::vector<PresetItemEntry>& entries) const;
 
     // --- Questions: true if any editor says so
@@ -76,8 +76,8 @@ public:
     bool haveWrittenValues(const std::vector<TagName>& tagNames) const;
     bool isValueEdited(const TagName& tagName) const;
     bool canEditValue(const TagName& tagName) const;
-    // The distinct texts over the editors; the second one counts an editor without a value as
-    // the empty text.
+    /// The distinct texts over the editors; the second one counts an editor without a value as
+    /// the empty text.
     std::set<std::string> originalValues(const TagName& tagName) const;
     std::set<std::string> currentOrEmptyValues(const TagName& tagName) const;
 
@@ -98,8 +98,8 @@ public:
     void setXmpTextLocation(const TypedTagValue<TextLocation>& value) const;
     void setGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
 
-    // Each family accessor of one editor, on the selection: a getter answers when all editors
-    // agree, a predicate when any editor says so, a setter or a turn applies to every editor.
+    /// Each family accessor of one editor, on the selection: a getter answers when all editors
+    /// agree, a predicate when any editor says so, a setter or a turn applies to every editor.
     std::optional<Latitude> exifGPSLatitude() const;
     std::optional<Longitude> exifGPSLongitude() const;
     std::optional<Altitude> exifGPSAltitude() const;
@@ -197,7 +197,7 @@ public:
     void clearExifPreview() const;
     void restoreExifPreview() const;
 
-    // The GPS part from EXIF, else XMP, else QuickTime; the text part from IPTC, else XMP.
+    /// The GPS part from EXIF, else XMP, else QuickTime; the text part from IPTC, else XMP.
     std::optional<Location> location() const;
     void setLocation(const TypedTagValue<Location>& value) const;
 
@@ -209,18 +209,18 @@ public:
     void rotateRightOrientation() const;
 
     // --- Copy and paste
-    // The pairs on which all editors agree (a tag without a value counts as the empty text),
-    // handed to the pasteboard and returned.
+    /// The pairs on which all editors agree (a tag without a value counts as the empty text),
+    /// handed to the pasteboard and returned.
     std::vector<TagPair> copyTags(const std::vector<TagName>& tagNames,
                                   TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
-    // The same over the catalogue's items of each stream, in order.
+    /// The same over the catalogue's items of each stream, in order.
     std::vector<TagPair> copyTags(const std::vector<TagStream>& tagStreams,
                                   TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
-    // The pasteboard's pairs whose names are among `tagNames`, through `setValues`.
+    /// The pasteboard's pairs whose names are among `tagNames`, through `setValues`.
     void pasteTags(const std::vector<TagName>& tagNames,
                    TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
-    // Every pasteboard pair, normalised by its item's converter; with `clearOther`, the tags each
-    // editor holds in the pairs' families are cleared first.
+    /// Every pasteboard pair, normalised by its item's converter; with `clearOther`, the tags each
+    /// editor holds in the pairs' families are cleared first.
     void pasteTags(bool clearOther, TagPasteboard& pasteboard = *TagPasteboard::shared()) const;
 
 private:

@@ -5,8 +5,8 @@
 
 namespace corvane {
 
-// An opaque handle on one photo-library asset: its local identifier, which the photo-library
-// bridge resolves when it reads or writes the asset. A storage only carries it around.
+/// An opaque handle on one photo-library asset: its local identifier, which the photo-library
+/// bridge resolves when it reads or writes the asset. A storage only carries it around.
 class AssetHandle {
 public:
     explicit AssetHandle(std::string localIdentifier);

@@ -17,13 +17,13 @@ namespace corvane {
 
 class TagItem;
 
-// Reads storages through ExifTool: all files of the read go to one ExifTool run ("-g0:1 -j"), whose
-// one JSON array is decoded into one storage per file. Values are kept under the catalogue's tag
-// names; tags the catalogue doesn't know are dropped. Folders (sources without path extension) are
-// not read: each gets an empty storage.
-//
-// Construct, call `readStorages()` once, discard. `readStorages()` blocks; progress callbacks come
-// from the thread that runs ExifTool.
+/// Reads storages through ExifTool: all files of the read go to one ExifTool run ("-g0:1 -j"), whose
+/// one JSON array is decoded into one storage per file. Values are kept under the catalogue's tag
+/// names; tags the catalogue doesn't know are dropped. Folders (sources without path extension) are
+/// not read: each gets an empty storage.
+///
+/// Construct, call `readStorages()` once, discard. `readStorages()` blocks; progress callbacks come
+/// from the thread that runs ExifTool.
 class ETTagStorageReader : public TagStorageReader {
 public:
     class Settings : public TagStorageReaderSettings<ETTagStorageReader> {
@@ -79,7 +79,7 @@ public:
 
     enum class ReadError { readerOutputIsEmpty, dataDecodingFailed };
 
-    // Thrown by the reader; `what()` is the message of the case.
+    /// Thrown by the reader; `what()` is the message of the case.
     using ReadException = CaseException<ReadError>;
 
     explicit ETTagStorageReader(Settings settings);
@@ -87,25 +87,25 @@ public:
     ETTagStorageReader& operator=(const ETTagStorageReader&) = delete;
 
     const Settings& settings() const { return settings_; }
-    // The progress of the ExifTool run under way (or ended).
+    /// The progress of the ExifTool run under way (or ended).
     double progress() const override;
     const ETProcess& process() const { return process_; }
 
-    // One storage per folder source and per file that ExifTool reported, under the source's URL.
-    // Throws ETOutputException when ExifTool fails or reports errors that the settings don't excuse,
-    // nlohmann::json::parse_error when its output isn't JSON, and ReadException(dataDecodingFailed)
-    // when the JSON has another shape. `onEndHandler` is only called on success.
+    /// One storage per folder source and per file that ExifTool reported, under the source's URL.
+    /// Throws ETOutputException when ExifTool fails or reports errors that the settings don't excuse,
+    /// nlohmann::json::parse_error when its output isn't JSON, and ReadException(dataDecodingFailed)
+    /// when the JSON has another shape. `onEndHandler` is only called on success.
     TagStorageMap readStorages() override;
 
-    // Decodes the JSON array that "exiftool -g0:1 -j" prints into storages of `sources`, in the
-    // array's order. Records that name no source are dropped. Throws as `readStorages()` does for
-    // output that isn't JSON or is JSON of another shape.
+    /// Decodes the JSON array that "exiftool -g0:1 -j" prints into storages of `sources`, in the
+    /// array's order. Records that name no source are dropped. Throws as `readStorages()` does for
+    /// output that isn't JSON or is JSON of another shape.
     std::vector<TagStorage> parseExifToolOutput(std::string_view data,
                                                 const std::vector<TagStorageSource>& sources) const;
 
-    // The catalogue entry of a tag that ExifTool printed under the group "g0:g1" as `rawKey`, or
-    // nullptr. Maker-note tags are searched under the maker's name (g1); the QuickTime "Keys" group
-    // also matches after dropping a leading "Camera" and then a trailing "Equivalent".
+    /// The catalogue entry of a tag that ExifTool printed under the group "g0:g1" as `rawKey`, or
+    /// nullptr. Maker-note tags are searched under the maker's name (g1); the QuickTime "Keys" group
+    /// also matches after dropping a leading "Camera" and then a trailing "Equivalent".
     static const TagItem* findTagItem(std::string_view g0, std::string_view g1, std::string_view rawKey);
 
 private:

@@ -19,16 +19,16 @@ namespace corvane {
 
 class TagItem;
 
-// Writes the edited values of storages with ExifTool, in place. The values of all files of a write go
-// into one temporary JSON import file read with "-json=", one group per file, all in one ExifTool run;
-// a folder storage gets a file and a group of its own that applies to every file of the folder. A
-// tag to remove travels as a deletion marker of the writer. Finder resources (dates, Finder tags) are written
-// afterwards without ExifTool. ExifTool writes each file to a temporary copy first and puts the result back
-// into the same file (same inode, extended attributes, owner and mode) only once it is complete, so a file it
-// can't write stays as it was.
-//
-// Construct, call `write()` once, discard. `write()` blocks; progress callbacks come from the thread
-// that runs ExifTool.
+/// Writes the edited values of storages with ExifTool, in place. The values of all files of a write go
+/// into one temporary JSON import file read with "-json=", one group per file, all in one ExifTool run;
+/// a folder storage gets a file and a group of its own that applies to every file of the folder. A
+/// tag to remove travels as a deletion marker of the writer. Finder resources (dates, Finder tags) are written
+/// afterwards without ExifTool. ExifTool writes each file to a temporary copy first and puts the result back
+/// into the same file (same inode, extended attributes, owner and mode) only once it is complete, so a file it
+/// can't write stays as it was.
+///
+/// Construct, call `write()` once, discard. `write()` blocks; progress callbacks come from the thread
+/// that runs ExifTool.
 class ETTagStorageWriter : public TagStorageWriter {
 public:
     class Settings : public TagStorageWriterSettings<ETTagStorageWriter> {
@@ -78,23 +78,23 @@ public:
         outputIsMissing,
     };
 
-    // Thrown by the writer; `what()` is the message of the case.
+    /// Thrown by the writer; `what()` is the message of the case.
     using WriteException = CaseException<WriteError>;
 
     /// What a write did to one storage's file (or folder), from what ExifTool reported for it.
     struct FileOutcome {
         enum class Status {
-            written,   // changed
-            unchanged, // nothing to write, or ExifTool found nothing to change
-            failed,    // ExifTool reported an error for it, or a stopped run never reached it; the
-                       // file is as it was
-            unknown,   // the run was stopped (time limit, cancel, crash) while on this file
+            written,   ///< changed
+            unchanged, ///< nothing to write, or ExifTool found nothing to change
+            failed,    ///< ExifTool reported an error for it, or a stopped run never reached it; the
+                       ///< file is as it was
+            unknown,   ///< the run was stopped (time limit, cancel, crash) while on this file
         };
         std::filesystem::path url;
         Status status = Status::unchanged;
-        // ExifTool's reason for `failed`, or the run's failure when it was stopped.
+        /// ExifTool's reason for `failed`, or the run's failure when it was stopped.
         std::string reason;
-        // ExifTool's warnings about the file (minor errors it passed over among them).
+        /// ExifTool's warnings about the file (minor errors it passed over among them).
         std::vector<std::string> warnings;
     };
 
@@ -116,16 +116,16 @@ public:
     ETTagStorageWriter& operator=(const ETTagStorageWriter&) = delete;
 
     const Settings& settings() const { return settings_; }
-    // The progress of the ExifTool run under way (or ended).
+    /// The progress of the ExifTool run under way (or ended).
     double progress() const override;
     const ETProcess& process() const { return process_; }
 
-    // Writes `settings().storages()` between the start and end callbacks. Throws WriteException when
-    // the import file can't be made (no file has changed then), or ETOutputException when ExifTool
-    // reports errors that the settings don't excuse (files of the run before the failing one may have
-    // changed). `onEndHandler` is only called on success.
+    /// Writes `settings().storages()` between the start and end callbacks. Throws WriteException when
+    /// the import file can't be made (no file has changed then), or ETOutputException when ExifTool
+    /// reports errors that the settings don't excuse (files of the run before the failing one may have
+    /// changed). `onEndHandler` is only called on success.
     void write() override;
-    // The same work on another list of storages, without the start and end callbacks.
+    /// The same work on another list of storages, without the start and end callbacks.
     void writeStorages(const std::vector<TagStorage>& storages);
     /// One outcome per storage of the last write, in the storages' order; also after a failure.
     /// A storage with an edited value that can't be written as it stands (see
@@ -133,24 +133,24 @@ public:
     /// the tag.
     const std::vector<FileOutcome>& outcomes() const { return outcomes_; }
 
-    // The import record of one storage: "SourceFile" (the file, or "*" for every file of a folder),
-    // then the values to write under their "Stream:Key" names, the IPTC character set and digest
-    // entries the settings ask for, and XMP:XMPToolkit (`KitSettings::xmpToolkit()`) when XMP is
-    // written. Nothing when the storage has nothing for ExifTool to write.
+    /// The import record of one storage: "SourceFile" (the file, or "*" for every file of a folder),
+    /// then the values to write under their "Stream:Key" names, the IPTC character set and digest
+    /// entries the settings ask for, and XMP:XMPToolkit (`KitSettings::xmpToolkit()`) when XMP is
+    /// written. Nothing when the storage has nothing for ExifTool to write.
     std::optional<nlohmann::ordered_json> importRecord(const TagStorage& storage) const;
 
-    // The imported value that deletes a tag: a random token of this writer, which no value to write
-    // can be, so that "-" and every other text are written as typed.
+    /// The imported value that deletes a tag: a random token of this writer, which no value to write
+    /// can be, so that "-" and every other text are written as typed.
     const std::string& deletionMarker() const { return deletionMarker_; }
 
-    // The file ExifTool acts on: the temporary copy of a photo-library asset, else the source's file
-    // or folder.
+    /// The file ExifTool acts on: the temporary copy of a photo-library asset, else the source's file
+    /// or folder.
     static std::filesystem::path targetURL(const TagStorage& storage);
-    // Batch 0 holds every file storage, in order; each folder storage follows in a batch of its own.
+    /// Batch 0 holds every file storage, in order; each folder storage follows in a batch of its own.
     static std::vector<std::vector<const TagStorage*>> splitStorages(const std::vector<TagStorage>& storages);
 
 private:
-    // The import form of one value: the deletion marker for a blank text, an array for a list.
+    /// The import form of one value: the deletion marker for a blank text, an array for a list.
     nlohmann::ordered_json importEntry(const TagItem& item, const std::string& string) const;
     void fillTagValues(const TagStorage& storage, nlohmann::ordered_json& values) const;
     void updateIPTCCharSet(const TagStorage& storage, nlohmann::ordered_json& values) const;

@@ -8,8 +8,8 @@
 
 namespace corvane {
 
-// Where a storage reads from: a file or folder, or a photo-library asset together with the
-// local file that stands for it, and the password an engine may need to open the file.
+/// Where a storage reads from: a file or folder, or a photo-library asset together with the
+/// local file that stands for it, and the password an engine may need to open the file.
 class TagStorageSource {
 public:
     explicit TagStorageSource(std::filesystem::path url, std::optional<AssetHandle> asset = std::nullopt,
@@ -19,13 +19,13 @@ public:
     const std::optional<AssetHandle>& asset() const { return asset_; }
     const std::optional<std::string>& password() const { return password_; }
 
-    // A folder is a URL without path extension; the file system isn't asked.
+    /// A folder is a URL without path extension; the file system isn't asked.
     bool isFolder() const;
     bool isAsset() const { return asset_.has_value(); }
 
-    // A copy with this URL and no asset; the password is kept.
+    /// A copy with this URL and no asset; the password is kept.
     TagStorageSource withURL(std::filesystem::path url) const;
-    // A copy with this password and no asset; the URL is kept.
+    /// A copy with this password and no asset; the URL is kept.
     TagStorageSource withPassword(std::optional<std::string> password) const;
 
     friend bool operator==(const TagStorageSource&, const TagStorageSource&) = default;

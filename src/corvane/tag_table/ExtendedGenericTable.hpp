@@ -108,7 +108,7 @@ protected:
     /// follow their request's objects hook in here.
     void didStoreRequest() {}
 
-    // Only inside a pass of `atomic()`.
+    /// Only inside a pass of `atomic()`.
     TableRequest& nonAtomicRequest() { return nonAtomicRequest_; }
     ContentRef& nonAtomicContent() { return nonAtomicContent_; }
 

@@ -21,9 +21,9 @@ public:
         std::string value;
         friend bool operator==(const Single&, const Single&) = default;
     };
-    // Shared, so that copying a table's content doesn't copy thousands of per-file values.
+    /// Shared, so that copying a table's content doesn't copy thousands of per-file values.
     struct Multiple {
-        std::shared_ptr<const std::vector<std::string>> values; // ascending
+        std::shared_ptr<const std::vector<std::string>> values; ///< ascending
         friend bool operator==(const Multiple& a, const Multiple& b) { return *a.values == *b.values; }
     };
     struct None {

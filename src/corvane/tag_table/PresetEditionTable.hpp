@@ -37,7 +37,7 @@ private:
                                       PresetEditionTableReloadType>;
     explicit PresetEditionTable(Request request) : ExtendedGenericTable(std::move(request)) {}
 
-    // Follows the preset of the stored request: observes its entries, and no other preset's.
+    /// Follows the preset of the stored request: observes its entries, and no other preset's.
     void didStoreRequest();
     void presetDidChangeEntries(const Notification& note);
 

@@ -49,7 +49,7 @@ private:
     explicit TagValueTable(Request request) : ExtendedGenericTable(std::move(request)) {}
 
     void historyDidFlush(const Notification& note);
-    // The operation of a partial reload.
+    /// The operation of a partial reload.
     void reloadValues(const HistoryEdition& history);
 
     NoteSubscriber tagSetManagerDidEditSetsSubcriber_;

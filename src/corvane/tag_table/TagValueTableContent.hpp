@@ -46,7 +46,7 @@ private:
     friend class BasicTableContent<TagValueTableContent, TagValueTableRequest, TagValueEntry>;
     void reloadEntries();
     void selectionDidChange() { reloadValueSet(); }
-    // Sets the row's object value through the request's `convert`, if any.
+    /// Sets the row's object value through the request's `convert`, if any.
     void convert(TagValueRow& row) const;
 
     TagValueSet valueSet_;

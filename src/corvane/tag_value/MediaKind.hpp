@@ -8,7 +8,7 @@
 
 namespace corvane {
 
-// The medium of a file format. The raw value is the case name.
+/// The medium of a file format. The raw value is the case name.
 class MediaKind {
 public:
     enum Case : uint8_t { audio, image, movie, sidecar, other };
@@ -20,12 +20,12 @@ public:
     std::string_view rawValue() const;
     std::string_view name() const { return rawValue(); }
     static std::optional<MediaKind> fromRawValue(std::string_view raw);
-    // audio, image, movie, sidecar, other.
+    /// audio, image, movie, sidecar, other.
     static const std::vector<MediaKind>& allCases();
 
-    // The key of the kind's display name in the string table ("MediaKindImage").
+    /// The key of the kind's display name in the string table ("MediaKindImage").
     std::string_view localizationKey() const;
-    // The display name in the user's language.
+    /// The display name in the user's language.
     std::string localizedName() const;
 
     friend constexpr bool operator==(MediaKind a, MediaKind b) { return a.case_ == b.case_; }

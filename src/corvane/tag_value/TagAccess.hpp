@@ -8,15 +8,15 @@
 
 namespace corvane {
 
-// What may be done with one metadata family in one file format. Encoded in
-// JSON by its raw value ("N", "R", "RW", "RWC").
+/// What may be done with one metadata family in one file format. Encoded in
+/// JSON by its raw value ("N", "R", "RW", "RWC").
 class TagAccess {
 public:
     enum Case : uint8_t {
-        n,   // the family does not occur in the format
-        r,   // read only
-        rw,  // existing tags may be changed, new ones may not be added
-        rwc, // tags, or the whole family, may also be created
+        n,   ///< the family does not occur in the format
+        r,   ///< read only
+        rw,  ///< existing tags may be changed, new ones may not be added
+        rwc, ///< tags, or the whole family, may also be created
     };
 
     constexpr TagAccess() = default;
@@ -38,7 +38,7 @@ private:
 };
 
 void to_json(nlohmann::json& j, const TagAccess& access);
-// Throws std::invalid_argument for anything but one of the four raw values.
+/// Throws std::invalid_argument for anything but one of the four raw values.
 void from_json(const nlohmann::json& j, TagAccess& access);
 
 } // namespace corvane

@@ -10,14 +10,14 @@
 
 namespace corvane {
 
-// The tag catalogue as loaded from the data compiled into the library
-// (data/catalogue.tsv, written by scripts/generate-catalogue). It is parsed
-// once, on first use, and immutable afterwards, so every query below is a
-// lock-free read from any thread. TagStream, TagName and TagItem answer their
-// catalogue questions through it.
+/// The tag catalogue as loaded from the data compiled into the library
+/// (data/catalogue.tsv, written by scripts/generate-catalogue). It is parsed
+/// once, on first use, and immutable afterwards, so every query below is a
+/// lock-free read from any thread. TagStream, TagName and TagItem answer their
+/// catalogue questions through it.
 class TagCatalogue {
 public:
-    // Everything the catalogue knows about one family.
+    /// Everything the catalogue knows about one family.
     struct Family {
         const TagStream* stream = nullptr;
         int index = 0; // place in the display order
@@ -43,7 +43,7 @@ public:
         return it == f->itemsByKey.end() ? nullptr : it->second;
     }
 
-    // The raw catalogue text compiled into the library.
+    /// The raw catalogue text compiled into the library.
     static std::string_view data();
 
     TagCatalogue(const TagCatalogue&) = delete;

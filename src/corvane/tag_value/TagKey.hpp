@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-// A tag's name inside its family ("Artist", "By-line").
+/// A tag's name inside its family ("Artist", "By-line").
 class TagKey {
 public:
     TagKey() = default;

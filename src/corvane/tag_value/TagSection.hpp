@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-// The title of a group of rows in a tag set or a table ("Camera", "GPS And
-// Location"). Any text is a section; there is no closed list.
+/// The title of a group of rows in a tag set or a table ("Camera", "GPS And
+/// Location"). Any text is a section; there is no closed list.
 class TagSection {
 public:
     TagSection() = default;
@@ -15,7 +15,7 @@ public:
     TagSection(const char* rawValue) : rawValue_(rawValue) {}
 
     const std::string& rawValue() const { return rawValue_; }
-    // The title in the user's language, from the "Sections" string table.
+    /// The title in the user's language, from the "Sections" string table.
     std::string localizedName() const;
 
     friend bool operator==(const TagSection&, const TagSection&) = default;
@@ -25,7 +25,7 @@ private:
     std::string rawValue_;
 };
 
-// A section stands in JSON as its text.
+/// A section stands in JSON as its text.
 void to_json(nlohmann::json& j, const TagSection& section);
 void from_json(const nlohmann::json& j, TagSection& section);
 

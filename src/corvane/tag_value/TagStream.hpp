@@ -10,8 +10,8 @@ namespace corvane {
 
 class TagItem;
 
-// A metadata family, named as ExifTool names its family-0 group ("EXIF",
-// "IPTC", "XMP", ...) or, for maker notes, the maker's family-1 group ("Canon").
+/// A metadata family, named as ExifTool names its family-0 group ("EXIF",
+/// "IPTC", "XMP", ...) or, for maker notes, the maker's family-1 group ("Canon").
 class TagStream {
 public:
     TagStream() = default;
@@ -22,21 +22,21 @@ public:
     friend bool operator==(const TagStream&, const TagStream&) = default;
     friend auto operator<=>(const TagStream& a, const TagStream& b) { return a.rawValue_ <=> b.rawValue_; }
 
-    // Every family of the catalogue, in catalogue order.
+    /// Every family of the catalogue, in catalogue order.
     static const std::vector<TagStream>& allCases();
-    // The families that hold maker notes; they fold to streamMakerNotes.
+    /// The families that hold maker notes; they fold to streamMakerNotes.
     static const std::vector<TagStream>& makerStreams();
 
-    // Place in the display order: File, EXIF, IPTC, XMP, then the rest of
-    // allCases in catalogue order. Absent for a family outside allCases.
+    /// Place in the display order: File, EXIF, IPTC, XMP, then the rest of
+    /// allCases in catalogue order. Absent for a family outside allCases.
     std::optional<int> index() const;
-    // Deliberately non-strict for two indexed families (rhs >= lhs).
+    /// Deliberately non-strict for two indexed families (rhs >= lhs).
     static bool sortWithIndex(const TagStream& lhs, const TagStream& rhs);
 
     bool isG0Stream() const;
     bool isMakerStream() const;
     TagStream makerFamilyFixed() const;
-    // Catalogue entries of this family, sorted; empty for an unknown family.
+    /// Catalogue entries of this family, sorted; empty for an unknown family.
     const std::vector<const TagItem*>& items() const;
 
     static const TagStream streamAFCP;

@@ -7,14 +7,14 @@
 
 namespace corvane {
 
-// The two edit intentions in storage form, read by every operation that takes
-// an optional string value: the empty string clears the tag in the file,
-// no string at all takes the edit back.
+/// The two edit intentions in storage form, read by every operation that takes
+/// an optional string value: the empty string clears the tag in the file,
+/// no string at all takes the edit back.
 inline const std::optional<std::string> TagValueClear{std::string()};
 inline const std::optional<std::string> TagValueRestore{};
 
-// A typed edit of one tag: set a value, clear the tag from the file, or
-// restore the value read from the file.
+/// A typed edit of one tag: set a value, clear the tag from the file, or
+/// restore the value read from the file.
 template <typename T> class TypedTagValue {
 public:
     enum class Case { value, clear, restore };
@@ -22,7 +22,7 @@ public:
     static TypedTagValue value(T v) { return TypedTagValue(Storage(std::in_place_index<0>, std::move(v))); }
     static TypedTagValue clear() { return TypedTagValue(Storage(std::in_place_index<1>)); }
     static TypedTagValue restore() { return TypedTagValue(Storage(std::in_place_index<2>)); }
-    // A value gives `value`, no value gives `clear` (never `restore`).
+    /// A value gives `value`, no value gives `clear` (never `restore`).
     static TypedTagValue optional(const std::optional<T>& v) { return v ? value(*v) : clear(); }
 
     Case kind() const { return static_cast<Case>(storage_.index()); }
@@ -30,12 +30,12 @@ public:
     bool isClear() const { return storage_.index() == 1; }
     bool isRestore() const { return storage_.index() == 2; }
 
-    // The value of the `value` case, nullptr otherwise.
+    /// The value of the `value` case, nullptr otherwise.
     const T* getIf() const { return std::get_if<0>(&storage_); }
-    // The value of the `value` case; only valid for that case.
+    /// The value of the `value` case; only valid for that case.
     const T& get() const { return std::get<0>(storage_); }
 
-    // The storage form: the value through `toString`, TagValueClear or TagValueRestore.
+    /// The storage form: the value through `toString`, TagValueClear or TagValueRestore.
     template <typename F> std::optional<std::string> storageValue(F&& toString) const {
         switch (kind()) {
         case Case::value:

@@ -64,8 +64,8 @@ protected:
 
     virtual void exportSidecarWithWriter(const MediaType& type, const std::shared_ptr<TagEditor>& editor);
     virtual void exportSidecarWithExifTool(const MediaType& type);
-    // An ICC file is the profile block of each file, as ExifTool gives it ("-ICC_Profile -b"):
-    // it can't be made from tags. A file without a profile is an error that names the sidecar.
+    /// An ICC file is the profile block of each file, as ExifTool gives it ("-ICC_Profile -b"):
+    /// it can't be made from tags. A file without a profile is an error that names the sidecar.
     virtual void exportICCProfiles(const MediaType& type);
 
 private:

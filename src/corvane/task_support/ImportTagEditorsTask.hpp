@@ -14,12 +14,12 @@
 
 namespace corvane {
 
-// Turns files, folders and assets into editors: it keeps the sources whose format may be opened,
-// unfolds folders when asked, reads them all with one engine and makes one editor per storage.
-// With `sourceEditors` it also refreshes editors that exist from what it has read.
-//
-// The results come in no particular order: callers sort. It keeps the default priority, writing,
-// so that an import never reads a file that a save is writing.
+/// Turns files, folders and assets into editors: it keeps the sources whose format may be opened,
+/// unfolds folders when asked, reads them all with one engine and makes one editor per storage.
+/// With `sourceEditors` it also refreshes editors that exist from what it has read.
+///
+/// The results come in no particular order: callers sort. It keeps the default priority, writing,
+/// so that an import never reads a file that a save is writing.
 class ImportTagEditorsTask : public AbstractTask {
 public:
     class Settings {
@@ -54,37 +54,37 @@ public:
     static std::shared_ptr<ImportTagEditorsTask> create(Settings settings);
 
     const Settings& settings() const { return settings_; }
-    // The editors made so far; all of them once the task has ended.
+    /// The editors made so far; all of them once the task has ended.
     std::vector<std::shared_ptr<TagEditor>> importedEditors() const;
 
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
 
-    // The URL's extension names a format of the media table that the library supports.
+    /// The URL's extension names a format of the media table that the library supports.
     static bool canImportEditor(const std::filesystem::path& url);
-    // `canImportEditor`, or the URL has an extension that names no format of the media table: a
-    // file that an import with `readUnlistedFormats` hands to ExifTool.
+    /// `canImportEditor`, or the URL has an extension that names no format of the media table: a
+    /// file that an import with `readUnlistedFormats` hands to ExifTool.
     static bool canReadFile(const std::filesystem::path& url);
-    // Every format of the five media kinds that `KitSettings` supports.
+    /// Every format of the five media kinds that `KitSettings` supports.
     static MediaType::Set supportedTypes();
 
-    // The formats this task keeps: the supported ones, limited by `allowedTypes`.
+    /// The formats this task keeps: the supported ones, limited by `allowedTypes`.
     MediaType::Set types() const;
-    // The sources to read, in the order of `sources`: files of a kept format, folders as they
-    // stand (or their files of a kept format when unfolding), the rest left out in silence.
+    /// The sources to read, in the order of `sources`: files of a kept format, folders as they
+    /// stand (or their files of a kept format when unfolding), the rest left out in silence.
     std::vector<TagStorageSource> sourcesToImport(const MediaType::Set& types) const;
 
 protected:
     void internProcess() override;
 
-    // One ExifTool run over all sources; a failure of the run leaves no editor.
+    /// One ExifTool run over all sources; a failure of the run leaves no editor.
     virtual void importWithExiftool();
-    // Through the image I/O engine, file by file on `subprocessQueue()`: a file that can't be read
-    // (or isn't of a kept format, or is a folder) adds its error, and the others are imported.
+    /// Through the image I/O engine, file by file on `subprocessQueue()`: a file that can't be read
+    /// (or isn't of a kept format, or is a folder) adds its error, and the others are imported.
     virtual void importWithCoreImage();
 
 private:
-    // Reads the sources in one ExifTool run and appends an editor per storage.
+    /// Reads the sources in one ExifTool run and appends an editor per storage.
     void readWithExifTool(std::vector<TagStorageSource> sources, bool ignoreMinorErrors);
     void appendEditors(std::vector<std::shared_ptr<TagEditor>> editors);
     void reloadSourceEditors();

@@ -74,9 +74,9 @@ protected:
 
 private:
     using Values = std::unordered_map<TagName, std::string>;
-    // Leaves out the excluded names and streams.
+    /// Leaves out the excluded names and streams.
     Values filtered(Values values) const;
-    // Sets on each editor the values that change it.
+    /// Sets on each editor the values that change it.
     void applyValues(const Values& values);
 
     const Settings settings_;

@@ -14,14 +14,14 @@
 
 namespace corvane {
 
-// Writes the edits of editors to their files and photo-library assets. ExifTool editors are written
-// together in one ExifTool run; image I/O editors file by file. Assets are copied out to their
-// temporary files first and replaced in the photo library after every file is written.
-//
-// Each editor is flushed before the write: its written values become originals and the storage as
-// it stood, with its edits, is what gets written. A failed write leaves its error in `errors()` and
-// doesn't bring the edits back; a caller that needs the true state reloads the files. Each file's
-// outcome, from what the engine reported for it, is kept in `fileOutcomes()`.
+/// Writes the edits of editors to their files and photo-library assets. ExifTool editors are written
+/// together in one ExifTool run; image I/O editors file by file. Assets are copied out to their
+/// temporary files first and replaced in the photo library after every file is written.
+///
+/// Each editor is flushed before the write: its written values become originals and the storage as
+/// it stood, with its edits, is what gets written. A failed write leaves its error in `errors()` and
+/// doesn't bring the edits back; a caller that needs the true state reloads the files. Each file's
+/// outcome, from what the engine reported for it, is kept in `fileOutcomes()`.
 class SaveTagEditorsTask : public AbstractTask {
 public:
     class Settings {
@@ -56,16 +56,16 @@ public:
 protected:
     void internProcess() override;
 
-    // Each subprocess writes one file through the image I/O engine.
+    /// Each subprocess writes one file through the image I/O engine.
     virtual void saveWithCoreImage(const std::vector<std::shared_ptr<TagEditor>>& editors);
-    // One ExifTool run for the whole group; its error covers the group.
+    /// One ExifTool run for the whole group; its error covers the group.
     virtual void saveWithExifTool(const std::vector<std::shared_ptr<TagEditor>>& editors);
 
 private:
-    // Asks for the photo library when an asset is among the editors; refusal (or no photo
-    // library at all) throws `unauthorizedAccess`.
+    /// Asks for the photo library when an asset is among the editors; refusal (or no photo
+    /// library at all) throws `unauthorizedAccess`.
     void askPhotosLibrary(const std::vector<std::shared_ptr<TagEditor>>& editors) const;
-    // Flushes the editors in one edition session and gives their storages as they stood.
+    /// Flushes the editors in one edition session and gives their storages as they stood.
     static std::vector<TagStorage> flushEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
     void writeStorages(std::vector<TagStorage> storages);
     void recordOutcomes(const std::vector<ETTagStorageWriter::FileOutcome>& outcomes);

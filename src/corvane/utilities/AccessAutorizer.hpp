@@ -50,7 +50,7 @@ public:
 
 private:
     std::optional<std::string> environment(const std::string& name) const;
-    // The value of `key` in the Flatpak description, when present.
+    /// The value of `key` in the Flatpak description, when present.
     std::optional<std::string> flatpakEntry(const std::string& key) const;
 
     std::filesystem::path userHomeFolderURL_;

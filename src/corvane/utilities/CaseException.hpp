@@ -6,9 +6,9 @@
 
 namespace corvane {
 
-// The exception thrown for a case of an error enumeration: `what()` is the
-// case's message, from the `message(E)` function declared beside the
-// enumeration (found by argument-dependent lookup), and `error()` the case.
+/// The exception thrown for a case of an error enumeration: `what()` is the
+/// case's message, from the `message(E)` function declared beside the
+/// enumeration (found by argument-dependent lookup), and `error()` the case.
 template <typename E> class CaseException : public Error {
 public:
     explicit CaseException(E error) : Error(std::string(message(error))), error_(error) {}

@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-// Which storage engines may be used: a set of option bits.
+/// Which storage engines may be used: a set of option bits.
 class EngineOption {
 public:
     using RawValue = std::int64_t;

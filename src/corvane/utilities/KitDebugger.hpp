@@ -12,12 +12,12 @@
 
 namespace corvane {
 
-// The optional debug log file. No levels: one line per entry. A new log gets
-// a header (date, application facts, library facts) ending with a line of 40
-// dashes and an empty line; a file that already exists is appended to.
-// ExifTool traffic goes in as lines beginning "EXIFTOOL " and a marker
-// ("ARGS", "IN", "OUT", "ERR"), one line of the log per line of traffic.
-// Any thread may log; appends are serialised by `atomic`.
+/// The optional debug log file. No levels: one line per entry. A new log gets
+/// a header (date, application facts, library facts) ending with a line of 40
+/// dashes and an empty line; a file that already exists is appended to.
+/// ExifTool traffic goes in as lines beginning "EXIFTOOL " and a marker
+/// ("ARGS", "IN", "OUT", "ERR"), one line of the log per line of traffic.
+/// Any thread may log; appends are serialised by `atomic`.
 class KitDebugger {
 public:
     enum class Traffic { arguments, input, output, error };
@@ -30,24 +30,24 @@ public:
     KitDebugger& operator=(const KitDebugger&) = delete;
 
     bool isLogEnabled() const;
-    // Opens (or creates) the file and writes the header; by default
-    // "corvane-debug.log" beside the user defaults. False when it can't be opened.
+    /// Opens (or creates) the file and writes the header; by default
+    /// "corvane-debug.log" beside the user defaults. False when it can't be opened.
     bool enableLog(std::optional<std::filesystem::path> url = std::nullopt);
     void disableLog();
     std::optional<std::filesystem::path> logFileURL() const;
 
-    // The text is only computed when the log is on.
+    /// The text is only computed when the log is on.
     template <std::invocable F> void log(F&& text) {
         if (isLogEnabled()) appendLogFile(std::string(text()), false);
     }
     void log(std::string_view text) {
         if (isLogEnabled()) appendLogFile(std::string(text), false);
     }
-    // As log(), and to standard output too (even with the log off).
+    /// As log(), and to standard output too (even with the log off).
     template <std::invocable F> void print(F&& text) { appendLogFile(std::string(text()), true); }
     void print(std::string_view text) { appendLogFile(std::string(text), true); }
 
-    // ExifTool process traffic.
+    /// ExifTool process traffic.
     template <std::invocable F> void logExifTool(Traffic kind, F&& text) {
         if (isLogEnabled()) appendLogFile(kind, std::string(text()));
     }
@@ -55,10 +55,10 @@ public:
         if (isLogEnabled()) appendLogFile(kind, std::string(text));
     }
 
-    // Facts about the application shown in the header, by key
-    // ("CFBundleName", "CFBundleIdentifier", "CFBundleExecutable",
-    // "CFBundleLongVersionString", "CFBundleShortVersionString"). By default the
-    // name and the path of the running program.
+    /// Facts about the application shown in the header, by key
+    /// ("CFBundleName", "CFBundleIdentifier", "CFBundleExecutable",
+    /// "CFBundleLongVersionString", "CFBundleShortVersionString"). By default the
+    /// name and the path of the running program.
     void setApplicationInfo(std::map<std::string, std::string> info);
     std::string buildDebugHeader() const;
 

@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-// One formatting argument of a localised text: a text, an integer or a
-// floating-point number.
+/// One formatting argument of a localised text: a text, an integer or a
+/// floating-point number.
 class LocalizerArgument {
 public:
     using Value = std::variant<std::string, long long, double>;
@@ -22,7 +22,7 @@ public:
     template <std::floating_point T> LocalizerArgument(T number) : value_(static_cast<double>(number)) {}
 
     const Value& value() const { return value_; }
-    // The integer value, if the argument is a whole number.
+    /// The integer value, if the argument is a whole number.
     bool isInteger() const { return std::holds_alternative<long long>(value_); }
     long long integer() const;
     double number() const;

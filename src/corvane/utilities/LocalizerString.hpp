@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-// A key of the default string table, as a typed value.
+/// A key of the default string table, as a typed value.
 class LocalizerString {
 public:
     explicit LocalizerString(std::string rawValue) : rawValue_(std::move(rawValue)) {}
@@ -13,7 +13,7 @@ public:
 
     const std::string& rawValue() const { return rawValue_; }
 
-    // The keys the library uses by name.
+    /// The keys the library uses by name.
     static LocalizerString tagComparisonTagsTitle() { return LocalizerString("TagComparisonTagsTitle"); }
     static LocalizerString mediaKindAudio() { return LocalizerString("MediaKindAudio"); }
     static LocalizerString mediaKindImage() { return LocalizerString("MediaKindImage"); }

@@ -9,9 +9,9 @@
 
 namespace corvane {
 
-// Request-style localisation: set the key, optionally a table and up to four
-// arguments, then ask for the text. Asking without a key, or with five or
-// more arguments, is a programming fault that stops the process.
+/// Request-style localisation: set the key, optionally a table and up to four
+/// arguments, then ask for the text. Asking without a key, or with five or
+/// more arguments, is a programming fault that stops the process.
 class TextLocalizer {
 public:
     TextLocalizer() = default;

@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-// A height in metres, kept with its sign; the reference tells above or below
-// sea level the way EXIF writes it ("0" or "1").
+/// A height in metres, kept with its sign; the reference tells above or below
+/// sea level the way EXIF writes it ("0" or "1").
 class Altitude {
 public:
     enum class Reference { above, below };

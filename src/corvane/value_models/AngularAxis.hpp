@@ -9,10 +9,10 @@
 
 namespace corvane {
 
-// What Latitude and Longitude share: signed decimal degrees, their parts in
-// degrees, minutes and seconds (derived once), and the side of the reference
-// line. `Ref` lists the positive side first; `Derived` names the one-letter raw
-// value of each side, in the same order, in `rawReferences`.
+/// What Latitude and Longitude share: signed decimal degrees, their parts in
+/// degrees, minutes and seconds (derived once), and the side of the reference
+/// line. `Ref` lists the positive side first; `Derived` names the one-letter raw
+/// value of each side, in the same order, in `rawReferences`.
 template <typename Derived, typename Ref> class AngularAxis {
 public:
     using Reference = Ref;
@@ -31,13 +31,13 @@ public:
         return z;
     }
 
-    // Signed decimal degrees.
+    /// Signed decimal degrees.
     double value() const { return value_; }
-    // Seconds part of the position, 0 up to 60, with its fraction.
+    /// Seconds part of the position, 0 up to 60, with its fraction.
     double seconds() const { return seconds_; }
-    // Absolute decimal degrees, with their fraction.
+    /// Absolute decimal degrees, with their fraction.
     double degrees() const { return degrees_; }
-    // Minutes part of the position, 0 up to 60, the seconds as a fraction.
+    /// Minutes part of the position, 0 up to 60, the seconds as a fraction.
     double minutes() const { return minutes_; }
     Reference reference() const { return reference_; }
 
@@ -51,7 +51,7 @@ public:
     }
 
 protected:
-    // From signed decimal degrees; NaN counts as the negative side.
+    /// From signed decimal degrees; NaN counts as the negative side.
     explicit AngularAxis(double value) : AngularAxis(value, AxisParts(value)) {}
 
 private:

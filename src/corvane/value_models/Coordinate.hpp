@@ -8,15 +8,15 @@
 
 namespace corvane {
 
-// A plain latitude and longitude pair in signed decimal degrees, the form
-// location services exchange.
+/// A plain latitude and longitude pair in signed decimal degrees, the form
+/// location services exchange.
 struct LocationCoordinate2D {
     double latitude = 0;
     double longitude = 0;
     friend bool operator==(const LocationCoordinate2D&, const LocationCoordinate2D&) = default;
 };
 
-// A position on the globe.
+/// A position on the globe.
 class Coordinate {
 public:
     Coordinate(Latitude latitude, Longitude longitude) : latitude_(latitude), longitude_(longitude) {}
@@ -30,7 +30,7 @@ public:
 
     LocationCoordinate2D locationCoordinate2D() const { return {latitude_.value(), longitude_.value()}; }
 
-    // The two values in their shortest round-trip text, "40.2, -75.5".
+    /// The two values in their shortest round-trip text, "40.2, -75.5".
     std::string description() const;
 
     friend bool operator==(const Coordinate&, const Coordinate&) = default;

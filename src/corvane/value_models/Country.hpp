@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-// An ISO 3166-1 country: its alpha-2, alpha-3 and numeric codes. The rows of
-// the table, their order and their few irregularities live in CountryTable.inc.
+/// An ISO 3166-1 country: its alpha-2, alpha-3 and numeric codes. The rows of
+/// the table, their order and their few irregularities live in CountryTable.inc.
 class Country {
 public:
     Country() = default;
@@ -23,25 +23,25 @@ public:
 #define CORVANE_COUNTRY(name, english, a2, a3, num) static const Country& name();
 #include "corvane/value_models/CountryTable.inc"
 #undef CORVANE_COUNTRY
-    // Kept out of allCases(), but still a constant.
+    /// Kept out of allCases(), but still a constant.
     static const Country& algeria();
 
-    // Every country of the table, in the alphabetical order of the English names.
+    /// Every country of the table, in the alphabetical order of the English names.
     static const std::vector<Country>& allCases();
 
-    // The country with this alpha-2, alpha-3 or numeric code, in any case.
-    // Built once: a later row replaces an earlier one on the same code.
+    /// The country with this alpha-2, alpha-3 or numeric code, in any case.
+    /// Built once: a later row replaces an earlier one on the same code.
     static std::optional<Country> from(std::string_view code);
 
-    // True if `code` is one of the three codes exactly (case-sensitive).
+    /// True if `code` is one of the three codes exactly (case-sensitive).
     bool hasCode(std::string_view code) const;
 
-    // The name in the user's language, from the "Country3166a3" strings table
-    // (key "Country3166a3:" + alpha3); the alpha3 code for a country not in it.
+    /// The name in the user's language, from the "Country3166a3" strings table
+    /// (key "Country3166a3:" + alpha3); the alpha3 code for a country not in it.
     std::string localizedName() const;
-    // localizedName, " (", alpha2, ", ", alpha3, ", ", numeric. No closing bracket.
+    /// localizedName, " (", alpha2, ", ", alpha3, ", ", numeric. No closing bracket.
     std::string localizedDescription() const;
-    // The English text of the same strings table (empty for a country not in it).
+    /// The English text of the same strings table (empty for a country not in it).
     std::string englishName() const;
 
     friend bool operator==(const Country&, const Country&) = default;

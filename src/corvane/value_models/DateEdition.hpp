@@ -14,31 +14,31 @@
 
 namespace corvane {
 
-// A user's batch change of a date, stored, shown and applied as a small
-// command: "SELECT(YY: 2021)", "UPDATE(...)", "SHIFT(hh: 2)", "RESTORE()",
-// "REMOVE()".
+/// A user's batch change of a date, stored, shown and applied as a small
+/// command: "SELECT(YY: 2021)", "UPDATE(...)", "SHIFT(hh: 2)", "RESTORE()",
+/// "REMOVE()".
 class DateEdition {
 public:
-    // Replace the date by exactly the given fields.
+    /// Replace the date by exactly the given fields.
     struct Select {
         DateValues values;
         friend bool operator==(const Select&, const Select&) = default;
     };
-    // Overwrite the given fields, keep the others from the old date.
+    /// Overwrite the given fields, keep the others from the old date.
     struct Update {
         DateValues values;
         friend bool operator==(const Update&, const Update&) = default;
     };
-    // Add the given fields as offsets.
+    /// Add the given fields as offsets.
     struct Shift {
         DateValues values;
         friend bool operator==(const Shift&, const Shift&) = default;
     };
-    // Keep the date as it is.
+    /// Keep the date as it is.
     struct Restore {
         friend bool operator==(const Restore&, const Restore&) = default;
     };
-    // Delete the date.
+    /// Delete the date.
     struct Remove {
         friend bool operator==(const Remove&, const Remove&) = default;
     };
@@ -47,7 +47,7 @@ public:
     enum class DecodingError { notParsableInput };
     static std::string_view message(DecodingError error);
 
-    // Thrown when a JSON value can't be read as an edition.
+    /// Thrown when a JSON value can't be read as an edition.
     using DecodingException = CaseException<DecodingError>;
 
     DateEdition(Case value) : value_(std::move(value)) {}
@@ -59,19 +59,19 @@ public:
     static DateEdition restore() { return Restore{}; }
     static DateEdition remove() { return Remove{}; }
 
-    // Reads the text form; the keyword is case-insensitive, the keys inside are
-    // not. Nothing for nothing or an unreadable text.
+    /// Reads the text form; the keyword is case-insensitive, the keys inside are
+    /// not. Nothing for nothing or an unreadable text.
     static std::optional<DateEdition> fromDescription(const std::optional<std::string>& description);
 
     const Case& value() const { return value_; }
-    // The field values of select, update and shift; nothing for the others.
+    /// The field values of select, update and shift; nothing for the others.
     const DateValues* values() const;
 
     std::string description() const;
-    // The command name in the user's language, then the values in brackets.
+    /// The command name in the user's language, then the values in brackets.
     std::string localizedDescription() const;
 
-    // The edited date: nothing means the date is removed.
+    /// The edited date: nothing means the date is removed.
     std::optional<Date> apply(const std::optional<Date>& date) const;
 
     friend bool operator==(const DateEdition&, const DateEdition&) = default;
@@ -80,7 +80,7 @@ private:
     Case value_;
 };
 
-// The message of a decoding error, as the case exception asks for it.
+/// The message of a decoding error, as the case exception asks for it.
 inline std::string_view message(DateEdition::DecodingError error) {
     return DateEdition::message(error);
 }

@@ -11,8 +11,8 @@
 
 namespace corvane {
 
-// A full calendar date and time of day, without a zone: the fields of the
-// Gregorian calendar in the process's time zone.
+/// A full calendar date and time of day, without a zone: the fields of the
+/// Gregorian calendar in the process's time zone.
 class DateTime {
 public:
     int64_t year = 0;
@@ -32,8 +32,8 @@ public:
     PartialDate partialDate() const { return PartialDate(year, month, day); }
     PartialTime partialTime() const { return PartialTime(hour, minute, second); }
 
-    // The moment of the six fields; the present moment if the calendar can't
-    // build it.
+    /// The moment of the six fields; the present moment if the calendar can't
+    /// build it.
     Date date() const;
     DateComponents dateComponents() const;
 

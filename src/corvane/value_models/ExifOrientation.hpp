@@ -8,8 +8,8 @@ namespace corvane {
 
 class RenamedExifOrientation;
 
-// The EXIF orientation of an image, raw values 1 to 8, with the four
-// transforms a viewer applies: each is a fixed map over the raw values.
+/// The EXIF orientation of an image, raw values 1 to 8, with the four
+/// transforms a viewer applies: each is a fixed map over the raw values.
 class ExifOrientation {
 public:
     enum Case : int {
@@ -24,7 +24,7 @@ public:
     };
 
     constexpr ExifOrientation(Case value) : value_(value) {}
-    // Nothing outside 1 to 8.
+    /// Nothing outside 1 to 8.
     static std::optional<ExifOrientation> fromRawValue(int rawValue);
     explicit ExifOrientation(const RenamedExifOrientation& renamed);
     static const std::array<ExifOrientation, 8>& allCases();
@@ -36,7 +36,7 @@ public:
     ExifOrientation verticalMirrored() const;
     ExifOrientation leftRotated() const;
     ExifOrientation rightRotated() const;
-    // The same raw value under its other set of names.
+    /// The same raw value under its other set of names.
     RenamedExifOrientation renamed() const;
 
     friend constexpr bool operator==(ExifOrientation, ExifOrientation) = default;

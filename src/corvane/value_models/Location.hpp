@@ -14,9 +14,9 @@
 
 namespace corvane {
 
-// A place in one flat record: position, height, time, direction and address.
-// This is the form saved locations are stored in (JSON with thirteen keys in
-// snake case).
+/// A place in one flat record: position, height, time, direction and address.
+/// This is the form saved locations are stored in (JSON with thirteen keys in
+/// snake case).
 class Location {
 public:
     using Text = std::optional<std::string>;
@@ -24,10 +24,10 @@ public:
     Location(double latitude, double longitude) : latitude_(latitude), longitude_(longitude) {}
     explicit Location(const Coordinate& coordinate)
         : Location(coordinate.latitude().value(), coordinate.longitude().value()) {}
-    // Altitude keeps its sign; the stamp becomes a moment; text fields come
-    // from `text` where given.
+    /// Altitude keeps its sign; the stamp becomes a moment; text fields come
+    /// from `text` where given.
     Location(const GPSLocation& gps, const std::optional<TextLocation>& text);
-    // Coordinate, altitude and time of a fix; no text.
+    /// Coordinate, altitude and time of a fix; no text.
     explicit Location(const PlatformLocation& location);
 
     double latitude() const { return latitude_; }
@@ -62,12 +62,12 @@ public:
     TextLocation textLocation() const;
     Location withNoStamp() const;
 
-    // JSON object with all thirteen keys, absent values as null. The stamp is a
-    // number of seconds since 2001-01-01 00:00:00 UTC, the reference date of the
-    // platform's JSON coder, so saved locations keep their meaning across hosts.
+    /// JSON object with all thirteen keys, absent values as null. The stamp is a
+    /// number of seconds since 2001-01-01 00:00:00 UTC, the reference date of the
+    /// platform's JSON coder, so saved locations keep their meaning across hosts.
     nlohmann::json toJson() const;
-    // Requires all thirteen keys (null for an absent value) and numeric
-    // latitude and longitude; throws nlohmann::json::exception otherwise.
+    /// Requires all thirteen keys (null for an absent value) and numeric
+    /// latitude and longitude; throws nlohmann::json::exception otherwise.
     static Location fromJson(const nlohmann::json& json);
 
     friend bool operator==(const Location&, const Location&) = default;

@@ -9,22 +9,22 @@
 
 namespace corvane {
 
-// A calendar date without a time: year, month and day as read from a tag.
-// Fields are those of the Gregorian calendar in the process's time zone.
+/// A calendar date without a time: year, month and day as read from a tag.
+/// Fields are those of the Gregorian calendar in the process's time zone.
 class PartialDate {
 public:
     int64_t year = 0;
     int64_t month = 0;
     int64_t day = 0;
 
-    // Today.
+    /// Today.
     PartialDate();
     PartialDate(int64_t year, int64_t month, int64_t day) : year(year), month(month), day(day) {}
     explicit PartialDate(Date date);
     static std::optional<PartialDate> fromOptional(const std::optional<Date>& date);
 
-    // Midnight at the start of the day; the present moment if the calendar
-    // can't build it.
+    /// Midnight at the start of the day; the present moment if the calendar
+    /// can't build it.
     Date date() const;
     DateComponents dateComponents() const;
 

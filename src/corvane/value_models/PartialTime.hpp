@@ -9,22 +9,22 @@
 
 namespace corvane {
 
-// A time of day without a date: hour, minute and second as read from a tag.
+/// A time of day without a date: hour, minute and second as read from a tag.
 class PartialTime {
 public:
     int64_t hour = 0;
     int64_t minute = 0;
     int64_t second = 0;
 
-    // The present time of day.
+    /// The present time of day.
     PartialTime();
     PartialTime(int64_t hour, int64_t minute, int64_t second) : hour(hour), minute(minute), second(second) {}
     explicit PartialTime(Date date);
     static std::optional<PartialTime> fromOptional(const std::optional<Date>& date);
 
-    // The time on January 1, 2000: only the time part has meaning. Fields out of
-    // range roll over by the calendar's rules (25:00 is 01:00 on January 2). The
-    // present moment if the calendar can't build it.
+    /// The time on January 1, 2000: only the time part has meaning. Fields out of
+    /// range roll over by the calendar's rules (25:00 is 01:00 on January 2). The
+    /// present moment if the calendar can't build it.
     Date date() const;
     DateComponents dateComponents() const;
 

@@ -8,8 +8,8 @@ namespace corvane {
 
 class ExifOrientation;
 
-// The EXIF orientation under the names image frameworks use, with the same raw
-// values 1 to 8 and the same transforms as ExifOrientation.
+/// The EXIF orientation under the names image frameworks use, with the same raw
+/// values 1 to 8 and the same transforms as ExifOrientation.
 class RenamedExifOrientation {
 public:
     enum Case : int {
@@ -24,7 +24,7 @@ public:
     };
 
     constexpr RenamedExifOrientation(Case value) : value_(value) {}
-    // Nothing outside 1 to 8.
+    /// Nothing outside 1 to 8.
     static std::optional<RenamedExifOrientation> fromRawValue(int rawValue);
     static const std::array<RenamedExifOrientation, 8>& allCases();
 
@@ -43,7 +43,7 @@ private:
 };
 
 namespace orientation_maps {
-// Raw value to raw value, index 0 unused.
+/// Raw value to raw value, index 0 unused.
 inline constexpr int horizontalMirrored[9] = {0, 2, 1, 4, 3, 6, 5, 8, 7};
 inline constexpr int verticalMirrored[9] = {0, 4, 3, 2, 1, 8, 7, 6, 5};
 inline constexpr int leftRotated[9] = {0, 8, 5, 6, 7, 4, 1, 2, 3};

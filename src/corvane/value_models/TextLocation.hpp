@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-// A place as text: the address fields of the IPTC and XMP location tags.
-// Fields holding nothing but white space are kept as absent.
+/// A place as text: the address fields of the IPTC and XMP location tags.
+/// Fields holding nothing but white space are kept as absent.
 class TextLocation {
 public:
     using Field = std::optional<std::string>;
@@ -28,21 +28,21 @@ public:
 
     bool isEmpty() const;
 
-    // "Louvre, 99 Rue de Rivoli, Paris France FR": place; number and street;
-    // city, state, zip code, country and code.
+    /// "Louvre, 99 Rue de Rivoli, Paris France FR": place; number and street;
+    /// city, state, zip code, country and code.
     std::string formattedAddress() const;
-    // Number and street; city, state and country.
+    /// Number and street; city, state and country.
     std::string shortFormattedAddress() const;
 
-    // The values of the IPTC location tags. The sub-location is the place name,
-    // or else the street number and name.
+    /// The values of the IPTC location tags. The sub-location is the place name,
+    /// or else the street number and name.
     Field iptcSublocation() const;
     const Field& iptcCity() const { return city_; }
     const Field& iptcProvinceState() const { return state_; }
     const Field& iptcCountryName() const { return countryName_; }
     const Field& iptcCountryCode() const { return countryCode_; }
 
-    // Nothing for a string of white space only, the string as it is otherwise.
+    /// Nothing for a string of white space only, the string as it is otherwise.
     static Field nonBlank(const Field& text);
 
     friend bool operator==(const TextLocation&, const TextLocation&) = default;
