@@ -45,30 +45,41 @@ using ValueConverterRef = std::shared_ptr<const ValueConverter>;
 /// override where their kind of value differs.
 template <typename RawType> class TypedValueConverter : public ValueConverter {
 public:
+    /// The natural typed value of the converter's kind.
     using Raw = RawType;
 
+    /// Any value to the typed value; nothing when it doesn't convert.
     virtual std::optional<RawType> typedValueFromNativeValue(const DynamicValue& value) const = 0;
+    /// The typed value of a canonical string; nothing when it doesn't read.
     virtual std::optional<RawType> typedValueFromStringValue(const OptionalString& value) const = 0;
+    /// The canonical string of a typed value; nothing stays nothing.
     virtual OptionalString stringValueFromTypedValue(const std::optional<RawType>& value) const = 0;
 
+    /// The typed value read from the canonical string.
     DynamicValue nativeValueFromStringValue(const OptionalString& value) const override {
         return DynamicValue(typedValueFromStringValue(value));
     }
+    /// The canonical string of the value read as the typed value.
     OptionalString stringValueFromNativeValue(const DynamicValue& value) const override {
         return stringValueFromTypedValue(typedValueFromNativeValue(value));
     }
+    /// A round trip through the typed value.
     OptionalString stringValueFromStringValue(const OptionalString& value) const override {
         return stringValueFromTypedValue(typedValueFromStringValue(value));
     }
+    /// The canonical string.
     OptionalString csvValueFromNativeValue(const DynamicValue& value) const override {
         return stringValueFromNativeValue(value);
     }
+    /// The canonical string, as a JSON string.
     DynamicValue jsonValueFromNativeValue(const DynamicValue& value) const override {
         return DynamicValue(stringValueFromNativeValue(value));
     }
+    /// The typed value.
     DynamicValue coreImageValueFromStringValue(const OptionalString& value) const override {
         return nativeValueFromStringValue(value);
     }
+    /// The JSON value of the string as it stands.
     DynamicValue exifToolValueFromStringValue(const OptionalString& value) const override {
         return jsonValueFromNativeValue(DynamicValue(value));
     }

@@ -30,6 +30,7 @@ struct ETCoordinateReader {
     static std::optional<Coordinate> coordinate(std::string_view line);
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ETCoordinateReader::ReadError error);
 
 } // namespace corvane

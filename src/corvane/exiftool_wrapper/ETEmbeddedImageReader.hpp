@@ -34,6 +34,7 @@ struct ETEmbeddedImageReader {
     Image read() const;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ETEmbeddedImageReader::ReadError error);
 
 } // namespace corvane

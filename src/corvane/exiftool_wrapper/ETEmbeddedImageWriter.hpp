@@ -46,6 +46,7 @@ struct ETEmbeddedImageWriter {
     void write() const;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ETEmbeddedImageWriter::WriteError error);
 
 } // namespace corvane

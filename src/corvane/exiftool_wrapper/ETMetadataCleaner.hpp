@@ -27,6 +27,7 @@ struct ETMetadataCleaner {
     void clean() const;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ETMetadataCleaner::ReadError error);
 
 } // namespace corvane

@@ -40,9 +40,13 @@ struct ETFileMessage {
     friend bool operator==(const ETFileMessage&, const ETFileMessage&) = default;
 };
 
+/// Thrown when an ExifTool run fails or reports errors for files; `what()` is `message(error())`,
+/// `details()` adds the per-file reports.
 class ETOutputException : public Error {
 public:
+    /// The failure, and the per-file reports behind `exifToolErrors` (empty for the others).
     ETOutputException(ETOutputError error, std::vector<ETFileMessage> errors);
+    /// Why the run failed.
     ETOutputError error() const { return error_; }
     /// The reports behind `exifToolErrors`, each with its file.
     const std::vector<ETFileMessage>& fileErrors() const { return fileErrors_; }

@@ -56,8 +56,10 @@ public:
 
     std::size_t size() const { return size_; }
     /// How long a process may stay idle before it is checked at its next use: 30 s by default.
+    ///@{
     std::chrono::milliseconds idleCheckAfter() const;
     void setIdleCheckAfter(std::chrono::milliseconds interval);
+    ///@}
     /// The process ids of the pool's ExifTool processes, idle or busy.
     std::vector<pid_t> processIDs() const;
 

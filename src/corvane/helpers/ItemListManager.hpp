@@ -19,23 +19,27 @@ namespace corvane {
 /// The editions a list library posts: rows inserted, removed or moved, the list or the selection
 /// to reload. Each library's `ItemEdition` is a variant of those it posts.
 struct ItemListEditions {
+    /// Rows inserted: `indexes` are their places in the new list.
     struct InsertItems {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertItems&, const InsertItems&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemoveItems {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemoveItems&, const RemoveItems&) = default;
     };
     /// The items that were at `indexes` now stand before the item that was at `toOffset`.
     struct MoveItems {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         std::size_t toOffset = 0;
         friend bool operator==(const MoveItems&, const MoveItems&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadItems {
         friend bool operator==(const ReloadItems&, const ReloadItems&) = default;
     };
+    /// The selection changed, the rows didn't.
     struct ReloadSelection {
         friend bool operator==(const ReloadSelection&, const ReloadSelection&) = default;
     };

@@ -38,13 +38,15 @@ public:
     void removeAllActions();
 
     /// Number of undo steps kept; 0 keeps all.
+    ///@{
     std::size_t levelsOfUndo() const;
     void setLevelsOfUndo(std::size_t levels);
+    ///@}
 
 private:
     struct Step {
         std::string name;
-        std::vector<Action> actions; // undone in reverse order
+        std::vector<Action> actions; ///< undone in reverse order
     };
     enum class Mode { normal, undoing, redoing };
 

@@ -30,14 +30,17 @@ using KeywordItemRef = std::shared_ptr<KeywordItem>;
 /// to the main thread.
 class KeywordItem : public std::enable_shared_from_this<KeywordItem> {
 public:
+    /// Rows inserted: `indexes` are their places in the new list.
     struct InsertChildren {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertChildren&, const InsertChildren&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemoveChildren {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemoveChildren&, const RemoveChildren&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadChildren {
         friend bool operator==(const ReloadChildren&, const ReloadChildren&) = default;
     };
@@ -76,8 +79,10 @@ public:
     virtual void setSynonyms(std::vector<std::string> synonyms);
     template <class F> void modifySynonyms(F&& change) { setSynonyms(modified(synonyms_, change)); }
     /// A change counts when the list holds other objects, whatever their contents; it reloads.
+    ///@{
     const std::vector<KeywordItemRef>& children() const { return children_; }
     virtual void setChildren(std::vector<KeywordItemRef> children);
+    ///@}
     template <class F> void modifyChildren(F&& change) { setChildren(modified(children_, change)); }
 
     /// Inserts before `index` (at most the count: past the end is a programming error).

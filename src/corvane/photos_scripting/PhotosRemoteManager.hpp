@@ -28,24 +28,28 @@ namespace corvane {
 /// or change them; changes of the profiles themselves belong to the main thread.
 class PhotosRemoteManager : public std::enable_shared_from_this<PhotosRemoteManager> {
 public:
+    /// Rows inserted: `indexes` are their places in the new list.
     struct InsertProfiles {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertProfiles&, const InsertProfiles&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemoveProfiles {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemoveProfiles&, const RemoveProfiles&) = default;
     };
     /// The profiles that were at `indexes` now stand, in their order, before the profile that was
     /// at `toOffset` (or at the end).
     struct MoveProfiles {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         std::size_t toOffset = 0;
         friend bool operator==(const MoveProfiles&, const MoveProfiles&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadProfiles {
         friend bool operator==(const ReloadProfiles&, const ReloadProfiles&) = default;
     };
+    /// The selection changed, the rows didn't.
     struct ReloadSelection {
         friend bool operator==(const ReloadSelection&, const ReloadSelection&) = default;
     };

@@ -24,13 +24,15 @@ public:
     /// How the presets changed (not to be confused with the top-level PresetEdition, which is what
     /// a preset does to a tag).
     struct InsertPresets {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertPresets&, const InsertPresets&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemovePresets {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemovePresets&, const RemovePresets&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadPresets {
         friend bool operator==(const ReloadPresets&, const ReloadPresets&) = default;
     };

@@ -25,13 +25,15 @@ public:
 
     /// How the entries changed.
     struct InsertEntries {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertEntries&, const InsertEntries&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemoveEntries {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemoveEntries&, const RemoveEntries&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadEntries {
         friend bool operator==(const ReloadEntries&, const ReloadEntries&) = default;
     };

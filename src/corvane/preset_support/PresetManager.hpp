@@ -23,17 +23,21 @@ namespace corvane {
 /// thread.
 class PresetManager : public std::enable_shared_from_this<PresetManager> {
 public:
+    /// Rows inserted: `indexes` are their places in the new list.
     struct InsertGroups {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertGroups&, const InsertGroups&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemoveGroups {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemoveGroups&, const RemoveGroups&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadGroups {
         friend bool operator==(const ReloadGroups&, const ReloadGroups&) = default;
     };
+    /// The selection changed, the rows didn't.
     struct ReloadSelection {
         friend bool operator==(const ReloadSelection&, const ReloadSelection&) = default;
     };
@@ -60,8 +64,10 @@ public:
         setGroups(std::move(groups));
     }
     /// The selected groups or presets.
+    ///@{
     const std::vector<EquatableObjectRef>& selectedItems() const { return selectedItems_; }
     void setSelectedItems(std::vector<EquatableObjectRef> items);
+    ///@}
     template <class F> void modifySelectedItems(F&& change) {
         auto items = selectedItems_;
         change(items);

@@ -21,6 +21,7 @@ public:
     std::string data(const TagStorage& storage) const override;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(CSVSidecarWriter::WriteError error);
 
 } // namespace corvane

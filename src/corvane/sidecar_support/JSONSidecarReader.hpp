@@ -26,6 +26,7 @@ public:
     Values readString(std::string_view string) const override;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(JSONSidecarReader::ReadError error);
 
 } // namespace corvane

@@ -27,6 +27,7 @@ public:
     static ValueConverterRef converter(const TagName& name);
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(JSONSidecarWriter::WriteError error);
 
 } // namespace corvane

@@ -32,19 +32,27 @@ namespace corvane {
 /// Tasks have identity and must live in a std::shared_ptr: notices carry the task and keep it
 /// alive until they are delivered. Delegate calls and notifications are made on the main queue,
 /// asynchronously, never under the task's guard, in the order of the changes they report.
+///
+/// The host drains the main queue: a GUI application from its event loop, woken by
+/// `MainQueue::setWakeHook`; a tool with `MainQueue::shared().drain()` or `runUntil(...)`. Until it
+/// does, no delegate call or notification of a task is delivered.
 class AbstractTask : public std::enable_shared_from_this<AbstractTask> {
 public:
+    ///@{
     /// Posted on the default centre with the task (std::shared_ptr<AbstractTask>) as object and no
     /// user info.
     static constexpr std::string_view didUpdateStatusNotification = "AbstractTaskDidUpdateStatusNotification";
+    /// The three notifications, one per kind of change: status, error list, progress.
     static constexpr std::string_view didUpdateErrorNotification = "AbstractTaskDidUpdateErrorNotification";
     static constexpr std::string_view didProgressNotification = "AbstractTaskDidProgressNotification";
+    ///@}
 
     /// Width of `subprocessQueue()`.
     static constexpr int maxConcurrentSubprocesses = 8;
 
     /// Chooses the task manager's queue.
     enum class Priority { edition, reading, writing };
+    /// Where a task stands in its life cycle; see the class comment.
     enum class Status { pending, processing, completed, cancelled };
 
     /// "Pending", "Processing"...: the localised text of a status.
@@ -72,21 +80,30 @@ public:
 
     // --- Properties of the kind of task
 
+    /// The queue of the task manager that runs the task; writing unless a subclass says otherwise.
     virtual Priority priority() const { return Priority::writing; }
+    /// True when the task can't measure its progress (a view shows a spinner); a subclass that
+    /// calls `setProgress`/`incrementProgress` returns false.
     virtual bool isProgressIndeterminate() const { return true; }
     /// The task's name for the user; each subclass gives its own.
     virtual std::string title() const;
 
     // --- Guarded state (reads are shared passes)
 
+    /// The observer of this task, held weakly: the caller keeps it alive. Set it before adding the
+    /// task to the manager to miss no call.
+    ///@{
     std::shared_ptr<AbstractTaskDelegate> delegate() const;
     void setDelegate(std::weak_ptr<AbstractTaskDelegate> delegate);
+    ///@}
     /// In order of arrival.
     std::vector<std::exception_ptr> errors() const;
+    /// The current status; a subclass moves it with the transitions below.
     Status status() const;
     /// From 0 to 1.
     double progress() const;
 
+    /// When the task object was made.
     Date creationDate() const { return creationDate_; }
     /// The engines this task may use, as `KitSettings` had them when it was made.
     EngineOption engineOption() const { return engineOption_; }
@@ -122,8 +139,10 @@ protected:
 
     /// Each setter changes its field in one exclusive pass and schedules the matching notice.
     void setErrors(std::vector<std::exception_ptr> errors);
+    ///@{
     void setStatus(Status status);
     void setProgress(double progress);
+    ///@}
     /// Adds to `progress()` in one exclusive pass (capped at 1).
     void incrementProgress(double delta);
 
@@ -147,8 +166,10 @@ protected:
 
     /// Transitions; each runs inside an exclusive pass and returns the status after it.
     Status startProcessing();
+    ///@{
     Status endWithCancelledStatus();
     Status endWithCompletedStatus();
+    ///@}
 
 private:
     /// The task as a shared pointer, for the notices; stops the process if it isn't owned by one.

@@ -28,8 +28,10 @@ public:
     void setIptcLocationCode(const TypedTagValue<std::string>& value) const;
 
     /// The five tags as a whole; nothing when all are blank.
+    ///@{
     std::optional<TextLocation> iptcTextLocation() const;
     void setIptcTextLocation(const TypedTagValue<TextLocation>& value) const;
+    ///@}
 
     // --- Groups, over TagName::iptcLocationTagNames()
     bool oneOrMoreIptcLocationTagsAreEdited() const;

@@ -34,6 +34,11 @@ class EditionManager;
 /// Reads are one shared pass on the guard; changes are one exclusive pass. A change never holds
 /// the editor's guard and the manager's guard together, and nothing here blocks on the main thread.
 /// The notifications of this class are posted synchronously on the calling thread, after the pass.
+///
+/// Observers of `didChangeSourceNotification` run on the thread that called `updateSource`. The
+/// views' batched notices come through `EditionManager` on the main queue, which the host drains
+/// (`MainQueue::shared().drain()` in a tool, the event loop woken by `MainQueue::setWakeHook` in an
+/// application).
 class TagEditor : public std::enable_shared_from_this<TagEditor> {
 public:
     /// Posted by `updateSource`, with the editor (as std::shared_ptr<TagEditor>) as object.
@@ -53,39 +58,62 @@ public:
 
     // --- Reading (each one shared pass)
 
+    /// The edition manager this editor reports its changes to (`EditionManager::shared()`).
     virtual EditionManager& manager() const;
     /// A snapshot copy of the storage.
     virtual TagStorage storage() const;
+    /// The file, folder or asset the editor stands for.
     virtual TagStorageSource source() const;
+    /// Where a photo-library asset is copied for reading and writing.
     virtual std::filesystem::path temporaryURL() const;
+    /// The source's path with the home folder as "~", then the folder suffix: for messages.
     virtual std::string pathDescription() const;
     /// The storage's name description: last path component, with the folder suffix.
     virtual std::string filename() const;
+    /// The media type of the source's path extension; a folder gives the folder type.
     virtual std::optional<MediaType> mediaType() const;
+    /// Whether the source is a folder (by its empty path extension), a photo-library asset.
+    ///@{
     virtual bool isFolder() const;
     virtual bool isAsset() const;
+    ///@}
+    /// True when an edit is pending, not yet saved.
     virtual bool isEdited() const;
+    /// The families found in the source.
     virtual TagStorage::Streams originalStreams() const;
     /// Sorted by TagName order.
     virtual std::vector<TagName> originalTagNames() const;
+    /// Names of the tags with a pending edit, and of all tags with an original or a pending value.
+    ///@{
     virtual std::vector<TagName> writtenTagNames() const;
     virtual std::vector<TagName> currentTagNames() const;
+    ///@}
 
+    /// Whether the tag can be read, changed or created in this source; a subclass may narrow it.
     virtual TagAccess access(const TagName& tagName) const;
+    /// Whether the tag can be read, can be changed, has a pending edit.
     /// These ask the storage, never the overridable `access`.
+    ///@{
     virtual bool canReadValue(const TagName& tagName) const;
     virtual bool canEditValue(const TagName& tagName) const;
     virtual bool isValueEdited(const TagName& tagName) const;
+    ///@}
 
+    /// The value read from the source, the pending edit, and the edit else the original. The empty
+    /// string stands for a tag to clear.
+    ///@{
     virtual std::optional<std::string> originalValue(const TagName& tagName) const;
     virtual std::optional<std::string> writtenValue(const TagName& tagName) const;
     virtual std::optional<std::string> currentValue(const TagName& tagName) const;
+    ///@}
 
     // --- Changing (each in its own session of the edition manager)
 
     /// The user-level setter: nothing (restore), the empty string (clear) or a value. A tag that
     /// can't be edited is silently left alone.
     virtual void setValue(const std::optional<std::string>& value, const TagName& tagName);
+    /// For engines and copies: sets the value as read from the source. A pending edit equal to it
+    /// is dropped.
     virtual void setOriginalValue(const std::optional<std::string>& value, const TagName& tagName);
     /// Writes the written entry directly; always registers the tag.
     virtual void unsafeSetValue(const std::optional<std::string>& value, const TagName& tagName);
@@ -106,11 +134,13 @@ public:
     /// Removes every tag of these families and registers them.
     virtual void cleanStorage(const std::vector<TagStream>& streams);
 
+    /// "Name:value" lines for every current tag, sorted by name.
     virtual std::string debugDescription() const;
     /// Prints `debugDescription()` to standard output.
     virtual void debugPrint() const;
 
 protected:
+    /// A new editor holding `storage`; applications call `create`.
     explicit TagEditor(TagStorage storage);
 
     /// Makes a `T` (a subclass with a protected constructor) in a std::shared_ptr.
@@ -121,10 +151,13 @@ protected:
         return std::make_shared<Enabler>(std::forward<Args>(args)...);
     }
 
+    /// The guard of the storage: one shared pass per read, one exclusive pass per change.
     AtomicPropertyQueue& atomic() const { return atomic_; }
     /// Unguarded: only inside a pass of `atomic()`.
+    ///@{
     TagStorage& nonAtomicStorage() { return nonAtomicStorage_; }
     const TagStorage& nonAtomicStorage() const { return nonAtomicStorage_; }
+    ///@}
 
     /// A shared pass over the storage.
     template <class F> auto readStorage(F&& fn) const {

@@ -21,8 +21,8 @@ namespace corvane {
 
 /// The width and height of an image, in pixels.
 struct ImageSize {
-    std::int64_t width = 0;
-    std::int64_t height = 0;
+    std::int64_t width = 0; ///< in pixels
+    std::int64_t height = 0; ///< in pixels
     friend bool operator==(const ImageSize&, const ImageSize&) = default;
 };
 
@@ -37,32 +37,42 @@ struct ImageSize {
 /// on the caller's thread; operations of several changes open one edition session.
 class TagEditorEditions : public FamilyAccessor {
 public:
+    /// Views the editor; the editor must outlive the view.
     using FamilyAccessor::FamilyAccessor;
+    /// A change of a text, for `transformText`.
     using TextTransform = std::function<std::string(const std::string&)>;
 
     // --- The file's format
+    /// The media type of the file's extension (nothing for an unknown one), and its kind (image,
+    /// movie, audio...).
+    ///@{
     std::optional<MediaType> type() const;
     std::optional<MediaKind> kind() const;
+    ///@}
     /// The format writes and creates QuickTime tags, and is a movie or can't create EXIF tags.
     bool prefersQuicktime() const;
 
     // --- Values through the converters
     using FamilyAccessor::currentNativeValue;
     using FamilyAccessor::setNativeValue;
+    /// The current value of the tag through its item's converter; a typed value set through the
+    /// converter. A name without a catalogue item gives nothing and sets nothing.
+    ///@{
     DynamicValue currentNativeValue(const TagName& tagName) const;
     void setNativeValue(const DynamicValue& value, const TagName& tagName) const;
+    ///@}
 
     /// Copies the source's current value into the target through both converters; date tags go
     /// through `copyDate`. A source without a value sets nothing.
     void copyValue(const TagName& from, const TagName& to) const;
-    void copyValue(const TagItem& from, const TagItem& to) const;
+    void copyValue(const TagItem& from, const TagItem& to) const; ///< the same by item
     /// Copies a date between date tags of any kind. Same kinds copy as they stand; a full date-time
     /// gives its date or its time to a date-only or time-only tag; a date-only source replaces the
     /// date of a full target and keeps its time (midnight when the target is empty); a time-only
     /// source replaces the time of a full target that has a date, and sets nothing otherwise.
     /// Between date-only and time-only tags nothing is copied.
     void copyDate(const TagName& from, const TagName& to) const;
-    void copyDate(const TagItem& from, const TagItem& to) const;
+    void copyDate(const TagItem& from, const TagItem& to) const; ///< the same by item
 
     /// One value for every catalogue tag of the streams, whatever the file holds (what a folder
     /// needs). One session.
@@ -74,25 +84,29 @@ public:
     /// Marks whole families for removal (a folder: every catalogue tag of them) or takes their
     /// edits back.
     void clearValues(const std::vector<TagStream>& tagStreams) const;
-    void restoreValues(const std::vector<TagStream>& tagStreams) const;
+    void restoreValues(const std::vector<TagStream>& tagStreams) const; ///< takes the families' edits back
 
     // --- Text in place. Text tags only (string kinds); list tags are changed element by element.
+    /// Changes the current text of a text tag (each element of a list tag) through `transform`.
     void transformText(const TagItem& item, const TextTransform& transform) const;
     /// Unicode case mapping (root locale).
     void lowercaseText(const TagItem& item) const;
-    void uppercaseText(const TagItem& item) const;
+    void uppercaseText(const TagItem& item) const; ///< the same, to upper case
     /// Every word's first letter in upper case, the rest in lower case.
     void capitalizeText(const TagItem& item) const;
     /// White space and line breaks at both ends.
     void trimWhitespacesText(const TagItem& item) const;
+    /// The text operations on a plain text, as the tag operations above apply them.
+    ///@{
     static std::string lowercased(const std::string& text);
     static std::string uppercased(const std::string& text);
     static std::string capitalized(const std::string& text);
     static std::string trimmed(const std::string& text);
+    ///@}
 
     /// Stable sort of a list tag's elements in plain (code point) order; other tags are left alone.
     void ascendingSortKeywords(const TagItem& item) const;
-    void descendingSortKeywords(const TagItem& item) const;
+    void descendingSortKeywords(const TagItem& item) const; ///< the same, in descending order
 
     // --- Dates
     /// Applies a date edition to a date or time tag; other tags are left alone. `select` sets the
@@ -111,18 +125,29 @@ public:
     std::optional<std::string> prettyValue(const TagName& of, const TagName& forTag) const;
 
     // --- Orientation of the family the file prefers (QuickTime VideoOrientation or EXIF Orientation)
+    /// The orientation tag of the family the file prefers.
     const TagItem& orientationItem() const;
+    /// Its current and original values, 1 to 8 (1 when absent or unreadable).
+    ///@{
     int orientationValue() const;
     int originalOrientationValue() const;
+    ///@}
     /// Clamped to 1...8.
     void setOrientationValue(int value) const;
+    /// The same as an `ExifOrientation`, and its setter.
+    ///@{
     ExifOrientation orientation() const;
     ExifOrientation originalOrientation() const;
     void setOrientation(ExifOrientation orientation) const;
+    ///@}
+    /// Mirror the image left to right or top to bottom, or turn it a quarter to the left or right,
+    /// by changing the orientation value.
+    ///@{
     void horizontalFlipOrientation() const;
     void verticalFlipOrientation() const;
     void rotateLeftOrientation() const;
     void rotateRightOrientation() const;
+    ///@}
 
     // --- Position and place across the families
     /// QuickTime first, then EXIF, then XMP; each needs both axes.

@@ -60,8 +60,10 @@ public:
     /// Only a known country code is written; an unknown one changes nothing.
     void setXmpCountryCode(const TypedTagValue<std::string>& value) const;
     /// The five tags as a whole; nothing when all are blank.
+    ///@{
     std::optional<TextLocation> xmpTextLocation() const;
     void setXmpTextLocation(const TypedTagValue<TextLocation>& value) const;
+    ///@}
 
     // --- Groups, over TagName::xmpLocationTagNames()
     bool oneOrMoreXmpLocationTagsAreEdited() const;

@@ -24,14 +24,17 @@ namespace corvane {
 /// calling thread; `progress()` may be read from any thread.
 class CGTagStorageReader : public TagStorageReader {
 public:
+    /// The engine's settings: what it works on, how, and the callbacks it reports through.
     class Settings : public TagStorageReaderSettings<CGTagStorageReader> {
     public:
         Settings() = default;
         explicit Settings(std::vector<TagStorageSource> sources) : sources_(std::move(sources)) {}
 
         /// What to read, in order.
+        ///@{
         const std::vector<TagStorageSource>& sources() const { return sources_; }
         void setSources(std::vector<TagStorageSource> sources) { sources_ = std::move(sources); }
+        ///@}
 
     private:
         std::vector<TagStorageSource> sources_;
@@ -51,10 +54,12 @@ public:
         std::filesystem::path url_;
     };
 
+    /// An engine for one run with these settings.
     explicit CGTagStorageReader(Settings settings);
     CGTagStorageReader(const CGTagStorageReader&) = delete;
     CGTagStorageReader& operator=(const CGTagStorageReader&) = delete;
 
+    /// The settings the engine was made with.
     const Settings& settings() const { return settings_; }
     /// The share of sources done, 0...1.
     double progress() const override;
@@ -82,6 +87,7 @@ private:
     Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(CGTagStorageReader::ReadError error);
 
 } // namespace corvane

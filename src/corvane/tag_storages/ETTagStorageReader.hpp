@@ -26,42 +26,61 @@ class TagItem;
 /// from the thread that runs ExifTool.
 class ETTagStorageReader : public TagStorageReader {
 public:
+    /// The engine's settings: what it works on, how, and the callbacks it reports through.
     class Settings : public TagStorageReaderSettings<ETTagStorageReader> {
     public:
         Settings() = default;
         explicit Settings(std::vector<TagStorageSource> sources);
 
-        // What to read, in order.
+        /// What to read, in order.
+        ///@{
         const std::vector<TagStorageSource>& sources() const { return sources_; }
         void setSources(std::vector<TagStorageSource> sources) { sources_ = std::move(sources); }
-        // Language of ExifTool's output; none keeps ExifTool's default.
+        ///@}
+        /// Language of ExifTool's output; none keeps ExifTool's default.
+        ///@{
         const std::optional<ETLanguage>& language() const { return language_; }
         void setLanguage(std::optional<ETLanguage> language) { language_ = language; }
-        // Unconverted values ("-n").
+        ///@}
+        /// Unconverted values ("-n").
+        ///@{
         bool enableRawValues() const { return enableRawValues_; }
         void setEnableRawValues(bool value) { enableRawValues_ = value; }
-        // Short tag names ("-s").
+        ///@}
+        /// Short tag names ("-s").
+        ///@{
         bool enableShortTags() const { return enableShortTags_; }
         void setEnableShortTags(bool value) { enableShortTags_ = value; }
-        // No composite tags ("-e").
+        ///@}
+        /// No composite tags ("-e").
+        ///@{
         bool disableComposite() const { return disableComposite_; }
         void setDisableComposite(bool value) { disableComposite_ = value; }
-        // GPS coordinates as signed decimal degrees.
+        ///@}
+        /// GPS coordinates as signed decimal degrees.
+        ///@{
         bool forceRawLocation() const { return forceRawLocation_; }
         void setForceRawLocation(bool value) { forceRawLocation_ = value; }
-        // Let ExifTool go on past minor errors; a file it can't read then comes back without error,
-        // holding only what the file system tells (its File family values).
+        ///@}
+        /// Let ExifTool go on past minor errors; a file it can't read then comes back without error,
+        /// holding only what the file system tells (its File family values).
+        ///@{
         bool ignoreMinorErrors() const { return ignoreMinorErrors_; }
         void setIgnoreMinorErrors(bool value) { ignoreMinorErrors_ = value; }
-        // A tag whose value contains one of these texts is dropped.
+        ///@}
+        /// A tag whose value contains one of these texts is dropped.
+        ///@{
         const std::vector<std::string>& bannedValues() const { return bannedValues_; }
         void setBannedValues(std::vector<std::string> values) { bannedValues_ = std::move(values); }
-        // A group whose family 0 or family 1 name contains one of these texts is dropped whole.
+        ///@}
+        /// A group whose family 0 or family 1 name contains one of these texts is dropped whole.
+        ///@{
         const std::vector<std::string>& bannedStreams() const { return bannedStreams_; }
         void setBannedStreams(std::vector<std::string> streams) { bannedStreams_ = std::move(streams); }
+        ///@}
 
-        // Replaces both ban lists with the usual ones: binary placeholders, ExifTool's own group,
-        // composite tags and the per-track groups Track0 to Track10.
+        /// Replaces both ban lists with the usual ones: binary placeholders, ExifTool's own group,
+        /// composite tags and the per-track groups Track0 to Track10.
         void setupDefaultBannedValues();
 
     private:
@@ -82,10 +101,12 @@ public:
     /// Thrown by the reader; `what()` is the message of the case.
     using ReadException = CaseException<ReadError>;
 
+    /// An engine for one run with these settings.
     explicit ETTagStorageReader(Settings settings);
     ETTagStorageReader(const ETTagStorageReader&) = delete;
     ETTagStorageReader& operator=(const ETTagStorageReader&) = delete;
 
+    /// The settings the engine was made with.
     const Settings& settings() const { return settings_; }
     /// The progress of the ExifTool run under way (or ended).
     double progress() const override;
@@ -116,6 +137,7 @@ private:
     Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ETTagStorageReader::ReadError error);
 
 } // namespace corvane

@@ -31,34 +31,45 @@ class TagItem;
 /// that runs ExifTool.
 class ETTagStorageWriter : public TagStorageWriter {
 public:
+    /// The engine's settings: what it works on, how, and the callbacks it reports through.
     class Settings : public TagStorageWriterSettings<ETTagStorageWriter> {
     public:
         Settings() = default;
         explicit Settings(std::vector<TagStorage> storages);
 
-        // What to write.
+        /// What to write.
+        ///@{
         const std::vector<TagStorage>& storages() const { return storages_; }
         void setStorages(std::vector<TagStorage> storages) { storages_ = std::move(storages); }
-        // Where the result of a source goes. Carried for engines that write copies; this engine
-        // always writes in place and doesn't read it.
+        ///@}
+        /// Where the result of a source goes. Carried for engines that write copies; this engine
+        /// always writes in place and doesn't read it.
         const std::unordered_map<std::filesystem::path, std::filesystem::path>& destinations() const {
             return destinations_;
         }
         void setDestinations(std::unordered_map<std::filesystem::path, std::filesystem::path> destinations) {
             destinations_ = std::move(destinations);
         }
-        // Let ExifTool fix maker-note offsets while writing ("-F").
+        /// Let ExifTool fix maker-note offsets while writing ("-F").
+        ///@{
         bool enableCorrection() const { return enableCorrection_; }
         void setEnableCorrection(bool value) { enableCorrection_ = value; }
-        // Declare IPTC as UTF-8 in files that declare no character set, when IPTC is written.
+        ///@}
+        /// Declare IPTC as UTF-8 in files that declare no character set, when IPTC is written.
+        ///@{
         bool forceIPTCUTF8() const { return forceIPTCUTF8_; }
         void setForceIPTCUTF8(bool value) { forceIPTCUTF8_ = value; }
-        // What to do with the Photoshop IPTC digest.
+        ///@}
+        /// What to do with the Photoshop IPTC digest.
+        ///@{
         IPTCDigestUpdate forceIPTCDigest() const { return forceIPTCDigest_; }
         void setForceIPTCDigest(IPTCDigestUpdate value) { forceIPTCDigest_ = value; }
-        // Let ExifTool go on past minor errors ("-m").
+        ///@}
+        /// Let ExifTool go on past minor errors ("-m").
+        ///@{
         bool ignoreMinorErrors() const { return ignoreMinorErrors_; }
         void setIgnoreMinorErrors(bool value) { ignoreMinorErrors_ = value; }
+        ///@}
 
     private:
         std::vector<TagStorage> storages_;
@@ -111,10 +122,12 @@ public:
         std::string reason_;
     };
 
+    /// An engine for one run with these settings.
     explicit ETTagStorageWriter(Settings settings);
     ETTagStorageWriter(const ETTagStorageWriter&) = delete;
     ETTagStorageWriter& operator=(const ETTagStorageWriter&) = delete;
 
+    /// The settings the engine was made with.
     const Settings& settings() const { return settings_; }
     /// The progress of the ExifTool run under way (or ended).
     double progress() const override;
@@ -169,6 +182,7 @@ private:
     std::vector<FileOutcome> outcomes_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ETTagStorageWriter::WriteError error);
 
 } // namespace corvane

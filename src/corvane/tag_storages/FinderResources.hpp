@@ -36,8 +36,10 @@ public:
     const std::optional<Date>& modifyDate() const { return modifyDate_; }
     void setModifyDate(std::optional<Date> date) { modifyDate_ = date; }
     /// An empty list is not absent: writing it removes every tag.
+    ///@{
     const std::optional<std::vector<std::string>>& finderTags() const { return finderTags_; }
     void setFinderTags(std::optional<std::vector<std::string>> tags) { finderTags_ = std::move(tags); }
+    ///@}
 
     bool isEmpty() const { return !createDate_ && !modifyDate_ && !finderTags_; }
 

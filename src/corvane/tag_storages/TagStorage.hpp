@@ -35,14 +35,18 @@ class TagItem;
 /// A plain value: copying a storage snapshots it. It holds no lock; whoever shares one guards it.
 class TagStorage {
 public:
+    /// Tag values by name, and the set of families found in a source.
+    ///@{
     using Values = std::unordered_map<TagName, std::string>;
     using Streams = std::unordered_set<TagStream>;
+    ///@}
 
     /// An empty storage of this source, with a fresh temporary URL of the source's extension.
     explicit TagStorage(TagStorageSource source);
 
     // --- Fields
 
+    /// The file, folder or asset this storage describes.
     const TagStorageSource& source() const { return source_; }
     /// The same storage, every field kept, for a source that has moved (a renamed file).
     TagStorage movedTo(TagStorageSource source) const {
@@ -51,28 +55,45 @@ public:
         moved.readSourceType();
         return moved;
     }
+    /// Where a photo-library asset is copied for reading and writing; made fresh, of the source's
+    /// extension, by the constructor.
+    ///@{
     const std::filesystem::path& temporaryURL() const { return temporaryURL_; }
     void setTemporaryURL(std::filesystem::path url) { temporaryURL_ = std::move(url); }
+    ///@}
     /// For a folder: whether writing descends into subfolders (absent counts as false).
     const std::optional<bool>& recurseSubfolders() const { return recurseSubfolders_; }
+    /// see `recurseSubfolders()`
     void setRecurseSubfolders(std::optional<bool> value) { recurseSubfolders_ = value; }
     /// For a folder: the filter applied to the listed files.
     const std::optional<ETPathFilter>& filePathFilter() const { return filePathFilter_; }
+    /// see `filePathFilter()`
     void setFilePathFilter(std::optional<ETPathFilter> filter) { filePathFilter_ = std::move(filter); }
     /// The families found in the source.
     const Streams& originalStreams() const { return originalStreams_; }
+    ///@{
+    /// Replace the families found, or add one.
     void setOriginalStreams(Streams streams) { originalStreams_ = std::move(streams); }
     void insertOriginalStream(const TagStream& stream) { originalStreams_.insert(stream); }
+    ///@}
+    /// The entries as read from the source, and the user's edits not yet saved (see the class
+    /// comment).
+    ///@{
     const Values& originalValues() const { return originalValues_; }
     const Values& writtenValues() const { return writtenValues_; }
+    ///@}
     /// Whole-dictionary replacement for engines and copies; no invariant is checked.
     void setOriginalValues(Values values) { originalValues_ = std::move(values); }
+    /// no invariant is checked either
     void setWrittenValues(Values values) { writtenValues_ = std::move(values); }
 
     // --- Identity and descriptions
 
+    /// Whether the source is a folder (by its empty path extension) or a photo-library asset.
+    ///@{
     bool isFolder() const { return isFolder_; }
     bool isAsset() const { return source_.isAsset(); }
+    ///@}
     /// The media type of the source's path extension; a folder gives the folder type.
     std::optional<MediaType> mediaType() const;
     /// The source's path with the home folder as "~", then the folder suffix.
@@ -86,7 +107,7 @@ public:
 
     /// Keys sorted by TagName order.
     std::vector<TagName> originalTagNames() const;
-    std::vector<TagName> writtenTagNames() const;
+    std::vector<TagName> writtenTagNames() const; ///< keys sorted by TagName order
     /// Union of both, sorted.
     std::vector<TagName> currentTagNames() const;
 
@@ -101,14 +122,18 @@ public:
 
     /// A non-empty value of the stream among the written values, or else among the originals.
     bool hasValues(const TagStream& stream) const;
+    /// True when the user has an unsaved edit in the storage; the third for one tag.
+    ///@{
     bool hasWrittenValues() const { return !writtenValues_.empty(); }
     bool isEdited() const { return !writtenValues_.empty(); }
     bool isValueEdited(const TagName& tagName) const { return writtenValues_.contains(tagName); }
+    ///@}
 
     // --- Access
 
     /// Never `n`: a family without declared access is `rw` for tags the source holds, else `r`.
     TagAccess access(const TagName& tagName) const;
+    /// any access but `n`
     bool canReadValue(const TagName& tagName) const { return access(tagName).canBeRead(); }
     /// A writable catalogue tag whose access allows creating, or changing a tag already held.
     bool canEditValue(const TagName& tagName) const;
@@ -152,6 +177,7 @@ public:
     /// if one is set and not empty.
     std::vector<std::filesystem::path> listWriterFileURLs() const;
 
+    /// Every field equal, the temporary URL included.
     friend bool operator==(const TagStorage&, const TagStorage&) = default;
 
 private:

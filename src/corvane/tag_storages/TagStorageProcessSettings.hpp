@@ -9,23 +9,29 @@ namespace corvane {
 /// record; each callback receives that engine, so that it can read its `progress()`.
 template <class ParentProcess> class TagStorageProcessSettings {
 public:
+    /// A callback, given the engine that runs.
     using Handler = std::function<void(ParentProcess&)>;
 
     virtual ~TagStorageProcessSettings() = default;
 
     /// Called once, before anything is done.
     const Handler& onStartHandler() const { return onStartHandler_; }
+    /// replaces the start callback
     void setOnStartHandler(Handler handler) { onStartHandler_ = std::move(handler); }
     /// Called around each step and whenever the engine's progress moves, maybe on another thread.
     const Handler& onProgressHandler() const { return onProgressHandler_; }
+    /// replaces the progress callback
     void setOnProgressHandler(Handler handler) { onProgressHandler_ = std::move(handler); }
     /// Called once, after a successful run only.
     const Handler& onEndHandler() const { return onEndHandler_; }
+    /// replaces the end callback
     void setOnEndHandler(Handler handler) { onEndHandler_ = std::move(handler); }
 
 protected:
     TagStorageProcessSettings() = default;
+    /// Copies share the callbacks.
     TagStorageProcessSettings(const TagStorageProcessSettings&) = default;
+    /// copies the callbacks
     TagStorageProcessSettings& operator=(const TagStorageProcessSettings&) = default;
 
 private:

@@ -17,8 +17,9 @@ namespace corvane {
 /// `multiple`: a group in which some files have no value is shown as differing, not as one value.
 class MultiValuedString {
 public:
+    /// Every file has this text.
     struct Single {
-        std::string value;
+        std::string value; ///< the common text
         friend bool operator==(const Single&, const Single&) = default;
     };
     /// Shared, so that copying a table's content doesn't copy thousands of per-file values.
@@ -26,6 +27,7 @@ public:
         std::shared_ptr<const std::vector<std::string>> values; ///< ascending
         friend bool operator==(const Multiple& a, const Multiple& b) { return *a.values == *b.values; }
     };
+    /// No file at all.
     struct None {
         friend bool operator==(const None&, const None&) = default;
     };

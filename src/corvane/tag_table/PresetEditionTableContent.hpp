@@ -33,8 +33,10 @@ public:
     /// The tag can be written at all, in some format (`TagItem::isWritable`).
     bool isWritable() const;
     /// What the request's `convert` made of the row; empty without one.
+    ///@{
     const std::any& objectValue() const { return objectValue_; }
     void setObjectValue(std::any value) { objectValue_ = std::move(value); }
+    ///@}
 
 private:
     PresetEditionRow(const TagItem& item, PresetItem::Entry entry)

@@ -33,8 +33,10 @@ public:
     explicit TagSetTableRequest(TagSetManager::Domain domain) : domain_(domain) {}
 
     /// The domain whose user set is shown; a request of another domain reloads everything.
+    ///@{
     TagSetManager::Domain domain() const { return domain_; }
     void setDomain(TagSetManager::Domain domain) { domain_ = domain; }
+    ///@}
     /// Null: every known tag.
     std::shared_ptr<Filter> filter;
     IndexSet selection;

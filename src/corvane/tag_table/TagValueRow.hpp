@@ -34,8 +34,10 @@ public:
     /// The tag's type is one the library converts.
     bool isSupported() const { return isSupported_; }
     /// What the request's `convert` made of the row; empty without one. Opaque to the table.
+    ///@{
     const std::any& objectValue() const { return objectValue_; }
     void setObjectValue(std::any value) { objectValue_ = std::move(value); }
+    ///@}
 
 private:
     const TagItem* tagItem_;

@@ -20,10 +20,10 @@ public:
     /// Everything the catalogue knows about one family.
     struct Family {
         const TagStream* stream = nullptr;
-        int index = 0; // place in the display order
+        int index = 0; ///< place in the display order
         bool isMaker = false;
         std::unordered_map<std::string_view, const TagItem*> itemsByKey;
-        std::vector<const TagItem*> items; // sorted by name
+        std::vector<const TagItem*> items; ///< sorted by name
     };
 
     static const TagCatalogue& shared();

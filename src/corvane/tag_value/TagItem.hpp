@@ -19,9 +19,10 @@ class TagItem {
 public:
     enum class Arrangement { singleValue, dynamicSequence, staticSequence };
 
+    /// One value the tag may take, with the title ExifTool prints for it.
     struct Choice {
-        std::string value;
-        std::string title;
+        std::string value; ///< the stored value, as ExifTool prints it with "-n"
+        std::string title; ///< the readable title ("inches", "On, Fired")
     };
 
     TagItem(TagName name, TagType type, std::optional<int> count, bool isWritable, bool isList,

@@ -13,9 +13,10 @@ namespace corvane {
 /// ("ExposureTime"). Built once, on first use; read-only afterwards.
 class TagNameMapping {
 public:
+    /// One pair of names for the same value.
     struct Row {
-        TagName et; // TagName::empty where the property has no ExifTool tag
-        TagName cg;
+        TagName et; ///< TagName::empty where the property has no ExifTool tag
+        TagName cg; ///< the image I/O engine's name: "{Dictionary}" stream, property key
     };
 
     /// All 472 rows, in table order: the five file rows, then {TIFF}, {JFIF},

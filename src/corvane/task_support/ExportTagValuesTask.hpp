@@ -25,6 +25,7 @@ namespace corvane {
 /// later editor in the list is written, the earlier one passed over.
 class ExportTagValuesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
@@ -39,11 +40,16 @@ public:
         std::optional<std::string> sidecarType;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { engineIsNotAvailable, sidecarTypeIsMissing, sidecarTypeIsUnknown };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit ExportTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<ExportTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -72,6 +78,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ExportTagValuesTask::ProcessError error);
 
 } // namespace corvane

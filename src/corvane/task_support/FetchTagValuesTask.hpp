@@ -24,17 +24,23 @@ public:
     using Values = std::map<std::filesystem::path, std::string>;
     using Completion = std::function<void(const Values&)>;
 
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
         std::vector<TagStorageSource> sources;
         TagName tagName;
         Completion completion;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { sourcesAreMissing, completionIsMissing, outputIsInvalid };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FetchTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FetchTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
 
     /// The values of ExifTool's JSON output ("-j") for `sources`: each object's one value other
@@ -52,6 +58,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FetchTagValuesTask::ProcessError error);
 
 } // namespace corvane

@@ -20,6 +20,7 @@ namespace corvane {
 /// image can't be decoded or written, is an error of its own, and the others go on.
 class FileExportImagesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
         std::vector<std::shared_ptr<TagEditor>> editors;
         ETEmbeddedImageReader::ImageSource source = ETEmbeddedImageReader::ImageSource::previewImage;
@@ -27,6 +28,8 @@ public:
         std::optional<std::filesystem::path> destinationURL;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         engineIsNotAvailable,
         imageDataInvalid,
@@ -50,9 +53,12 @@ public:
                                            ETEmbeddedImageReader::ImageSource source,
                                            const std::optional<std::filesystem::path>& destination);
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FileExportImagesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FileExportImagesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     /// The images written, in no particular order. Complete once the task has ended.
     std::vector<std::filesystem::path> exportedFiles() const;
@@ -71,6 +77,7 @@ private:
     std::vector<std::filesystem::path> nonAtomicExportedFiles_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FileExportImagesTask::ProcessError error);
 
 } // namespace corvane

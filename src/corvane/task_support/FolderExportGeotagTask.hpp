@@ -20,6 +20,7 @@ class FolderExportGeotagTask : public AbstractTask {
 public:
     enum class Format { gpx, kml };
 
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
         /// An editor of a folder; it recurses into subfolders as it is set to.
         std::shared_ptr<ETTagEditor> editor;
@@ -30,6 +31,8 @@ public:
         std::optional<bool> ignoreMinorErrors;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         editorIsNotAFolder,
         engineIsNotAvailable,
@@ -46,9 +49,12 @@ public:
     /// The document for a folder without any file: the format's head and tail lines.
     static std::string emptyDocument(Format format);
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FolderExportGeotagTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FolderExportGeotagTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
 
     Priority priority() const override { return Priority::reading; }
@@ -62,6 +68,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FolderExportGeotagTask::ProcessError error);
 
 } // namespace corvane

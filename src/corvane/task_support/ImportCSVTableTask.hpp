@@ -24,6 +24,7 @@ namespace corvane {
 /// editor holds has no effect.
 class ImportCSVTableTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
@@ -35,6 +36,8 @@ public:
         std::optional<std::filesystem::path> sourceURL;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         engineIsNotAvailable,
         sourceIsMissing,
@@ -47,9 +50,12 @@ public:
     /// The cell of a tag that a row doesn't touch.
     static constexpr std::string_view noDataCell = "-NoData-";
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit ImportCSVTableTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<ImportCSVTableTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -61,6 +67,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ImportCSVTableTask::ProcessError error);
 
 } // namespace corvane

@@ -22,37 +22,43 @@ namespace corvane {
 /// so that an import never reads a file that a save is writing.
 class ImportTagEditorsTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         explicit Settings(std::vector<TagStorageSource> sources) : sources(std::move(sources)) {}
 
-        // What to open.
+        /// What to open.
         std::vector<TagStorageSource> sources;
-        // Let ExifTool go on past minor errors; absent counts as false.
+        /// Let ExifTool go on past minor errors; absent counts as false.
         std::optional<bool> ignoreMinorErrors;
-        // Carried for the caller, who places the new editors in its list; the task doesn't read it.
+        /// Carried for the caller, who places the new editors in its list; the task doesn't read it.
         std::optional<int> insertionIndex;
-        // Editors to reload from the storages read for their URL.
+        /// Editors to reload from the storages read for their URL.
         std::vector<std::shared_ptr<TagEditor>> sourceEditors;
-        // Replace a folder by its files.
+        /// Replace a folder by its files.
         std::optional<bool> unfoldFolders;
-        // Go into subfolders when unfolding.
+        /// Go into subfolders when unfolding.
         std::optional<bool> unfoldRecursively;
-        // A further limit on the formats kept.
+        /// A further limit on the formats kept.
         std::optional<MediaType::Set> allowedTypes;
-        // Also read the files among `sources` (not those found in folders) whose extension is no
-        // format of the media table: ExifTool reads more formats than the table lists (track logs,
-        // icons, XMP saved as .xml). Absent counts as false. Such a storage has no media type,
-        // so the access rule of an unknown type applies to it; the in-process engine refuses it
-        // with `fileIsNotSupported`.
+        /// Also read the files among `sources` (not those found in folders) whose extension is no
+        /// format of the media table: ExifTool reads more formats than the table lists (track logs,
+        /// icons, XMP saved as .xml). Absent counts as false. Such a storage has no media type,
+        /// so the access rule of an unknown type applies to it; the in-process engine refuses it
+        /// with `fileIsNotSupported`.
         std::optional<bool> readUnlistedFormats;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { engineIsNotAvailable, fileIsNotSupported };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit ImportTagEditorsTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<ImportTagEditorsTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     /// The editors made so far; all of them once the task has ended.
     std::vector<std::shared_ptr<TagEditor>> importedEditors() const;
@@ -93,6 +99,7 @@ private:
     std::vector<std::shared_ptr<TagEditor>> nonAtomicImportedEditors_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ImportTagEditorsTask::ProcessError error);
 
 } // namespace corvane

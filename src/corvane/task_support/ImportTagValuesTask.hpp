@@ -26,6 +26,7 @@ namespace corvane {
 /// tags an editor can't edit are passed over.
 class ImportTagValuesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
@@ -42,11 +43,16 @@ public:
         std::unordered_set<TagStream> excludedTagStreams;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { engineIsNotAvailable, sourceURLIsMissing, sourceTypeIsUnknown };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit ImportTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<ImportTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -82,6 +88,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ImportTagValuesTask::ProcessError error);
 
 } // namespace corvane

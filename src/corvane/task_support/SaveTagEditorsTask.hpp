@@ -24,25 +24,31 @@ namespace corvane {
 /// outcome, from what the engine reported for it, is kept in `fileOutcomes()`.
 class SaveTagEditorsTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         explicit Settings(std::vector<std::shared_ptr<TagEditor>> editors) : editors(std::move(editors)) {}
 
         std::vector<std::shared_ptr<TagEditor>> editors;
-        // Let ExifTool fix maker-note offsets; absent counts as false.
+        /// Let ExifTool fix maker-note offsets; absent counts as false.
         std::optional<bool> enableCorrection;
-        // Declare IPTC as UTF-8 when it is written; absent counts as true.
+        /// Declare IPTC as UTF-8 when it is written; absent counts as true.
         std::optional<bool> forceIPTCUTF8;
         IPTCDigestUpdate forceIPTCDigest = IPTCDigestUpdate::ignore;
-        // Let ExifTool go on past minor errors; absent counts as true.
+        /// Let ExifTool go on past minor errors; absent counts as true.
         std::optional<bool> ignoreMinorErrors;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { unauthorizedAccess, engineIsNotAvailable, editorIsNotSupported };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit SaveTagEditorsTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<SaveTagEditorsTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     /// What the save did to each file written through ExifTool: written, unchanged, failed (each
     /// failed file is also an error of `errors()`, "PATH: REASON") or unknown (the run was stopped).
@@ -75,6 +81,7 @@ private:
     std::vector<ETTagStorageWriter::FileOutcome> outcomes_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(SaveTagEditorsTask::ProcessError error);
 
 } // namespace corvane

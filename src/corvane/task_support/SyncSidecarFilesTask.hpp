@@ -27,6 +27,7 @@ class SyncSidecarFilesTask : public AbstractTask {
 public:
     enum class Action { importSidecar, exportSidecar };
 
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
@@ -46,6 +47,8 @@ public:
         std::optional<bool> ignoreMinorErrors;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         engineIsNotAvailable,
         processActionIsUnknown,
@@ -67,9 +70,12 @@ public:
         std::filesystem::path sidecar_;
     };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit SyncSidecarFilesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<SyncSidecarFilesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -98,6 +104,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(SyncSidecarFilesTask::ProcessError error);
 
 } // namespace corvane

@@ -18,6 +18,7 @@ namespace corvane {
 /// once, by one ExifTool copy ("-TO<FROM") over every file of the folder.
 class SyncTagValuesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
@@ -31,11 +32,16 @@ public:
         std::vector<TagSyncPair> tagCopies;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { engineIsNotAvailable };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit SyncTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<SyncTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
 
@@ -52,6 +58,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(SyncTagValuesTask::ProcessError error);
 
 } // namespace corvane

@@ -30,8 +30,10 @@ public:
     const std::filesystem::path& userHomeFolderURL() const { return userHomeFolderURL_; }
 
     /// What is read to test access; the home folder by default.
+    ///@{
     const std::filesystem::path& probePath() const { return probePath_; }
     void setProbePath(std::filesystem::path path) { probePath_ = std::move(path); }
+    ///@}
     /// The Flatpak description file; "/.flatpak-info" by default.
     void setFlatpakInfoPath(std::filesystem::path path) { flatpakInfoPath_ = std::move(path); }
     /// The environment lookup; `getenv` by default.

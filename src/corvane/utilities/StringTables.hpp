@@ -19,9 +19,10 @@ namespace corvane {
 /// writeTemplate() produces.
 class StringTables {
 public:
+    /// One localised text.
     struct Entry {
-        std::string text;
-        std::unordered_map<std::string, std::string> plurals;
+        std::string text;                                     ///< the text, with its placeholders
+        std::unordered_map<std::string, std::string> plurals; ///< by ICU plural category, if any
     };
     using Table = std::unordered_map<std::string, Entry>;
     using Tables = std::unordered_map<std::string, Table>;

@@ -33,6 +33,7 @@ public:
     static constexpr std::size_t maxTextLength = 256;
 
     /// Pieces the patterns are built of.
+    ///@{
     static constexpr std::string_view separatorPattern = R"([,;\s\.]*)";
     static constexpr std::string_view signPattern = R"([+-])";
     static constexpr std::string_view spacePattern = R"(\s*)";
@@ -46,27 +47,37 @@ public:
     static constexpr std::string_view degPattern = R"((?:(?:deg)|\°|\s))";
     static constexpr std::string_view minPattern = R"((?:(?:min)|\'|\s))";
     static constexpr std::string_view secPattern = R"((?:(?:sec)|\"|\s))";
+    ///@}
 
-    /// One axis, unanchored; groups: unit, number(s), unit.
+    /// One pattern per axis and notation (decimal degrees, degrees and decimal minutes, degrees
+    /// minutes and seconds), unanchored; groups: unit, number(s), unit.
+    ///@{
     static const std::string& latitudeDDdddddPattern();
     static const std::string& longitudeDDdddddPattern();
     static const std::string& latitudeDDMMmmmPattern();
     static const std::string& longitudeDDMMmmmPattern();
     static const std::string& latitudeDDMMSSsPattern();
     static const std::string& longitudeDDMMSSsPattern();
+    ///@}
     /// ISO 6709, anchored: a latitude alone (sign, digits) and a pair with an
     /// optional altitude, reference system and closing "/" that are ignored.
+    ///@{
     static const std::string& latitudeISO6709Pattern();
     static const std::string& coordinateISO6709Pattern();
+    ///@}
 
     /// "^", spacePattern, the parts joined by separatorPattern, spacePattern, "$".
     static std::string makeCoordinatePattern(const std::vector<std::string>& parts);
 
     /// General entries: every notation in turn, the first that reads wins.
+    ///@{
     static std::optional<Latitude> latitude(std::string_view text);
     static std::optional<Longitude> longitude(std::string_view text);
     static std::optional<Coordinate> coordinate(std::string_view text);
+    ///@}
 
+    /// Each notation on its own: the whole text must be that notation.
+    ///@{
     static std::optional<double> latitudeFromISO6709String(std::string_view text);
     /// Matches the longitude DDddddd pattern, whose three groups the ISO reading
     /// refuses: it reads nothing, as the general entry has always relied on.
@@ -76,27 +87,35 @@ public:
     static std::optional<double> latitudeFromDDdddddString(std::string_view text);
     static std::optional<double> longitudeFromDDdddddString(std::string_view text);
     static std::optional<Coordinate> coordinateFromDDdddddString(std::string_view text);
+    ///@}
     /// Decimal degrees followed by any other text, which is ignored.
     static std::optional<Coordinate> coordinateFromFreeDDdddddString(std::string_view text);
 
     /// A single axis in degrees and minutes goes through the decimal-degree
     /// reading, which refuses four groups: both read nothing, while a pair is read.
+    ///@{
     static std::optional<double> latitudeFromDDMMmmmString(std::string_view text);
     static std::optional<double> longitudeFromDDMMmmmString(std::string_view text);
     static std::optional<Coordinate> coordinateFromDDMMmmmString(std::string_view text);
+    ///@}
 
+    /// Degrees, minutes and seconds with hemisphere letters or signs.
+    ///@{
     static std::optional<double> latitudeFromDDMMSSsString(std::string_view text);
     static std::optional<double> longitudeFromDDMMSSsString(std::string_view text);
     static std::optional<Coordinate> coordinateFromDDMMSSsString(std::string_view text);
+    ///@}
 
     /// Readings of the capture groups of one axis; negRef is the lower-case
     /// letter of the negative hemisphere, "s" or "w".
     using Groups = std::vector<std::string>;
+    ///@{
     static std::optional<double> parseLatitudeISO6709(const Groups& groups);
     static std::optional<double> parseLongitudeISO6709(const Groups& groups);
     static std::optional<double> parseDDddddd(const Groups& groups, std::string_view negRef);
     static std::optional<double> parseDDMMmmm(const Groups& groups, std::string_view negRef);
     static std::optional<double> parseDDMMSSs(const Groups& groups, std::string_view negRef);
+    ///@}
 };
 
 } // namespace corvane

@@ -87,10 +87,10 @@ inline std::string_view message(DateEdition::DecodingError error) {
 
 } // namespace corvane
 
-// JSON form: the description as one string. Reading throws
-// DateEdition::DecodingException for a string that isn't an edition, and
-// nlohmann's type error for a value that isn't a string.
 namespace nlohmann {
+/// Lets nlohmann::json read and write a `DateEdition`. JSON form: the description as one string.
+/// Reading throws DateEdition::DecodingException for a string that isn't an edition, and nlohmann's
+/// type error for a value that isn't a string.
 template <> struct adl_serializer<corvane::DateEdition> {
     static corvane::DateEdition from_json(const json& j);
     static void to_json(json& j, const corvane::DateEdition& e);
