@@ -16,8 +16,10 @@ namespace corvane {
 /// throw FileError.
 class TagComparatorExporter {
 public:
+    /// The three output forms.
     enum class Format { txt, rtf, csv };
 
+    /// Every format, in the order above.
     static constexpr std::array<Format, 3> allFormats() { return {Format::txt, Format::rtf, Format::csv}; }
     /// "txt", "rtf", "csv".
     static std::string_view pathExtension(Format format);
@@ -25,23 +27,33 @@ public:
     static std::optional<Format> formatFromPathExtension(std::string_view pathExtension);
 
     /// Width of the name column and of each value column, in UTF-16 code units.
+    ///@{
     static constexpr std::size_t nameWidth = 40;
     static constexpr std::size_t valueWidth = 80;
+    ///@}
 
+    /// An exporter of this comparison.
     explicit TagComparatorExporter(TagComparatorTable tagsTable) : tagsTable_(std::move(tagsTable)) {}
 
+    /// The comparison written.
     const TagComparatorTable& tagsTable() const { return tagsTable_; }
 
-    /// The contents of each format.
+    /// The contents of each format; of the given one.
+    ///@{
     std::string txtString() const;
     std::string rtfString() const;
     std::string csvString() const;
     std::string exportedString(Format format) const;
+    ///@}
 
+    /// Writes the comparison in one format to `url`, replacing the file; throws FileError naming
+    /// the file when it can't be written.
+    ///@{
     void exportAsTXT(const std::filesystem::path& url) const;
     void exportAsRTF(const std::filesystem::path& url) const;
     void exportAsCSV(const std::filesystem::path& url) const;
     void exportTo(Format format, const std::filesystem::path& url) const;
+    ///@}
 
     /// `text` followed by blanks up to `width` UTF-16 code units; a longer text is kept whole.
     static std::string padded(std::string_view text, std::size_t width);

@@ -19,9 +19,13 @@ class TagStorage;
 /// iterating gives the groups in order.
 class TagComparatorTable {
 public:
+    /// A column of the comparison.
     using ProviderRef = std::shared_ptr<const TagComparatorProvider>;
 
+    /// The comparison of these columns; with `hidesStream`, families are not told apart and a key
+    /// shown once stands for all of them.
     TagComparatorTable(const std::vector<ProviderRef>& providers, bool hidesStream);
+    /// A comparison already laid out: the column titles and the groups.
     TagComparatorTable(std::vector<std::string> titles, std::vector<TagComparatorGroup> groups);
 
     /// One column per storage, titled with `titles[i]` (the storage's file name when `titles` is
@@ -29,16 +33,24 @@ public:
     static TagComparatorTable fromStorages(const std::vector<TagStorage>& storages, bool hidesStream = false,
                                            const std::vector<std::string>& titles = {});
 
+    /// The column titles, in order; the group names, in order of first appearance; whether there is
+    /// no group.
+    ///@{
     const std::vector<std::string>& titles() const { return titles_; }
     const std::vector<TagComparatorGroupName>& orderedNames() const { return orderedNames_; }
     bool isEmpty() const { return groups_.empty(); }
+    ///@}
     /// Number of value columns.
     std::ptrdiff_t multiValuesCount() const { return multiValuesCount_; }
+    /// The number of groups.
     std::size_t size() const { return groups_.size(); }
 
+    /// The groups, in order, and their iteration.
+    ///@{
     const std::vector<TagComparatorGroup>& groups() const { return groups_; }
     auto begin() const { return groups_.begin(); }
     auto end() const { return groups_.end(); }
+    ///@}
 
     /// std::out_of_range past the end.
     const TagComparatorGroup& group(std::size_t index) const { return groups_.at(index); }

@@ -19,17 +19,23 @@ namespace corvane {
 /// row. No byte-order mark is written. All writes throw CSVWriteException.
 class CSVWriter {
 public:
+    /// Byte order of UTF-16 and UTF-32 output (`unknown` writes little-endian).
     enum class WriteEndian { big, little, unknown };
+    /// Line end written between rows: "\n" or "\r\n".
     enum class WriteNewline { lf, crlf };
     /// Codecs with code units wider than a byte.
     enum class WideCodec { utf16, utf32 };
 
+    /// The field separator unless another is given.
     static constexpr std::string_view defaultDelimiter = ",";
+    /// The characters that make a field quoted, and the quoting texts.
+    ///@{
     static constexpr char32_t CSV_CR = U'\r';
     static constexpr char32_t CSV_LF = U'\n';
     static constexpr char32_t CSV_DQUOTE = U'"';
     static constexpr std::string_view CSV_DQUOTE_STR = "\"";
     static constexpr std::string_view CSV_DQUOTE2_STR = "\"\"";
+    ///@}
 
     /// UTF-8. Opens the stream if it is not open yet.
     explicit CSVWriter(std::shared_ptr<OutputStream> stream,
@@ -49,9 +55,12 @@ public:
     /// Closes the stream unless it is closed already.
     ~CSVWriter();
 
+    /// The stream written to; the field separator; the line end between rows.
+    ///@{
     const std::shared_ptr<OutputStream>& stream() const { return stream_; }
     const std::string& delimiter() const { return delimiter_; }
     const std::string& newline() const { return newline_; }
+    ///@}
 
     /// The next field starts a new row.
     void beginNewRow();

@@ -21,6 +21,7 @@ class ETProcess;
 /// Every other group is a command of its own within the same ExifTool process.
 class ETInput {
 public:
+    /// A callback of the run, given the process that runs it.
     using Handler = std::function<void(ETProcess&)>;
 
     /// The description of one group. The flags map to ExifTool's documented options, in this order on
@@ -40,22 +41,25 @@ public:
     ///   filePathFilter    -ext EXT ...        only these file types when scanning a folder
     /// then `arguments` as they stand, then `url`.
     struct ArgumentsMaker {
-        std::vector<std::string> arguments;
+        std::vector<std::string> arguments; ///< extra arguments, after the options
         /// Output language; none keeps ExifTool's default (English). `local` goes as the language that
         /// stands for the user's locale.
         std::optional<ETLanguage> language;
-        bool recurseSubfolders = false;
-        std::optional<ETPathFilter> filePathFilter;
-        bool shortTags = false;
-        bool rawValues = false;
-        bool noComposite = false;
-        bool correction = false;
-        bool ignoreMinorErrors = false;
-        bool overwriteOriginal = false;
-        bool overwriteInPlace = false;
-        bool rawLocation = false;
+        bool recurseSubfolders = false;             ///< see the table above
+        std::optional<ETPathFilter> filePathFilter; ///< see the table above
+        bool shortTags = false;                     ///< see the table above
+        bool rawValues = false;                     ///< see the table above
+        bool noComposite = false;                   ///< see the table above
+        bool correction = false;                    ///< see the table above
+        bool ignoreMinorErrors = false;             ///< see the table above
+        bool overwriteOriginal = false;             ///< see the table above
+        bool overwriteInPlace = false;              ///< see the table above
+        bool rawLocation = false;                   ///< see the table above
+        /// When false, the group may share one ExifTool command with its neighbours (see the class
+        /// comment).
         bool soloRun = true;
-        std::optional<std::string> password;
+        std::optional<std::string> password; ///< see the table above
+        /// the target file or folder; none for a group of arguments alone
         std::optional<std::filesystem::path> url;
 
         /// The options of the flags, in the order above (without `arguments` and `url`).
@@ -75,16 +79,22 @@ public:
             groups_.push_back(std::move(maker));
         }
     }
+    /// Appends one group.
     void addGroup(ArgumentsMaker group) { groups_.push_back(std::move(group)); }
 
+    /// The groups, in order; true when there is none.
+    ///@{
     const std::vector<ArgumentsMaker>& groups() const { return groups_; }
     bool isEmpty() const { return groups_.empty(); }
+    ///@}
 
     /// Called when the run starts, whenever its progress changes, and when it has ended (also after a
     /// failure), on the thread that executes the run.
+    ///@{
     Handler onStartHandler;
     Handler onProgressHandler;
     Handler onEndHandler;
+    ///@}
 
     /// Wall-clock limit of the run; none means the process's default (see ETProcess::defaultTimeLimit).
     std::optional<std::chrono::milliseconds> timeLimit;

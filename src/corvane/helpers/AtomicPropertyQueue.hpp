@@ -16,6 +16,10 @@ namespace corvane {
 /// The guard is not re-entrant: a pass must never enter another pass of the same
 /// owner (that would deadlock on a write). Builds without NDEBUG check this and
 /// abort with a message; release builds rely on the rule being kept.
+///
+/// A block given to `mainAsync` runs only when the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class AtomicPropertyQueue {
 public:
     static constexpr std::string_view label = "Corvane.AtomicPropertyQueue.syncQueue";

@@ -60,6 +60,11 @@ struct ItemListEditions {
 /// `Derived` gives those two constants and `userDefaultsKey`, and (to this class) what differs:
 /// `sameItems(a, b)` and `sameSelection(a, b)`, whether a new list or selection is no change;
 /// `decodeItems(bytes, source)` and `encodeItems(items)`, its file form.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 template <class Derived, class Item, class Edition>
 class ItemListManager : public ItemListEditions, public std::enable_shared_from_this<Derived> {
 public:

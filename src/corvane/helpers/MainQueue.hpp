@@ -27,9 +27,13 @@ namespace corvane {
 /// drain() and reaches the host; the jobs behind it stay queued.
 class MainQueue {
 public:
+    /// A job run on the main thread; the clock of the time limits.
+    ///@{
     using Job = std::function<void()>;
     using Clock = std::chrono::steady_clock;
+    ///@}
 
+    /// The queue the library posts to; lives as long as the process.
     static MainQueue& shared();
 
     MainQueue() = default;
@@ -52,11 +56,19 @@ public:
     /// a GUI event loop can schedule a drain on its own thread.
     void setWakeHook(std::function<void()> hook);
 
+    /// Make the calling thread, or the given thread, the main thread: the only one that may drain.
+    /// Call it at launch, before any work is posted from other threads.
+    ///@{
     void registerCurrentThreadAsMain();
     void setMainThread(std::thread::id id);
+    ///@}
+    /// The main thread, once one is known; whether the calling thread is it.
+    ///@{
     std::optional<std::thread::id> mainThread() const;
     bool isMainThread() const;
+    ///@}
 
+    /// The number of jobs waiting.
     std::size_t pendingCount() const;
 
 private:

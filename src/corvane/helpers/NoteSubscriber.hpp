@@ -13,6 +13,10 @@ class NotificationCenter;
 /// running on another thread (cancel waits for those). A handler may cancel its
 /// own subscriber, or another one, while it runs. Because cancel waits, do not
 /// cancel while holding a lock that the handler itself takes.
+///
+/// Handlers of the library's main-thread notices run only when the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class NoteSubscriber {
 public:
     NoteSubscriber() = default;

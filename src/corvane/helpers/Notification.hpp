@@ -19,13 +19,21 @@ namespace corvane {
 ///
 /// Identity is the address of the sender as the poster's pointer type; with
 /// single inheritance it is the same for base and derived pointers.
+///
+/// Notifications the library schedules for the main thread are delivered only when the host drains
+/// the main queue: `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class Notification {
 public:
+    /// Values under text keys, each of any type.
     using UserInfo = std::map<std::string, std::any>;
 
+    /// A notification `name` from `sender` (an identity only, never read) with `userInfo`.
     explicit Notification(std::string name, const void* sender = nullptr, UserInfo userInfo = {})
         : name_(std::move(name)), sender_(sender), userInfo_(std::move(userInfo)) {}
 
+    /// The same with a shared object as sender: the notification keeps it alive, and `object<T>()`
+    /// gives it back.
     template <class T>
     Notification(std::string name, std::shared_ptr<T> object, UserInfo userInfo = {})
         : name_(std::move(name)), sender_(static_cast<const void*>(object.get())),
@@ -33,9 +41,12 @@ public:
         if (object) object_ = std::move(object);
     }
 
+    /// The name, the sender's identity, the user info.
+    ///@{
     const std::string& name() const { return name_; }
     const void* sender() const { return sender_; }
     const UserInfo& userInfo() const { return userInfo_; }
+    ///@}
 
     /// The sender as std::shared_ptr<T> when it was posted as exactly that type
     /// (or as std::shared_ptr<const T> for a const T); null otherwise.
@@ -47,6 +58,7 @@ public:
         return nullptr;
     }
 
+    /// Whether the user info has `key`.
     bool hasUserInfo(const std::string& key) const { return userInfo_.find(key) != userInfo_.end(); }
 
     /// The user-info value under `key` if it is there and of type T; null otherwise.

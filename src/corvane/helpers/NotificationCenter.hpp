@@ -14,6 +14,11 @@ namespace corvane {
 /// Observers are called in the order they were added; one added during a post
 /// is not called for that post, one removed during a post is not called after
 /// its removal. Thread-safe: any thread may add, remove and post at any time.
+///
+/// The library's own notices for views (tasks, the edition manager, tables) are posted from the
+/// main queue's thread, so they arrive only when the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class NotificationCenter {
 public:
     using Handler = std::function<void(const Notification&)>;

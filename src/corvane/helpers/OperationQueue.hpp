@@ -24,20 +24,29 @@ class OperationQueue {
 public:
     static constexpr int defaultMaxConcurrentOperationCount = -1; ///< as many as the machine has cores
 
+    /// A queue running at most `maxConcurrentOperationCount` operations at once (-1: one per core;
+    /// 1: a serial queue).
     explicit OperationQueue(std::string name = {},
                             int maxConcurrentOperationCount = defaultMaxConcurrentOperationCount);
     ~OperationQueue();
     OperationQueue(const OperationQueue&) = delete;
     OperationQueue& operator=(const OperationQueue&) = delete;
 
+    /// The name, for logs and thread names.
+    ///@{
     std::string name() const;
     void setName(std::string name);
+    ///@}
 
+    /// How many operations may run at once (-1: one per core).
+    ///@{
     int maxConcurrentOperationCount() const;
     void setMaxConcurrentOperationCount(int count);
+    ///@}
 
     /// Adds an operation not yet in any queue (std::invalid_argument otherwise).
     void addOperation(const OperationRef& operation);
+    /// Adds an operation that runs `block`, and gives it.
     OperationRef addOperation(std::function<void()> block);
 
     /// Cancels every operation of the queue. Those not yet begun finish without
@@ -50,11 +59,11 @@ public:
 
     /// While suspended, no further operation begins; running ones go on.
     bool isSuspended() const;
-    void setSuspended(bool suspended);
+    void setSuspended(bool suspended); ///< see `isSuspended`
 
     /// Operations added and not yet finished, in order of adding.
     std::vector<OperationRef> operations() const;
-    std::size_t operationCount() const;
+    std::size_t operationCount() const; ///< the number of `operations()`
 
     /// True on a thread of this queue while it runs one of its operations.
     bool isCurrentQueue() const;

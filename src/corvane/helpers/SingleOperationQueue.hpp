@@ -16,17 +16,26 @@ namespace corvane {
 /// not begun, so the queue holds at most the running one and the new one.
 class SingleOperationQueue {
 public:
+    /// A serial queue of this name.
     explicit SingleOperationQueue(std::string name = "Corvane.SingleOperationQueue");
 
+    /// The serial queue underneath.
+    ///@{
     OperationQueue& queue() { return queue_; }
     const OperationQueue& queue() const { return queue_; }
+    ///@}
 
+    /// Adds an operation after those queued.
     OperationRef addOperation(std::function<void()> block) { return queue_.addOperation(std::move(block)); }
+    /// Cancels the operations not yet begun, then adds one running `block`.
     OperationRef replacePendingOperations(std::function<void()> block);
 
+    /// As the underlying queue does.
+    ///@{
     void cancelAllOperations() { queue_.cancelAllOperations(); }
     void waitUntilAllOperationsAreFinished() { queue_.waitUntilAllOperationsAreFinished(); }
     std::size_t operationCount() const { return queue_.operationCount(); }
+    ///@}
 
 private:
     OperationQueue queue_;

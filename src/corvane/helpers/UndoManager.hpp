@@ -17,24 +17,44 @@ namespace corvane {
 /// actions themselves run outside the lock, on the calling thread.
 class UndoManager {
 public:
+    /// An undo or redo action: runs on the thread that calls `undo()` or `redo()`.
     using Action = std::function<void()>;
 
+    /// Registers the action that undoes what the caller just did; it joins the open group, or is a
+    /// step of its own.
     void registerUndo(Action action);
+    /// The name of the step being built (shown as "Undo NAME").
     void setActionName(std::string name);
 
+    /// Open and close a group: every action registered in between is one step. Groups nest; the
+    /// outermost close ends the step.
+    ///@{
     void beginUndoGrouping();
     void endUndoGrouping();
+    ///@}
+    /// The depth of open groups; 0 outside any.
     int groupingLevel() const;
 
+    /// Whether there is a step to undo, to redo; the names of those steps (empty when none).
+    ///@{
     bool canUndo() const;
     bool canRedo() const;
     std::string undoActionName() const;
     std::string redoActionName() const;
+    ///@}
+    /// True while `undo()` runs its actions; while `redo()` runs its actions.
+    ///@{
     bool isUndoing() const;
     bool isRedoing() const;
+    ///@}
 
+    /// Runs the actions of the last undo step, in reverse order; what they register becomes the
+    /// redo step. Does nothing without a step.
     void undo();
+    /// Runs the actions of the last redo step, in reverse order; what they register becomes the
+    /// undo step again.
     void redo();
+    /// Empties both stacks.
     void removeAllActions();
 
     /// Number of undo steps kept; 0 keeps all.

@@ -25,6 +25,11 @@ using KeywordManagerBase =
 /// counts as changed when it holds other objects, whatever their contents. Changes inside a
 /// keyword are posted by the keyword (see KeywordItem). Not locked: the library belongs to the
 /// main thread.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class KeywordManager : public KeywordManagerBase {
 public:
     static constexpr std::string_view didChangeItemsNotification = "KeywordManagerDidChangeItemsNotification";

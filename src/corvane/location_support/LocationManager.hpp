@@ -24,6 +24,11 @@ using LocationManagerBase = ItemListManager<
 /// ItemListManager), with its notifications posted as described there. Items compare by value: a
 /// list or selection of equal places is no change. Not locked: the library belongs to the main
 /// thread.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class LocationManager : public LocationManagerBase {
 public:
     static constexpr std::string_view didChangeItemsNotification =

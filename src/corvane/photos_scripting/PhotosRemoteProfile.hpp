@@ -86,7 +86,7 @@ public:
         "PhotosRemoteProfileDidChangeInfoNotification";
     static constexpr std::string_view didChangeValuesNotification =
         "PhotosRemoteProfileDidChangeValuesNotification";
-        ///@}
+    ///@}
 
     /// A profile that changes nothing.
     static PhotosRemoteProfileRef create(std::string name, std::string description = {});

@@ -19,21 +19,28 @@ namespace corvane {
 /// `TagEditorPresets` makes an edition take effect on an editor.
 class PresetEdition {
 public:
+    /// Leave the tag as it is.
     struct KeepCurrentValue {
         friend bool operator==(const KeepCurrentValue&, const KeepCurrentValue&) = default;
     };
+    /// The five kinds of edition, each with its settings.
     using Case = std::variant<UseCustomActionSettings, CopyTagValueSettings, UseCustomValueSettings,
                               SearchAndReplaceSettings, KeepCurrentValue>;
 
+    /// Why a JSON value can't be read or written as an edition; `message` gives the text.
     enum class CodingError { unknownDecodingType, unknownEncodingType };
     /// "Unknown decoding type", "Unknown encoding type".
     static std::string_view message(CodingError error);
+    /// Thrown when a JSON value names an unknown edition type.
     using CodingException = CaseException<CodingError>;
 
     PresetEdition() : value_(KeepCurrentValue{}) {}
+    /// An edition of this kind.
     template <class T>
     requires std::is_constructible_v<Case, T> PresetEdition(T value) : value_(std::move(value)) {}
 
+    /// An edition of each kind.
+    ///@{
     static PresetEdition useCustomAction(UseCustomActionSettings::Action action) {
         return UseCustomActionSettings{action};
     }
@@ -45,9 +52,13 @@ public:
     }
     static PresetEdition searchAndReplace(SearchAndReplaceSettings settings) { return settings; }
     static PresetEdition keepCurrentValue() { return KeepCurrentValue{}; }
+    ///@}
 
+    /// The kind with its settings; the settings of kind `T`, or null for another kind.
+    ///@{
     const Case& value() const { return value_; }
     template <class T> const T* getIf() const { return std::get_if<T>(&value_); }
+    ///@}
 
     friend bool operator==(const PresetEdition&, const PresetEdition&) = default;
 
@@ -67,6 +78,6 @@ inline std::string_view message(PresetEdition::CodingError error) {
 /// or a value of the wrong kind throws the JSON library's error (or std::invalid_argument for an
 /// unknown setting text or tag name).
 void to_json(nlohmann::ordered_json& j, const PresetEdition& edition);
-void from_json(const nlohmann::ordered_json& j, PresetEdition& edition);
+void from_json(const nlohmann::ordered_json& j, PresetEdition& edition); ///< see `to_json`
 
 } // namespace corvane

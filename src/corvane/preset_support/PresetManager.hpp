@@ -21,6 +21,11 @@ namespace corvane {
 /// notification centre, with the manager as sender and the edition under "GroupEdition". Not
 /// locked: the library belongs to the main thread, and notifications are posted on the caller's
 /// thread.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class PresetManager : public std::enable_shared_from_this<PresetManager> {
 public:
     /// Rows inserted: `indexes` are their places in the new list.
@@ -41,11 +46,17 @@ public:
     struct ReloadSelection {
         friend bool operator==(const ReloadSelection&, const ReloadSelection&) = default;
     };
+    /// What a didChangeGroups notification says changed.
     using GroupEdition = std::variant<InsertGroups, RemoveGroups, ReloadGroups, ReloadSelection>;
 
+    /// Posted on every change of the groups or the selection, with the edition under
+    /// `groupEditionKey`.
+    ///@{
     static constexpr std::string_view didChangeGroupsNotification =
         "PresetManagerDidChangeGroupsNotification";
     static constexpr std::string_view groupEditionKey = "GroupEdition";
+    ///@}
+    /// The key of the user defaults the library is stored under.
     static constexpr std::string_view presetsUserDefaultsKey = "QRVPresets";
     /// The edition carried by a didChangeGroups notification; nothing for any other one.
     static std::optional<GroupEdition> groupEdition(const Notification& note);
@@ -55,9 +66,11 @@ public:
     /// An empty library of its own (for tools and tests); `shared()` is the one the application uses.
     static std::shared_ptr<PresetManager> create();
 
+    /// The groups, in order.
     const std::vector<PresetGroupRef>& groups() const { return groups_; }
     /// A change counts when the array holds other objects, whatever their contents.
     void setGroups(std::vector<PresetGroupRef> groups);
+    /// applies `change` to a copy of the groups and sets the result
     template <class F> void modifyGroups(F&& change) {
         auto groups = groups_;
         change(groups);
@@ -68,6 +81,7 @@ public:
     const std::vector<EquatableObjectRef>& selectedItems() const { return selectedItems_; }
     void setSelectedItems(std::vector<EquatableObjectRef> items);
     ///@}
+    /// applies `change` to a copy of the selection and sets the result
     template <class F> void modifySelectedItems(F&& change) {
         auto items = selectedItems_;
         change(items);
@@ -76,7 +90,7 @@ public:
 
     /// Inserts before `index` (at most the count of groups).
     void insertGroups(std::vector<PresetGroupRef> groups, std::size_t index);
-    void removeGroups(const IndexSet& indexes);
+    void removeGroups(const IndexSet& indexes); ///< an empty set does nothing; posts a `RemoveGroups` edition
     /// Adds the preset at the end of the last group, or in a new unnamed group when there is none.
     void appendPresetItem(PresetItemRef item);
     /// Selects just this group or preset; anything else (or nothing) empties the selection.
@@ -97,6 +111,7 @@ private:
     std::vector<EquatableObjectRef> selectedItems_;
 };
 
+/// The shared handle the library lives in.
 using PresetManagerRef = std::shared_ptr<PresetManager>;
 
 } // namespace corvane

@@ -16,6 +16,11 @@ namespace corvane {
 /// The two folder settings are changed in one exclusive pass, then a notification is posted
 /// synchronously on the calling thread, with the editor (as std::shared_ptr<ETTagEditor>) as
 /// object. They open no session of the edition manager: they are no tag values.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class ETTagEditor : public TagEditor {
 public:
     /// The name's spelling is part of the interface that hosts observe.

@@ -21,7 +21,7 @@ namespace corvane {
 
 /// The width and height of an image, in pixels.
 struct ImageSize {
-    std::int64_t width = 0; ///< in pixels
+    std::int64_t width = 0;  ///< in pixels
     std::int64_t height = 0; ///< in pixels
     friend bool operator==(const ImageSize&, const ImageSize&) = default;
 };

@@ -22,10 +22,10 @@ class TagItem;
 /// Writes the edited values of storages with ExifTool, in place. The values of all files of a write go
 /// into one temporary JSON import file read with "-json=", one group per file, all in one ExifTool run;
 /// a folder storage gets a file and a group of its own that applies to every file of the folder. A
-/// tag to remove travels as a deletion marker of the writer. Finder resources (dates, Finder tags) are written
-/// afterwards without ExifTool. ExifTool writes each file to a temporary copy first and puts the result back
-/// into the same file (same inode, extended attributes, owner and mode) only once it is complete, so a file it
-/// can't write stays as it was.
+/// tag to remove travels as a deletion marker of the writer. Finder resources (dates, Finder tags) are
+/// written afterwards without ExifTool. ExifTool writes each file to a temporary copy first and puts the
+/// result back into the same file (same inode, extended attributes, owner and mode) only once it is complete,
+/// so a file it can't write stays as it was.
 ///
 /// Construct, call `write()` once, discard. `write()` blocks; progress callbacks come from the thread
 /// that runs ExifTool.
@@ -35,6 +35,7 @@ public:
     class Settings : public TagStorageWriterSettings<ETTagStorageWriter> {
     public:
         Settings() = default;
+        /// Settings that write these storages.
         explicit Settings(std::vector<TagStorage> storages);
 
         /// What to write.
@@ -47,6 +48,7 @@ public:
         const std::unordered_map<std::filesystem::path, std::filesystem::path>& destinations() const {
             return destinations_;
         }
+        /// see `destinations()`
         void setDestinations(std::unordered_map<std::filesystem::path, std::filesystem::path> destinations) {
             destinations_ = std::move(destinations);
         }
@@ -79,8 +81,11 @@ public:
         IPTCDigestUpdate forceIPTCDigest_ = IPTCDigestUpdate::ignore;
         bool ignoreMinorErrors_ = false;
     };
+    /// The settings type, by the name the engines share.
     using ProcessSettings = Settings;
 
+    /// Why a write failed before ExifTool ran, or why its output couldn't be read; `message` gives
+    /// the text.
     enum class WriteError {
         copySourceImageFailed,
         jsonEncodingFailed,
@@ -94,6 +99,7 @@ public:
 
     /// What a write did to one storage's file (or folder), from what ExifTool reported for it.
     struct FileOutcome {
+        /// What happened to the file.
         enum class Status {
             written,   ///< changed
             unchanged, ///< nothing to write, or ExifTool found nothing to change
@@ -101,8 +107,8 @@ public:
                        ///< file is as it was
             unknown,   ///< the run was stopped (time limit, cancel, crash) while on this file
         };
-        std::filesystem::path url;
-        Status status = Status::unchanged;
+        std::filesystem::path url;         ///< the file or folder
+        Status status = Status::unchanged; ///< see `Status`
         /// ExifTool's reason for `failed`, or the run's failure when it was stopped.
         std::string reason;
         /// ExifTool's warnings about the file (minor errors it passed over among them).
@@ -113,9 +119,13 @@ public:
     /// "/photos/a.jpg: Corrupted JPEG image".
     class FileWriteException : public Error {
     public:
+        /// The file and ExifTool's reason.
         FileWriteException(std::filesystem::path url, std::string reason);
+        /// The file that was not written; ExifTool's reason.
+        ///@{
         const std::filesystem::path& url() const { return url_; }
         const std::string& reason() const { return reason_; }
+        ///@}
 
     private:
         std::filesystem::path url_;
@@ -131,6 +141,7 @@ public:
     const Settings& settings() const { return settings_; }
     /// The progress of the ExifTool run under way (or ended).
     double progress() const override;
+    /// The ExifTool process of the run.
     const ETProcess& process() const { return process_; }
 
     /// Writes `settings().storages()` between the start and end callbacks. Throws WriteException when

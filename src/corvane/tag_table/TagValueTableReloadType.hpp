@@ -12,6 +12,10 @@ namespace corvane {
 ///   the rebuilt row indexes in the did-notification. Row count and order are unchanged;
 /// - `entries`: every row may have changed;
 /// - `selection`: only the selection and the value set changed.
+///
+/// Both notifications are posted on the main queue's thread: the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class TagValueTableReloadType {
 public:
     enum class Kind { values, entries, selection };

@@ -16,6 +16,8 @@ using ValueConverterRef = std::shared_ptr<const ValueConverter>;
 /// The ordinals are fixed: converters choose by them (signed set, date kinds).
 class TagType {
 public:
+    /// The types, by fixed ordinal; the comments give ExifTool's name where it isn't the case's
+    /// own.
     enum Case : uint8_t {
         unknown = 0,       ///< "?"
         undef = 1,         ///< "undef"
@@ -89,23 +91,37 @@ public:
         bitsRect = 69,    ///< "BitsRect#"
         unknownName = 70, ///< "Unknown"
     };
+    /// The number of cases, one more than the last ordinal.
     static constexpr int caseCount = 71;
 
     constexpr TagType() = default;
+    /// The type of this case.
     constexpr TagType(Case c) : case_(c) {}
 
+    /// The case, and its ordinal.
+    ///@{
     constexpr Case value() const { return case_; }
     constexpr int ordinal() const { return static_cast<int>(case_); }
+    ///@}
+    /// The name as the catalogue and ExifTool write it ("int16u", "datetime").
     std::string_view rawValue() const;
+    /// The type of a raw name; nothing for an unknown one.
     static std::optional<TagType> fromRawValue(std::string_view raw);
+    /// Every case, in ordinal order.
     static const std::vector<TagType>& allCases();
 
     /// The signed set of the converters: ordinals 10, 13, 16, 18-22, 24, 30, 31, 33, 35.
     bool isSigned() const;
+    /// Text of bounded length: ExifTool's string encodings, IPTC's digit strings (where leading
+    /// zeros matter) and XMP's language alternatives.
     bool isShortString() const;
+    /// Rationals, fixed-point and floating-point numbers.
     bool isFloat() const;
+    /// Integers of every width and sign.
     bool isInteger() const;
+    /// A float or an integer.
     bool isNumber() const { return isFloat() || isInteger(); }
+    /// A date, a time, a date-time, or a GPS date or time stamp.
     bool isDateTimeOrPartial() const;
     /// A type that some converter other than NoneValueConverter handles.
     bool isSupported() const;
@@ -113,6 +129,7 @@ public:
     /// The converter of one value of this type.
     ValueConverterRef converter() const;
 
+    /// Same case.
     friend constexpr bool operator==(TagType a, TagType b) { return a.case_ == b.case_; }
 
 private:

@@ -23,11 +23,15 @@ public:
     enum class Fields : int8_t { all, noSeconds, dateOnly, yearOnly };
 
     constexpr Date() = default;
+    /// The moment this many seconds after 1970-01-01 00:00:00 UTC; the second form also keeps how a
+    /// text wrote it (its own zone offset, fraction digits, fields), which equality ignores.
+    ///@{
     constexpr explicit Date(double secondsSince1970) : seconds_(secondsSince1970) {}
     constexpr Date(double secondsSince1970, std::optional<int32_t> ownOffsetSeconds, int fractionDigits = 0,
                    Fields fields = Fields::all)
         : seconds_(secondsSince1970), ownOffset_(ownOffsetSeconds),
           fractionDigits_(static_cast<int8_t>(fractionDigits)), fields_(fields) {}
+    ///@}
 
     /// Seconds east of UTC of the text the date was read from; nothing for a
     /// date in the process's zone.
@@ -42,14 +46,19 @@ public:
         return Date(seconds_, ownOffsetSeconds, fractionDigits, fields);
     }
 
+    /// The present moment, from the system clock.
     static Date now();
+    /// The moment this many seconds after 1970-01-01 UTC.
     static constexpr Date fromTimeIntervalSince1970(double s) { return Date(s); }
 
+    /// Seconds since 1970-01-01 00:00:00 UTC, with their fraction.
     constexpr double timeIntervalSince1970() const { return seconds_; }
     /// ICU's UDate: milliseconds since the epoch.
     constexpr double udate() const { return seconds_ * 1000.0; }
+    /// from ICU's UDate, in milliseconds
     static constexpr Date fromUDate(double ms) { return Date(ms / 1000.0); }
 
+    /// The moment `s` seconds later (earlier when negative), with the same presentation.
     Date addingTimeInterval(double s) const {
         return Date(seconds_ + s, ownOffset_, fractionDigits_, fields_);
     }
@@ -57,8 +66,11 @@ public:
     /// Stable text form in UTC, "2024-05-01 12:00:00 +0000".
     std::string description() const;
 
+    /// Moments compare by their seconds alone.
+    ///@{
     friend constexpr bool operator==(const Date& a, const Date& b) { return a.seconds_ == b.seconds_; }
     friend constexpr auto operator<=>(const Date& a, const Date& b) { return a.seconds_ <=> b.seconds_; }
+    ///@}
 
 private:
     double seconds_ = 0;

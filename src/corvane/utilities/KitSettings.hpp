@@ -19,6 +19,7 @@ namespace corvane {
 /// pass of `atomic`.
 class KitSettings {
 public:
+    /// The settings every part of the library reads; lives as long as the process.
     static KitSettings& shared();
 
     KitSettings();
@@ -94,6 +95,7 @@ public:
     void setLocalizationLanguage(std::string language);
     ///@}
 
+    /// The guard of the fields.
     AtomicPropertyQueue& atomic() const { return atomic_; }
 
 private:

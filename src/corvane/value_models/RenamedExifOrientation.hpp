@@ -12,6 +12,7 @@ class ExifOrientation;
 /// values 1 to 8 and the same transforms as ExifOrientation.
 class RenamedExifOrientation {
 public:
+    /// The eight orientations by raw value, named after the edge that is up.
     enum Case : int {
         up = 1,
         upMirrored = 2,
@@ -23,19 +24,29 @@ public:
         right = 8,
     };
 
+    /// The orientation of this case.
     constexpr RenamedExifOrientation(Case value) : value_(value) {}
     /// Nothing outside 1 to 8.
     static std::optional<RenamedExifOrientation> fromRawValue(int rawValue);
+    /// The eight orientations, by raw value.
     static const std::array<RenamedExifOrientation, 8>& allCases();
 
+    /// The raw value, 1 to 8; the case.
+    ///@{
     constexpr int rawValue() const { return value_; }
     constexpr Case value() const { return value_; }
+    ///@}
 
+    /// The orientation after mirroring left to right, top to bottom, turning a quarter to the left,
+    /// to the right.
+    ///@{
     RenamedExifOrientation horizontalMirrored() const;
     RenamedExifOrientation verticalMirrored() const;
     RenamedExifOrientation leftRotated() const;
     RenamedExifOrientation rightRotated() const;
+    ///@}
 
+    /// same raw value
     friend constexpr bool operator==(RenamedExifOrientation, RenamedExifOrientation) = default;
 
 private:
