@@ -32,7 +32,9 @@ public:
     /// Fonts by their PostScript names ("Menlo", "Menlo-Bold"); colours for indexes 1 and up.
     RichTextDocument(std::vector<std::string> fontNames, std::vector<Colour> colours = {});
 
+    /// Adds a run of `text` (UTF-8) in `style`.
     void append(std::string_view text, const Style& style);
+    /// True before the first run.
     bool isEmpty() const { return body_.empty(); }
 
     /// The whole RTF text (7-bit ASCII).

@@ -50,13 +50,13 @@ public:
 
     /// std::out_of_range past the end.
     const TagComparatorGroupEntry& entry(std::size_t index) const { return entries_.at(index); }
-    /// std::out_of_range past the end
+    /// Throws std::out_of_range past the end.
     const TagComparatorGroupKey& key(std::size_t index) const { return orderedKeys_.at(index); }
     /// nullptr for a key the group doesn't hold.
     const TagComparatorGroupEntry* entry(const TagComparatorGroupKey& key) const;
     /// The value texts of the entry at `index`, an absent one as the empty text.
     std::vector<std::string> strings(std::size_t index) const { return entry(index).strings(); }
-    /// whether the values of the entry at `index` differ between files
+    /// Whether the values of the entry at `index` differ between files.
     bool isShared(std::size_t index) const { return entry(index).isShared(); }
     /// False for a key the group doesn't hold.
     bool isShared(const TagComparatorGroupKey& key) const;

@@ -18,8 +18,11 @@ public:
     /// absent texts count as equal); false for one value or none.
     TagComparatorGroupEntry(TagComparatorGroupKey key, std::vector<TagComparatorValue> values);
 
+    /// The row's heading; the cells, one per column.
+    ///@{
     const TagComparatorGroupKey& key() const { return key_; }
     const std::vector<TagComparatorValue>& values() const { return values_; }
+    ///@}
     /// True when the values differ between the files.
     bool isShared() const { return isShared_; }
 

@@ -10,7 +10,7 @@ namespace corvane {
 
 /// The name of one group (section) of a comparison: a tag family.
 struct TagComparatorGroupName {
-    TagStream stream;
+    TagStream stream; ///< the family
 
     friend bool operator==(const TagComparatorGroupName&, const TagComparatorGroupName&) = default;
 };
@@ -18,11 +18,15 @@ struct TagComparatorGroupName {
 /// The row heading of one tag in a comparison, with whether the family is left out of its text.
 class TagComparatorGroupKey {
 public:
+    /// The heading of `name`; with `hidesStream` the family is left out of its text.
     TagComparatorGroupKey(TagName name, bool hidesStream)
         : name_(std::move(name)), hidesStream_(hidesStream) {}
 
+    /// The tag; whether the family is left out of the text.
+    ///@{
     const TagName& name() const { return name_; }
     bool hidesStream() const { return hidesStream_; }
+    ///@}
 
     /// The family, a blank, and the tag's display name ("EXIF Camera Model Name").
     std::string localizedNameText() const;

@@ -13,13 +13,14 @@ struct TagComparatorSearchValue {
     /// A byte range [first, second) of UTF-8 text.
     using Range = std::pair<std::size_t, std::size_t>;
 
-    bool isTag = false; ///< a tag-name cell, not a value cell
-    std::optional<std::string> rawText;
-    std::optional<std::string> search;
-    bool isMultiValued = false;
-    bool isShared = false; ///< the row's values differ
-    bool isEdited = false;
+    bool isTag = false;                 ///< a tag-name cell, not a value cell
+    std::optional<std::string> rawText; ///< the cell's text; absent for a tag without value
+    std::optional<std::string> search;  ///< the search text to highlight
+    bool isMultiValued = false;         ///< the cell stands for two or more values
+    bool isShared = false;              ///< the row's values differ
+    bool isEdited = false;              ///< the value is an unsaved edit
 
+    /// The cell's text.
     const std::optional<std::string>& text() const { return rawText; }
 
     /// The first place of `search` in `text`, ignoring case and diacritics under the current

@@ -19,27 +19,36 @@ using TagComparatorRow = std::variant<TagComparatorGroupName, TagComparatorGroup
 /// recomputes the rows at once. Not thread-safe: it belongs to its view's thread.
 class TagComparatorSource {
 public:
+    /// A shared comparison table.
     using TableRef = std::shared_ptr<const TagComparatorTable>;
 
     TagComparatorSource() = default;
     virtual ~TagComparatorSource() = default;
 
+    /// The search text (nothing shows every row); setting it recomputes the rows.
+    ///@{
     const std::optional<std::string>& search() const { return search_; }
     virtual void setSearch(std::optional<std::string> search);
+    ///@}
+    /// The whole table; setting it recomputes the rows.
+    ///@{
     const TableRef& sourceTable() const { return sourceTable_; }
     virtual void setSourceTable(TableRef table);
     void setSourceTable(TagComparatorTable table) {
+        ///@}
         setSourceTable(std::make_shared<const TagComparatorTable>(std::move(table)));
     }
 
     /// The table now shown: the source table, filtered when a search is set.
     const TableRef& displayedTable() const { return internalTable_; }
+    /// The rows of `displayedTable()`, in order, headings included.
     const std::vector<TagComparatorRow>& cachedRows() const { return cachedRows_; }
 
+    /// Recomputes `displayedTable()` and `cachedRows()`; the setters call it.
     virtual void reloadCachedData();
     /// No row to show.
     bool isEmpty() const { return cachedRows_.empty(); }
-    std::size_t numberOfRows() const { return cachedRows_.size(); }
+    std::size_t numberOfRows() const { return cachedRows_.size(); } ///< the number of `cachedRows()`
     /// The tag column and one per file; 0 without a table.
     std::size_t numberOfColumns() const;
     /// Column 0: the localized heading of the tag column; then the files' titles. std::out_of_range

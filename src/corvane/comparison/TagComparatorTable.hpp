@@ -22,8 +22,8 @@ public:
     /// A column of the comparison.
     using ProviderRef = std::shared_ptr<const TagComparatorProvider>;
 
-    /// The comparison of these columns; with `hidesStream`, families are not told apart and a key
-    /// shown once stands for all of them.
+    /// The comparison of these columns; with `hidesStream`, row headings show the key alone,
+    /// without its family.
     TagComparatorTable(const std::vector<ProviderRef>& providers, bool hidesStream);
     /// A comparison already laid out: the column titles and the groups.
     TagComparatorTable(std::vector<std::string> titles, std::vector<TagComparatorGroup> groups);

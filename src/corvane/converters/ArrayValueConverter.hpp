@@ -11,10 +11,15 @@ namespace corvane {
 /// element converter cannot read are dropped without a trace.
 class ArrayValueConverter : public ValueConverter {
 public:
+    /// A converter of lists whose elements `valueConverter` converts, joined and split on
+    /// `separator`.
     ArrayValueConverter(ValueConverterRef valueConverter, std::string separator);
 
+    /// The converter of one element; the separator.
+    ///@{
     const ValueConverterRef& valueConverter() const { return valueConverter_; }
     const std::string& separator() const { return separator_; }
+    ///@}
 
     /// Split on the separator, each trimmed piece through the element converter;
     /// nothing for nothing or the empty string, otherwise an array (maybe empty).

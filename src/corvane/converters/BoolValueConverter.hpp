@@ -14,6 +14,7 @@ public:
     /// Compared exactly and case-sensitively.
     static constexpr std::array<std::string_view, 7> trueStringValues{"True", "true", "1", "Yes",
                                                                       "yes",  "Y",    "y"};
+    /// The texts read as false; see the class comment for the rest.
     static constexpr std::array<std::string_view, 7> falseStringValues{"False", "false", "0", "No",
                                                                        "no",    "N",     "n"};
 

@@ -20,12 +20,18 @@ public:
     /// ("23:37:53-04:00" stays so): for tags whose text holds them.
     enum class Clock { processZone, own, ownWithZone };
 
+    /// A converter of `format` (an ICU date pattern), on the process's clock or as `clock` says.
+    ///@{
     explicit DateTimeValueConverter(std::string format = "yyyy:MM:dd HH:mm:ss")
         : dateFormat_(std::move(format)) {}
     DateTimeValueConverter(std::string format, Clock clock) : dateFormat_(std::move(format)), clock_(clock) {}
+    ///@}
 
+    /// The ICU date pattern of the tag's text.
+    ///@{
     const std::string& dateFormat() const { return dateFormat_; }
     void setDateFormat(std::string format) { dateFormat_ = std::move(format); }
+    ///@}
 
     /// Ignores dateFormat. After removing every ":" and "_" and trimming, reads
     /// "yyyyMMdd HHmmss" (or without the blank, or without the seconds), a date
@@ -49,7 +55,7 @@ public:
     /// Parses `text` whole with a fixed pattern (strict: out-of-range fields
     /// fail) and formats with one; both in "en_US_POSIX" and the current zone.
     static std::optional<Date> parse(const std::string& text, const std::string& pattern);
-    static std::string format(Date date, const std::string& pattern);
+    static std::string format(Date date, const std::string& pattern); ///< see `parse`
     /// The same on the date's own clock when it has one ("ZZZZZ" writes its own offset),
     /// with that many digits of the second's fraction after the seconds.
     static std::string formatOnOwnClock(Date date, const std::string& pattern, int fractionDigits);

@@ -75,8 +75,11 @@ struct OtherValue {
 };
 
 struct DynamicValue;
+/// An array of dynamic values; an array of strings.
+///@{
 using DynamicArray = std::vector<DynamicValue>;
 using StringArray = std::vector<std::string>;
+///@}
 
 /// The dynamic value: what converters take and give when the type is only known
 /// at run time. An "object value" (the form handed to the image I/O engine) is

@@ -8,6 +8,7 @@
 
 namespace corvane {
 
+/// A tag value in its canonical string form; nothing when the tag has no value.
 using OptionalString = std::optional<std::string>;
 
 /// Converts one kind of tag value between its canonical string and the other
@@ -38,6 +39,7 @@ public:
     virtual DynamicValue exifToolValueFromStringValue(const OptionalString& value) const = 0;
 };
 
+/// Converters are shared and immutable.
 using ValueConverterRef = std::shared_ptr<const ValueConverter>;
 
 /// A converter with a natural typed value. Gives the shared default of every

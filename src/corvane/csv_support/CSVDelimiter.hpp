@@ -9,12 +9,16 @@ namespace corvane {
 /// The separator of a CSV table: one of the three usual ones, or any other character.
 class CSVDelimiter {
 public:
+    /// Which separator: one of the usual three, or another character.
     enum class Case { character, comma, semicolon, tab };
 
+    /// The usual separators, and any other character.
+    ///@{
     static constexpr CSVDelimiter comma() { return CSVDelimiter(Case::comma, U','); }
     static constexpr CSVDelimiter semicolon() { return CSVDelimiter(Case::semicolon, U';'); }
     static constexpr CSVDelimiter tab() { return CSVDelimiter(Case::tab, U'\t'); }
     static constexpr CSVDelimiter character(char32_t c) { return CSVDelimiter(Case::character, c); }
+    ///@}
 
     /// The plain case for ",", ";" and TAB, `character` for anything else.
     static constexpr CSVDelimiter fromRawValue(char32_t c) {
@@ -36,8 +40,11 @@ public:
     /// The first recognized delimiter outside quotes on the first line of `text`, else comma.
     static CSVDelimiter guessed(std::string_view text);
 
+    /// The case; the character.
+    ///@{
     constexpr Case kind() const { return case_; }
     constexpr char32_t rawValue() const { return raw_; }
+    ///@}
     /// The raw character as UTF-8.
     std::string rawString() const;
 

@@ -42,9 +42,12 @@ public:
                               const TextEncoding& encoding = TextEncoding::utf8(), bool loadColumns = false,
                               bool hasHeader = true);
 
+    /// The text read; its separator; the table it holds.
+    ///@{
     const std::string& text() const { return text_; }
     const CSVDelimiter& delimiter() const { return delimiter_; }
     const View& content() const { return content_; }
+    ///@}
 
 private:
     CSVReader(std::string text, std::optional<CSVDelimiter> delimiter, bool loadColumns, bool hasHeader,

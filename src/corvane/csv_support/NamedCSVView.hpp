@@ -14,8 +14,11 @@ namespace corvane {
 /// A CSV table whose rows are dictionaries keyed by the names of its first row.
 class NamedCSVView {
 public:
+    /// One row: each header name with its field; the columns by header name.
+    ///@{
     using Row = std::unordered_map<std::string, std::string>;
     using Columns = std::unordered_map<std::string, std::vector<std::string>>;
+    ///@}
 
     NamedCSVView() = default;
     /// The first row is always the header; `hasHeader` is accepted for symmetry
@@ -25,8 +28,11 @@ public:
     NamedCSVView(std::string_view text, const CSVDelimiter& delimiter, bool loadColumns,
                  bool hasHeader = true, std::optional<std::size_t> rowLimit = std::nullopt);
 
+    /// The header row; the data rows, in order.
+    ///@{
     const std::vector<std::string>& header() const { return header_; }
     const std::vector<Row>& rows() const { return rows_; }
+    ///@}
     /// Each header name with its values in row order, when asked for.
     const std::optional<Columns>& columns() const { return columns_; }
 

@@ -14,8 +14,11 @@ namespace corvane {
 /// capacity. File output is buffered; the buffer is flushed when full and on close.
 class OutputStream {
 public:
+    /// Where the stream stands: not opened yet, open, full (a memory stream at its capacity),
+    /// closed, failed.
     enum class Status { notOpen, open, atEnd, closed, error };
 
+    /// Memory without a limit.
     static std::shared_ptr<OutputStream> toMemory();
     /// Memory that takes at most `capacity` bytes; the stream is at its end then.
     static std::shared_ptr<OutputStream> toBuffer(std::size_t capacity);
@@ -26,18 +29,24 @@ public:
     OutputStream& operator=(const OutputStream&) = delete;
     ~OutputStream();
 
+    /// Where the stream stands.
     Status status() const { return status_; }
     /// The failure that put the stream in the error status.
     std::error_code streamError() const { return error_; }
 
+    /// Opens the stream (a file is created, and truncated unless the stream appends); closes it,
+    /// flushing the buffer. Failures move it to the error status.
+    ///@{
     void open();
     void close();
+    ///@}
 
     /// Writes up to `length` bytes and returns how many were taken: 0 when the
     /// stream is at its end, -1 when it is not open or has failed.
     std::ptrdiff_t write(const void* bytes, std::size_t length);
+    /// The same for a text.
     std::ptrdiff_t write(std::string_view bytes) { return write(bytes.data(), bytes.size()); }
-    bool hasSpaceAvailable() const;
+    bool hasSpaceAvailable() const; ///< the stream is open and can take bytes
 
     /// What a memory stream has taken so far (also after close); empty for a file.
     std::string_view data() const;

@@ -45,21 +45,21 @@ public:
         /// Output language; none keeps ExifTool's default (English). `local` goes as the language that
         /// stands for the user's locale.
         std::optional<ETLanguage> language;
-        bool recurseSubfolders = false;             ///< see the table above
-        std::optional<ETPathFilter> filePathFilter; ///< see the table above
-        bool shortTags = false;                     ///< see the table above
-        bool rawValues = false;                     ///< see the table above
-        bool noComposite = false;                   ///< see the table above
-        bool correction = false;                    ///< see the table above
-        bool ignoreMinorErrors = false;             ///< see the table above
-        bool overwriteOriginal = false;             ///< see the table above
-        bool overwriteInPlace = false;              ///< see the table above
-        bool rawLocation = false;                   ///< see the table above
+        bool recurseSubfolders = false;             ///< "-r": descend into subfolders
+        std::optional<ETPathFilter> filePathFilter; ///< "-ext": only these file types in a folder
+        bool shortTags = false;                     ///< "-s": tag names, not descriptions
+        bool rawValues = false;                     ///< "-n": values without print conversion
+        bool noComposite = false;                   ///< "-e": no composite tags
+        bool correction = false;                    ///< "-F": fix maker-note offsets
+        bool ignoreMinorErrors = false;             ///< "-m": minor errors become warnings
+        bool overwriteOriginal = false;             ///< "-overwrite_original"
+        bool overwriteInPlace = false;              ///< "-overwrite_original_in_place"
+        bool rawLocation = false;                   ///< "-c %+.8f": signed decimal degrees
         /// When false, the group may share one ExifTool command with its neighbours (see the class
         /// comment).
         bool soloRun = true;
-        std::optional<std::string> password; ///< see the table above
-        /// the target file or folder; none for a group of arguments alone
+        std::optional<std::string> password; ///< "-password": for protected files
+        /// The target file or folder; none for a group of arguments alone.
         std::optional<std::filesystem::path> url;
 
         /// The options of the flags, in the order above (without `arguments` and `url`).

@@ -28,12 +28,13 @@ std::string_view message(ETOutputError error);
 /// One "Error:" or "Warning:" report of ExifTool. `path` is the file it names, as ExifTool printed it,
 /// when the report names one.
 struct ETFileMessage {
+    /// An error or a warning.
     enum class Kind { error, warning };
-    Kind kind = Kind::error;
+    Kind kind = Kind::error; ///< error or warning
     /// ExifTool marked it "[minor]": with "-m" such errors are only warnings.
     bool minor = false;
-    std::string text;
-    std::optional<std::filesystem::path> path;
+    std::string text; ///< the report's text, without the "Error:" or "Warning:" prefix
+    std::optional<std::filesystem::path> path; ///< the file it names, if any
 
     /// "Error: text - path" as ExifTool prints it.
     std::string description() const;
@@ -77,8 +78,11 @@ public:
     const std::string& errorText() const { return errorText_; }
     /// Every error and warning that ExifTool reported, in order.
     const std::vector<ETFileMessage>& messages() const { return messages_; }
+    /// The reports that are errors; those that are warnings.
+    ///@{
     std::vector<ETFileMessage> errors() const;
     std::vector<ETFileMessage> warnings() const;
+    ///@}
     /// Errors reported for files of groups that ignore minor errors, where ExifTool went on: read
     /// failures that left a file out of the output. They don't fail the run.
     const std::vector<ETFileMessage>& excusedErrors() const { return excusedErrors_; }
@@ -88,7 +92,7 @@ public:
     const std::optional<int>& exitStatus() const { return exitStatus_; }
     /// The arguments of the run, as ExifTool read them; passwords are masked.
     const std::vector<std::string>& arguments() const { return arguments_; }
-    bool isFinished() const { return finished_; }
+    bool isFinished() const { return finished_; } ///< the run has ended, well or not
 
     /// Throws ETOutputException if the run failed, or if ExifTool reported errors that the groups'
     /// settings don't excuse. Warnings never throw.

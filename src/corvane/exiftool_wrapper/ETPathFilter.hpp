@@ -15,12 +15,16 @@ namespace corvane {
 class ETPathFilter {
 public:
     ETPathFilter() = default;
+    /// A filter of these extensions (any case, with or without the dot; blanks and repeats
+    /// dropped).
+    ///@{
     explicit ETPathFilter(const std::vector<std::string>& extensions);
     ETPathFilter(std::initializer_list<std::string_view> extensions);
+    ///@}
 
     /// The extensions, upper-cased, without dots, in insertion order.
     const std::vector<std::string>& extensions() const { return extensions_; }
-    bool isEmpty() const { return extensions_.empty(); }
+    bool isEmpty() const { return extensions_.empty(); } ///< no extension: every file passes
 
     /// Adds one extension ("jpg", ".JPG" and "Jpg" are the same); a blank or repeated one is ignored.
     void addExtension(std::string_view extension);
@@ -39,6 +43,7 @@ public:
     /// Upper-cases ASCII letters and strips one leading dot: the form in which extensions are kept.
     static std::string normalizedExtension(std::string_view extension);
 
+    /// Same extensions.
     friend bool operator==(const ETPathFilter& a, const ETPathFilter& b) { return a.lookup_ == b.lookup_; }
 
 private:

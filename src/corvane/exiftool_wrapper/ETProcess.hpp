@@ -55,8 +55,11 @@ public:
     ETOutput execute(const ETInput& input);
     /// The last run's output, or the state so far while a run is under way.
     ETOutput output() const;
+    /// Share of the run done, 0 to 1, readable from any thread; whether a run is under way.
+    ///@{
     double progress() const { return progress_.load(std::memory_order_relaxed); }
     bool isRunning() const { return running_.load(); }
+    ///@}
     /// Stops the run under way, if any (SIGINT, then SIGKILL after a grace period); its output then
     /// fails with `cancelled`.
     void cancel();
@@ -70,14 +73,16 @@ public:
     /// The pool of persistent processes that runs this instance's inputs; none (the default) starts
     /// a process per run. Set while no run is under way.
     void setPool(std::shared_ptr<ETProcessPool> pool);
-    std::shared_ptr<ETProcessPool> pool() const;
+    std::shared_ptr<ETProcessPool> pool() const; ///< see `setPool`
 
     /// One-shot form: a new process, one run, its output.
     static ETOutput run(const ETInput& input);
 
     /// The ExifTool program: "exiftool" looked up in PATH unless set.
+    ///@{
     static std::filesystem::path executableURL();
     static void setExecutableURL(const std::filesystem::path& url);
+    ///@}
 
     /// 10 minutes, plus 2 seconds per file and 10 minutes per folder of the run.
     static std::chrono::milliseconds defaultTimeLimit(std::size_t fileCount, std::size_t folderCount);

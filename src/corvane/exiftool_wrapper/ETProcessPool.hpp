@@ -46,6 +46,7 @@ public:
 
     /// The number of processors of the machine.
     static std::size_t defaultSize();
+    /// Runs after which a process is replaced by a fresh one.
     static constexpr int maxRunsPerProcess = 1000;
 
     /// The pool the library's ExifTool readers and writers use, sized by
@@ -54,6 +55,7 @@ public:
     /// ends, and its processes with it (a forked child starts a pool of its own).
     static std::shared_ptr<ETProcessPool> shared();
 
+    /// The number of processes.
     std::size_t size() const { return size_; }
     /// How long a process may stay idle before it is checked at its next use: 30 s by default.
     ///@{

@@ -22,12 +22,14 @@ namespace corvane {
 /// `MainQueue::setWakeHook` in an application.
 class AtomicPropertyQueue {
 public:
+    /// The name of every guard, for diagnostics.
     static constexpr std::string_view label = "Corvane.AtomicPropertyQueue.syncQueue";
 
     AtomicPropertyQueue() = default;
     AtomicPropertyQueue(const AtomicPropertyQueue&) = delete;
     AtomicPropertyQueue& operator=(const AtomicPropertyQueue&) = delete;
 
+    /// The name of the guard, `label`.
     std::string_view queueLabel() const { return label; }
 
     /// Shared pass: for reading the guarded state.

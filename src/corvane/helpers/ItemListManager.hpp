@@ -31,8 +31,8 @@ struct ItemListEditions {
     };
     /// The items that were at `indexes` now stand before the item that was at `toOffset`.
     struct MoveItems {
-        IndexSet indexes; ///< rows, in ascending order
-        std::size_t toOffset = 0;
+        IndexSet indexes;         ///< rows, in ascending order
+        std::size_t toOffset = 0; ///< the place before which they now stand
         friend bool operator==(const MoveItems&, const MoveItems&) = default;
     };
     /// The whole list changed: reload every row.
@@ -68,8 +68,11 @@ struct ItemListEditions {
 template <class Derived, class Item, class Edition>
 class ItemListManager : public ItemListEditions, public std::enable_shared_from_this<Derived> {
 public:
+    /// The shared handle of an item; the edition type the library posts.
+    ///@{
     using ItemRef = std::shared_ptr<Item>;
     using ItemEdition = Edition;
+    ///@}
 
     /// The edition carried by a didChangeItems notification; nothing for any other one.
     static std::optional<ItemEdition> itemEdition(const Notification& note) {
@@ -83,6 +86,7 @@ public:
     ItemListManager(const ItemListManager&) = delete;
     ItemListManager& operator=(const ItemListManager&) = delete;
 
+    /// The items, in order.
     const std::vector<ItemRef>& items() const { return items_; }
     /// Informs with reloadItems unless the library counts the list as the same (see the library).
     virtual void setItems(std::vector<ItemRef> items) {
@@ -90,11 +94,13 @@ public:
         items_ = std::move(items);
         informsDidChangeItems(ReloadItems{});
     }
+    /// Applies `change` to a copy of the items and sets the result.
     template <class F> void modifyItems(F&& change) {
         auto items = items_;
         change(items);
         setItems(std::move(items));
     }
+    /// The selected item; null for none.
     const ItemRef& selectedItem() const { return selectedItem_; }
     /// Informs with reloadSelection unless the library counts the selection as the same.
     virtual void setSelectedItem(ItemRef item) {
@@ -102,6 +108,7 @@ public:
         selectedItem_ = std::move(item);
         informsDidChangeItems(ReloadSelection{});
     }
+    /// Applies `change` to a copy and sets the result.
     template <class F> void modifySelectedItem(F&& change) {
         auto item = selectedItem_;
         change(item);
@@ -122,6 +129,7 @@ public:
         indexes.removeFrom(items_);
         informsDidChangeItems(RemoveItems{indexes});
     }
+    /// Posts `Derived::didChangeItemsNotification` with `edition`.
     virtual void informsDidChangeItems(ItemEdition edition) {
         NotificationCenter::defaultCenter().post(
             Notification(std::string(Derived::didChangeItemsNotification), this->shared_from_this(),
@@ -146,8 +154,11 @@ public:
 protected:
     ItemListManager() = default;
 
+    /// The list and the selection behind the accessors above.
+    ///@{
     std::vector<ItemRef> items_;
     ItemRef selectedItem_;
+    ///@}
 };
 
 } // namespace corvane

@@ -20,15 +20,18 @@ class NotificationCenter;
 class NoteSubscriber {
 public:
     NoteSubscriber() = default;
+    /// Moving hands the observation over; assigning ends the observation held before.
+    ///@{
     NoteSubscriber(NoteSubscriber&& other) noexcept = default;
     NoteSubscriber& operator=(NoteSubscriber&& other) noexcept;
+    ///@}
     NoteSubscriber(const NoteSubscriber&) = delete;
     NoteSubscriber& operator=(const NoteSubscriber&) = delete;
     ~NoteSubscriber();
 
     /// Ends the observation; idempotent.
     void cancel();
-    bool isActive() const;
+    bool isActive() const; ///< the observation is still on
 
 private:
     friend class NotificationCenter;

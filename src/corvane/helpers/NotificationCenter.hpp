@@ -21,6 +21,7 @@ namespace corvane {
 /// `MainQueue::setWakeHook` in an application.
 class NotificationCenter {
 public:
+    /// An observer's handler; called on the posting thread.
     using Handler = std::function<void(const Notification&)>;
 
     NotificationCenter();
@@ -28,21 +29,26 @@ public:
     NotificationCenter(const NotificationCenter&) = delete;
     NotificationCenter& operator=(const NotificationCenter&) = delete;
 
+    /// The centre the library posts to; lives as long as the process.
     static NotificationCenter& defaultCenter();
 
     /// Observes notifications named `name` (every name when empty) whose sender
     /// is `sender` (any sender when null). The observation lasts as long as the
     /// returned subscriber.
     [[nodiscard]] NoteSubscriber subscribe(std::string name, const void* sender, Handler handler);
-    [[nodiscard]] NoteSubscriber subscribe(std::string name, Handler handler) {
+    [[nodiscard]] NoteSubscriber subscribe(std::string name, Handler handler) { ///< every sender
         return subscribe(std::move(name), nullptr, std::move(handler));
     }
 
+    /// Calls every matching observer, in the order they were added, before returning.
+    ///@{
     void post(const Notification& note);
     void post(std::string name, const void* sender = nullptr, Notification::UserInfo userInfo = {}) {
         post(Notification(std::move(name), sender, std::move(userInfo)));
     }
+    ///@}
 
+    /// The number of observations alive.
     std::size_t observerCount() const;
 
     struct State;

@@ -21,15 +21,21 @@ class OperationQueue;
 class Operation : public std::enable_shared_from_this<Operation> {
 public:
     Operation() = default;
+    /// An operation that runs `block`.
     explicit Operation(std::function<void()> block) : block_(std::move(block)) {}
     virtual ~Operation() = default;
     Operation(const Operation&) = delete;
     Operation& operator=(const Operation&) = delete;
 
+    /// Whether `cancel()` was called; whether it is running; whether it has ended (run, or skipped
+    /// after a cancel).
+    ///@{
     bool isCancelled() const { return cancelled_.load(std::memory_order_acquire); }
     bool isExecuting() const { return state_.load(std::memory_order_acquire) == State::executing; }
     bool isFinished() const { return state_.load(std::memory_order_acquire) == State::finished; }
+    ///@}
 
+    /// Marks the operation cancelled: one not yet begun won't run its block; a running one goes on.
     void cancel() { cancelled_.store(true, std::memory_order_release); }
 
     /// Set before the operation is added to a queue.
@@ -63,6 +69,7 @@ private:
     std::condition_variable finished_;
 };
 
+/// The shared handle queues hold operations by.
 using OperationRef = std::shared_ptr<Operation>;
 
 } // namespace corvane

@@ -49,7 +49,7 @@ public:
     ///@}
 
     /// Runs the actions of the last undo step, in reverse order; what they register becomes the
-    /// redo step. Does nothing without a step.
+    /// redo step. Does nothing without a step, while undoing or redoing, or inside an open group.
     void undo();
     /// Runs the actions of the last redo step, in reverse order; what they register becomes the
     /// undo step again.

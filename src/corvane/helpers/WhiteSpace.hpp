@@ -11,10 +11,13 @@ namespace corvane {
 
 /// Unicode White_Space: blanks, tabs, line breaks (LF, VT, FF, CR, NEL, LS, PS), no-break and wide spaces.
 std::string_view trimUnicodeWhiteSpace(std::string_view text);
+/// The same for a C string and an ICU string.
+///@{
 inline std::string_view trimUnicodeWhiteSpace(const char* text) {
     return trimUnicodeWhiteSpace(std::string_view(text));
 }
 icu::UnicodeString trimUnicodeWhiteSpace(const icu::UnicodeString& text);
+///@}
 /// Nothing but Unicode White_Space, or empty. Malformed UTF-8 is not white space.
 bool isUnicodeWhiteSpace(std::string_view text);
 

@@ -78,7 +78,7 @@ public:
     KeywordItem(const KeywordItem&) = delete;
     KeywordItem& operator=(const KeywordItem&) = delete;
 
-    /// The keyword's text, whether it is a header (a group, not written to files) and whether it
+    /// The keyword's text, whether it is a header (a group heading) and whether it
     /// names a person, and its synonyms. Each setter posts `didChangeInfoNotification` when the
     /// value changes; each `modify` applies `change` to a copy and sets the result.
     ///@{
@@ -100,7 +100,7 @@ public:
     const std::vector<KeywordItemRef>& children() const { return children_; }
     virtual void setChildren(std::vector<KeywordItemRef> children);
     ///@}
-    /// applies `change` to a copy of the children and sets the result
+    /// Applies `change` to a copy of the children and sets the result.
     template <class F> void modifyChildren(F&& change) { setChildren(modified(children_, change)); }
 
     /// Inserts before `index` (at most the count: past the end is a programming error).

@@ -13,6 +13,7 @@
 namespace corvane {
 
 class KeywordManager;
+/// The list machinery the keyword library is made of.
 using KeywordManagerBase =
     ItemListManager<KeywordManager, KeywordItem,
                     std::variant<ItemListEditions::InsertItems, ItemListEditions::RemoveItems,
@@ -32,10 +33,18 @@ using KeywordManagerBase =
 /// `MainQueue::setWakeHook` in an application.
 class KeywordManager : public KeywordManagerBase {
 public:
+    /// Posted on every change of the list or the selection, with the edition under
+    /// `itemEditionKey`.
+    ///@{
     static constexpr std::string_view didChangeItemsNotification = "KeywordManagerDidChangeItemsNotification";
     static constexpr std::string_view itemEditionKey = "ItemEdition";
+    ///@}
+    /// The key of the user defaults the library is stored under (also as `userDefaultsKey`, the
+    /// name the list machinery reads).
+    ///@{
     static constexpr std::string_view keywordsUserDefaultsKey = "QRVeywords";
     static constexpr std::string_view userDefaultsKey = keywordsUserDefaultsKey;
+    ///@}
 
     /// The application's library.
     static const std::shared_ptr<KeywordManager>& shared();
@@ -65,6 +74,7 @@ private:
     static std::string encodeItems(const std::vector<KeywordItemRef>& items);
 };
 
+/// The shared handle the library lives in.
 using KeywordManagerRef = std::shared_ptr<KeywordManager>;
 
 } // namespace corvane

@@ -24,17 +24,21 @@ namespace corvane {
 /// Without libgeonames at build time the geocoder answers nothing and `isAvailable()` is false.
 class GeoNamesGeocoder : public Geocoder {
 public:
-    static constexpr double defaultMaximumDistance = 150'000; // metres
+    static constexpr double defaultMaximumDistance = 150'000; ///< metres
 
+    /// A geocoder that finds no place farther than `maximumDistance` metres.
     explicit GeoNamesGeocoder(double maximumDistance = defaultMaximumDistance)
         : maximumDistance_(maximumDistance) {}
 
+    /// Whether this build has the GeoNames database.
     static bool isAvailable();
     /// Loads the database and builds the indexes now; gives the number of cities.
     static std::size_t prepare();
 
+    /// Metres beyond which no place is found.
     double maximumDistance() const { return maximumDistance_; }
 
+    /// The nearest city within `maximumDistance()`; nothing when none is or the database is absent.
     std::optional<PlaceMark> reverseGeocode(const Coordinate& coordinate) const override;
     std::optional<PlaceMark> geocodeAddress(std::string_view address) const override;
 

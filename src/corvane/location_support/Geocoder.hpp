@@ -20,10 +20,12 @@ class Geocoder {
 public:
     virtual ~Geocoder() = default;
 
+    /// The place nearest `coordinate`; nothing when none is known near enough.
     virtual std::optional<PlaceMark> reverseGeocode(const Coordinate& coordinate) const = 0;
     /// `address` is free text such as a formatted address ("Paris, Île-de-France, France").
     virtual std::optional<PlaceMark> geocodeAddress(std::string_view address) const = 0;
 
+    /// The geocoder of the library: GeoNames where this build has it.
     static std::shared_ptr<const Geocoder> shared();
     /// Replaces the process-wide geocoder; nullptr turns look-ups off.
     static void setShared(std::shared_ptr<const Geocoder> geocoder);

@@ -13,6 +13,7 @@
 namespace corvane {
 
 class LocationManager;
+/// The list machinery the location library is made of.
 using LocationManagerBase = ItemListManager<
     LocationManager, LocationItem,
     std::variant<ItemListEditions::InsertItems, ItemListEditions::RemoveItems, ItemListEditions::MoveItems,
@@ -31,11 +32,19 @@ using LocationManagerBase = ItemListManager<
 /// `MainQueue::setWakeHook` in an application.
 class LocationManager : public LocationManagerBase {
 public:
+    /// Posted on every change of the list or the selection, with the edition under
+    /// `itemEditionKey`.
+    ///@{
     static constexpr std::string_view didChangeItemsNotification =
         "LocationManagerDidChangeItemsNotification";
     static constexpr std::string_view itemEditionKey = "ItemEdition";
+    ///@}
+    /// The key of the user defaults the library is stored under (also as `userDefaultsKey`, the
+    /// name the list machinery reads).
+    ///@{
     static constexpr std::string_view locationsUserDefaultsKey = "QRVLocations";
     static constexpr std::string_view userDefaultsKey = locationsUserDefaultsKey;
+    ///@}
 
     /// The application's library.
     static const std::shared_ptr<LocationManager>& shared();
@@ -63,6 +72,7 @@ private:
     static std::string encodeItems(const std::vector<LocationItemRef>& items);
 };
 
+/// The shared handle the library lives in.
 using LocationManagerRef = std::shared_ptr<LocationManager>;
 
 } // namespace corvane

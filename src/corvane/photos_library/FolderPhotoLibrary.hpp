@@ -30,6 +30,7 @@ public:
     /// The user's pictures folder: the XDG `PICTURES` user directory, else ~/Pictures.
     static std::filesystem::path picturesFolder();
 
+    /// The folder the library lists.
     const std::filesystem::path& root() const { return root_; }
     /// Every asset of the library (its image and movie files), in identifier order.
     std::vector<AssetHandle> allAssets() const;

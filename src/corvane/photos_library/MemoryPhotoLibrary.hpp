@@ -41,6 +41,7 @@ public:
 
     /// Makes every later call of `step` fail (nothing for none).
     void failAt(std::optional<Step> step);
+    /// Whether `requestAuthorization` grants access from now on.
     void setAuthorized(bool authorized);
 
     bool requestAuthorization() override;

@@ -98,7 +98,7 @@ public:
     std::vector<PhotosRemoteProfileRef> selectedProfiles() const;
     /// Informs with reloadSelection when the list holds other objects.
     virtual void setSelectedProfiles(std::vector<PhotosRemoteProfileRef> profiles);
-    /// applies `change` to a copy of the selection and sets the result
+    /// Applies `change` to a copy of the selection and sets the result.
     template <class F> void modifySelectedProfiles(F&& change) {
         auto profiles = selectedProfiles();
         change(profiles);

@@ -14,6 +14,7 @@
 namespace corvane {
 
 class PhotosRemoteProfile;
+/// The shared handle every profile lives in.
 using PhotosRemoteProfileRef = std::shared_ptr<PhotosRemoteProfile>;
 
 /// A named set of values to push to the images selected in the Photos application (see
@@ -65,10 +66,8 @@ public:
     };
     /// The position given to the image, in decimal degrees (north and east positive).
     struct Coordinates {
-        ///@{
-        double latitude = 0;
-        double longitude = 0;
-        ///@}
+        double latitude = 0;  ///< decimal degrees, north positive
+        double longitude = 0; ///< decimal degrees, east positive
         friend bool operator==(const Coordinates&, const Coordinates&) = default;
     };
     /// What each field may hold: a value, or `None` to leave the image's own.

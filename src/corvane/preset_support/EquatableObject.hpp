@@ -14,9 +14,11 @@ public:
     EquatableObject& operator=(const EquatableObject&) = delete;
     virtual ~EquatableObject();
 
+    /// Identity.
     friend bool operator==(const EquatableObject& a, const EquatableObject& b) { return &a == &b; }
 };
 
+/// An object shared by identity.
 using EquatableObjectRef = std::shared_ptr<EquatableObject>;
 
 } // namespace corvane

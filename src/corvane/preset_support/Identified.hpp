@@ -11,11 +11,14 @@ namespace corvane {
 /// request keeps its callback in one, so that two requests with the same callback stay apart.
 template <class T> class Identified : public EquatableObject {
 public:
+    /// A new box holding `value`.
     static std::shared_ptr<Identified> create(T value) {
         return std::shared_ptr<Identified>(new Identified(std::move(value)));
     }
 
+    /// The value held.
     const T& value() const { return value_; }
+    /// Replaces the value; the box keeps its identity.
     void setValue(T value) { value_ = std::move(value); }
     /// Changes the value in place.
     template <class F> void modifyValue(F&& change) { change(value_); }

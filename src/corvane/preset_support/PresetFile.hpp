@@ -30,15 +30,24 @@ public:
     };
 
     PresetFile() = default;
+    /// A file of these groups, with an optional description.
     PresetFile(std::optional<std::string> description, std::vector<PresetGroupRef> groups)
         : description_(std::move(description)), groups_(std::move(groups)) {}
 
+    /// The user's description; the groups, in order.
+    ///@{
     const std::optional<std::string>& description() const { return description_; }
     const std::vector<PresetGroupRef>& groups() const { return groups_; }
+    ///@}
 
+    /// Reads {"description", "groups"}, or, as libraries of earlier versions were written, a bare
+    /// array of groups or of presets (put in one unnamed group). Throws the JSON library's errors.
     static PresetFile fromJSON(const nlohmann::ordered_json& j);
+    /// The file form `fromJSON` reads.
     nlohmann::ordered_json toJSON() const;
 
+    /// Parses `data` through the nesting check of outside input, then `fromJSON`; throws
+    /// DecodingError, or JSONNestingError for input nested too deep.
     static PresetFile fromJSONData(std::string_view data);
     /// Pretty-printed, two blanks per level.
     std::string jsonData() const;

@@ -18,6 +18,7 @@ namespace corvane {
 /// The JSON texts of a preset setting's enumeration: one row per case, in case order.
 template <class E, std::size_t N> using PresetEnumTable = std::array<std::pair<E, std::string_view>, N>;
 
+/// The JSON text of `value` in `table`.
 template <class E, std::size_t N>
 std::string_view presetEnumText(const PresetEnumTable<E, N>& table, E value) {
     for (const auto& [c, text] : table)

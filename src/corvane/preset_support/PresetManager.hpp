@@ -70,7 +70,7 @@ public:
     const std::vector<PresetGroupRef>& groups() const { return groups_; }
     /// A change counts when the array holds other objects, whatever their contents.
     void setGroups(std::vector<PresetGroupRef> groups);
-    /// applies `change` to a copy of the groups and sets the result
+    /// Applies `change` to a copy of the groups and sets the result.
     template <class F> void modifyGroups(F&& change) {
         auto groups = groups_;
         change(groups);
@@ -81,7 +81,7 @@ public:
     const std::vector<EquatableObjectRef>& selectedItems() const { return selectedItems_; }
     void setSelectedItems(std::vector<EquatableObjectRef> items);
     ///@}
-    /// applies `change` to a copy of the selection and sets the result
+    /// Applies `change` to a copy of the selection and sets the result.
     template <class F> void modifySelectedItems(F&& change) {
         auto items = selectedItems_;
         change(items);

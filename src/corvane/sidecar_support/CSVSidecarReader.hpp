@@ -13,6 +13,7 @@ namespace corvane {
 /// refuses are skipped; a later row of a tag replaces an earlier one.
 class CSVSidecarReader : public SidecarReader {
 public:
+    /// Why a sidecar can't be read; `message` gives the text.
     enum class ReadError { dataDecodingFailed };
 
     /// Thrown by the reader; `what()` is the message of the case.

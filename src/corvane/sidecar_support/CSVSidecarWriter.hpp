@@ -12,6 +12,7 @@ namespace corvane {
 /// by LF and no header. Fields holding a comma, a quotation mark, CR or LF are quoted.
 class CSVSidecarWriter : public SidecarWriter {
 public:
+    /// Why a sidecar can't be written; `message` gives the text.
     enum class WriteError { dataEncodingFailed };
 
     /// Thrown by the writer; `what()` is the message of the case.

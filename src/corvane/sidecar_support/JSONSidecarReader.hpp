@@ -13,6 +13,7 @@ namespace corvane {
 /// whose value its converter can't read (null among them) is left out.
 class JSONSidecarReader : public SidecarReader {
 public:
+    /// Why a sidecar can't be read; `message` gives the text.
     enum class ReadError { stringDecodingFailed, dataDecodingFailed };
 
     /// Thrown by the reader; `what()` is the message of the case.

@@ -13,6 +13,7 @@ namespace corvane {
 /// string or an array; null where the converter gives nothing). Pretty-printed, members sorted.
 class JSONSidecarWriter : public SidecarWriter {
 public:
+    /// Why a sidecar can't be written; `message` gives the text.
     enum class WriteError { dataEncodingFailed, dataValidationFailed };
 
     /// Thrown by the writer; `what()` is the message of the case.

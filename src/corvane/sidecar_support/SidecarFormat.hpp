@@ -18,6 +18,7 @@ std::optional<SidecarFormat> sidecarFormat(std::string_view pathExtension);
 /// A sidecar path whose extension names no sidecar format: "/photos/a.txt: Not a sidecar file".
 class NotASidecarError : public Error {
 public:
+    /// The error for `url`.
     explicit NotASidecarError(const std::filesystem::path& url)
         : Error(url.string() + ": Not a sidecar file"), url_(url) {}
     /// The path that was given.

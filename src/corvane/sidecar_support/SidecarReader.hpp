@@ -19,6 +19,7 @@ class TagStorage;
 /// parse errors of the format, and file-system errors.
 class SidecarReader {
 public:
+    /// Canonical string values by tag name.
     using Values = std::unordered_map<TagName, std::string>;
 
     SidecarReader() = default;

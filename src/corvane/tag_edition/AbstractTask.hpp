@@ -139,6 +139,7 @@ protected:
 
     /// Each setter changes its field in one exclusive pass and schedules the matching notice.
     void setErrors(std::vector<std::exception_ptr> errors);
+    /// The same for the status and the progress (0 to 1).
     ///@{
     void setStatus(Status status);
     void setProgress(double progress);
@@ -166,6 +167,7 @@ protected:
 
     /// Transitions; each runs inside an exclusive pass and returns the status after it.
     Status startProcessing();
+    /// The end of a task that was cancelled before it began; of a task that has run.
     ///@{
     Status endWithCancelledStatus();
     Status endWithCompletedStatus();

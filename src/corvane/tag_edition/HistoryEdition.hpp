@@ -15,11 +15,15 @@ namespace corvane {
 /// so two editors of the same file are two keys. Holds no old values: it says what to refresh.
 class HistoryEdition {
 public:
+    /// Tag names; the changed tag names of each editor.
+    ///@{
     using TagNames = std::unordered_set<TagName>;
     using Values = std::unordered_map<std::shared_ptr<TagEditor>, TagNames, TagEditorHash, TagEditorEqual>;
+    ///@}
 
     HistoryEdition() = default;
 
+    /// The changed tag names of each editor.
     const Values& values() const { return values_; }
 
     /// Adds the name to the editor's set, making the set for a new editor.

@@ -26,9 +26,11 @@ public:
     /// The name's spelling is part of the interface that hosts observe.
     static constexpr std::string_view didChangeRecurseSubfoldersNotification =
         "ETTagEditorDidChangeRecurseSuboldersNotification";
+    /// Posted by `setFilePathFilter`, with the editor as object.
     static constexpr std::string_view didChangeFilePathFilterNotification =
         "ETTagEditorDidChangeFilePathFilterNotification";
 
+    /// A new editor holding a copy of `storage`.
     static std::shared_ptr<ETTagEditor> create(TagStorage storage);
 
     /// The storage's setting; never set reads as false.
@@ -38,14 +40,18 @@ public:
     /// Reads, changes and sets again through the two accessors above.
     void modifyRecurseSubfolders(const std::function<void(bool&)>& modify);
 
+    /// The storage's filter of the files a folder write touches; none for every file.
     virtual std::optional<ETPathFilter> filePathFilter() const;
     /// Stores the filter and posts `didChangeFilePathFilterNotification`.
     virtual void setFilePathFilter(std::optional<ETPathFilter> filter);
+    /// Reads, changes and sets again through the two accessors above.
     void modifyFilePathFilter(const std::function<void(std::optional<ETPathFilter>&)>& modify);
 
 protected:
+    /// An editor holding `storage`; applications call `create`.
     explicit ETTagEditor(TagStorage storage);
 
+    /// The editor as a shared pointer, for the notifications' object.
     std::shared_ptr<ETTagEditor> sharedETEditor();
 };
 

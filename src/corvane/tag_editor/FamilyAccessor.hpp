@@ -36,11 +36,11 @@ public:
 
     /// The current (written, else original) string of a tag.
     std::optional<std::string> currentString(const TagItem& item) const;
-    /// the same for the value read from the file
+    /// The same for the value read from the file.
     std::optional<std::string> originalString(const TagItem& item) const;
     /// The current string through the item's converter; nothing when absent or unreadable.
     DynamicValue currentNativeValue(const TagItem& item) const;
-    /// the same for the value read from the file
+    /// The same for the value read from the file.
     DynamicValue originalNativeValue(const TagItem& item) const;
     /// A typed value through the item's converter, then `setValue`. A value that the converter
     /// refuses sets nothing (it doesn't clear the tag).
@@ -51,8 +51,10 @@ public:
     void setStrings(const std::optional<std::string>& value, const std::vector<const TagItem*>& items) const;
 
     /// True as soon as one name has a current value / is edited; an empty list gives false.
+    ///@{
     bool hasOneOrMoreValues(const std::vector<TagName>& tagNames) const;
-    bool oneOrMoreTagsAreEdited(const std::vector<TagName>& tagNames) const; ///< see `hasOneOrMoreValues`
+    bool oneOrMoreTagsAreEdited(const std::vector<TagName>& tagNames) const;
+    ///@}
 
 protected:
     /// The signed number kept as a magnitude in `number` and a hemisphere in `reference`. The

@@ -13,6 +13,7 @@ class InProcessTagPasteboard : public TagPasteboard {
 public:
     std::optional<std::string> string() const override;
     void setString(const std::string& text) override;
+    /// Empties the pasteboard.
     void clear();
 
 private:

@@ -28,7 +28,7 @@ public:
     /// beyond 90 degrees, longitude beyond 180, or not finite: an overflowed or mistyped number)
     /// has no such text and throws Error naming the tag, before anything changes.
     void setQuicktimeGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
-    /// the coordinate of the location; same rules
+    /// The coordinate of the location; same rules.
     void setQuicktimeGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
     /// The coordinate and nothing else.
     std::optional<GPSLocation> quicktimeGPSLocation() const;

@@ -176,11 +176,13 @@ private:
     const std::size_t hashValue_;
 };
 
+/// The shared handle every editor lives in.
 using TagEditorRef = std::shared_ptr<TagEditor>;
 
 /// Hash of an editor held by std::shared_ptr: the hash of its source URL, so editors of one file
 /// share a bucket. Use with `TagEditorEqual`.
 struct TagEditorHash {
+    /// The hash of the editor's source URL; 0 for null.
     std::size_t operator()(const std::shared_ptr<TagEditor>& editor) const noexcept {
         return editor ? editor->hashValue() : 0;
     }
@@ -188,6 +190,7 @@ struct TagEditorHash {
 
 /// Identity of editors held by std::shared_ptr: only the same object is equal.
 struct TagEditorEqual {
+    /// The same object.
     bool operator()(const std::shared_ptr<TagEditor>& a, const std::shared_ptr<TagEditor>& b) const noexcept {
         return a.get() == b.get();
     }

@@ -93,7 +93,7 @@ public:
     /// The distinct texts over the editors; the second one counts an editor without a value as
     /// the empty text.
     std::set<std::string> originalValues(const TagName& tagName) const;
-    /// like `originalValues`, with an editor without a value counted as the empty text
+    /// Like `originalValues`, with an editor without a value counted as the empty text.
     std::set<std::string> currentOrEmptyValues(const TagName& tagName) const;
 
     // --- Families

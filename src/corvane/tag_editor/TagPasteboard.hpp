@@ -43,8 +43,10 @@ public:
     static std::string quoted(std::string_view value);
 
     /// The process's pasteboard: an InProcessTagPasteboard until a host sets its own.
+    ///@{
     static std::shared_ptr<TagPasteboard> shared();
     static void setShared(std::shared_ptr<TagPasteboard> pasteboard);
+    ///@}
 };
 
 } // namespace corvane

@@ -50,9 +50,9 @@ public:
     ///@}
     /// `clear` and `restore` act on latitude, longitude and their references.
     void setXmpGPSCoordinate(const TypedTagValue<Coordinate>& value) const;
-    /// the coordinate of the location, nothing else
+    /// The coordinate of the location, nothing else.
     void setXmpGPSCoordinate(const TypedTagValue<GPSLocation>& value) const;
-    /// written as one date-time; `clear` and `restore` act on that tag
+    /// Written as one date-time; `clear` and `restore` act on that tag.
     void setXmpGPSDateTime(const TypedTagValue<DateTime>& value) const;
     /// Latitude, longitude and altitude (an absent altitude is cleared); the stamp is not written.
     /// `clear` and `restore` act on the six tags.

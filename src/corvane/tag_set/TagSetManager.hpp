@@ -35,7 +35,7 @@ class TagSetManager {
 public:
     /// Who owns a tag set: the application's own views, or the photo-library extension.
     enum class Domain { application, photosExtension };
-    /// both domains
+    /// Both domains.
     static constexpr std::array<Domain, 2> allDomains{Domain::application, Domain::photosExtension};
     /// "Application", "PhotosExtension".
     static std::string_view label(Domain domain);
@@ -88,7 +88,7 @@ public:
 
     /// Inserts before `index` (at most the count; beyond it stops the process).
     virtual void insert(Domain domain, const std::vector<TagSet::FlatEntry>& entries, std::size_t index);
-    /// after the last entry
+    /// After the last entry.
     virtual void append(Domain domain, const std::vector<TagSet::FlatEntry>& entries);
     virtual void remove(Domain domain, const IndexSet& indexes); ///< an empty set does nothing
     /// Replaces the entry at `index` (which must exist; beyond the end stops the process).

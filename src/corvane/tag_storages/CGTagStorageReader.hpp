@@ -28,6 +28,7 @@ public:
     class Settings : public TagStorageReaderSettings<CGTagStorageReader> {
     public:
         Settings() = default;
+        /// Settings that read these sources.
         explicit Settings(std::vector<TagStorageSource> sources) : sources_(std::move(sources)) {}
 
         /// What to read, in order.
@@ -39,15 +40,19 @@ public:
     private:
         std::vector<TagStorageSource> sources_;
     };
+    /// The settings type, by the name the engines share.
     using ProcessSettings = Settings;
 
+    /// Why a read failed; `message` gives the text.
     enum class ReadError { emptyResult, sourceIsInvalid, metadataAreEmpty };
 
     /// Thrown by the reader: `what()` is the case's message, `url()` the file it concerns.
     class ReadException : public CaseException<ReadError> {
     public:
+        /// The failure, and the file it concerns.
         ReadException(ReadError error, std::filesystem::path url)
             : CaseException<ReadError>(error), url_(std::move(url)) {}
+        /// The file the failure concerns.
         const std::filesystem::path& url() const { return url_; }
 
     private:
@@ -78,8 +83,12 @@ public:
 protected:
     /// Sets the progress to `unit` sources done out of all, then calls `onProgressHandler`.
     virtual void incrementProgress(std::size_t unit);
+    /// Read the folder sources (each gets an empty storage); read the files, one by one, through
+    /// the image engine.
+    ///@{
     virtual void readFolderStorages(TagStorageMap& storages);
     virtual void readFileStorages(TagStorageMap& storages);
+    ///@}
 
 private:
     AtomicPropertyQueue atomic_;

@@ -27,12 +27,14 @@ namespace corvane {
 /// thread; `progress()` may be read from any thread.
 class CGTagStorageWriter : public TagStorageWriter {
 public:
+    /// Where the result of each source goes, by source.
     using Destinations = std::unordered_map<std::filesystem::path, std::filesystem::path>;
 
     /// The engine's settings: what it works on, how, and the callbacks it reports through.
     class Settings : public TagStorageWriterSettings<CGTagStorageWriter> {
     public:
         Settings() = default;
+        /// Settings that write these storages.
         explicit Settings(std::vector<TagStorage> storages) : storages_(std::move(storages)) {}
 
         /// What to write, in order.
@@ -51,8 +53,10 @@ public:
         std::vector<TagStorage> storages_;
         Destinations destinations_;
     };
+    /// The settings type, by the name the engines share.
     using ProcessSettings = Settings;
 
+    /// Why a write failed; `message` gives the text.
     enum class WriteError {
         emptyResult,
         sourceIsInvalid,
@@ -66,8 +70,10 @@ public:
     /// Thrown by the writer: `what()` is the case's message, `url()` the file it concerns.
     class WriteException : public CaseException<WriteError> {
     public:
+        /// The failure, and the file it concerns.
         WriteException(WriteError error, std::filesystem::path url)
             : CaseException<WriteError>(error), url_(std::move(url)) {}
+        /// The file the failure concerns.
         const std::filesystem::path& url() const { return url_; }
 
     private:

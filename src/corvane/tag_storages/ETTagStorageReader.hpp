@@ -30,6 +30,7 @@ public:
     class Settings : public TagStorageReaderSettings<ETTagStorageReader> {
     public:
         Settings() = default;
+        /// Settings that read these sources.
         explicit Settings(std::vector<TagStorageSource> sources);
 
         /// What to read, in order.
@@ -94,8 +95,10 @@ public:
         std::vector<std::string> bannedValues_;
         std::vector<std::string> bannedStreams_;
     };
+    /// The settings type, by the name the engines share.
     using ProcessSettings = Settings;
 
+    /// Why a read failed; `message` gives the text.
     enum class ReadError { readerOutputIsEmpty, dataDecodingFailed };
 
     /// Thrown by the reader; `what()` is the message of the case.
@@ -110,6 +113,7 @@ public:
     const Settings& settings() const { return settings_; }
     /// The progress of the ExifTool run under way (or ended).
     double progress() const override;
+    /// The ExifTool process of the run.
     const ETProcess& process() const { return process_; }
 
     /// One storage per folder source and per file that ExifTool reported, under the source's URL.

@@ -45,13 +45,14 @@ public:
         ///@}
         /// Where the result of a source goes. Carried for engines that write copies; this engine
         /// always writes in place and doesn't read it.
+        ///@{
         const std::unordered_map<std::filesystem::path, std::filesystem::path>& destinations() const {
             return destinations_;
         }
-        /// see `destinations()`
         void setDestinations(std::unordered_map<std::filesystem::path, std::filesystem::path> destinations) {
             destinations_ = std::move(destinations);
         }
+        ///@}
         /// Let ExifTool fix maker-note offsets while writing ("-F").
         ///@{
         bool enableCorrection() const { return enableCorrection_; }
@@ -108,7 +109,7 @@ public:
             unknown,   ///< the run was stopped (time limit, cancel, crash) while on this file
         };
         std::filesystem::path url;         ///< the file or folder
-        Status status = Status::unchanged; ///< see `Status`
+        Status status = Status::unchanged; ///< what the write did to it
         /// ExifTool's reason for `failed`, or the run's failure when it was stopped.
         std::string reason;
         /// ExifTool's warnings about the file (minor errors it passed over among them).

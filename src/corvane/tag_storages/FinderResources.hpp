@@ -26,21 +26,30 @@ namespace corvane {
 ///   are empty tags.
 class FinderResources {
 public:
+    /// The extended attributes that hold the creation date and the tags.
+    ///@{
     static constexpr const char* creationDateAttribute = "user.corvane.creationdate";
     static constexpr const char* tagsAttribute = "user.xdg.tags";
+    ///@}
 
     FinderResources() = default;
 
+    /// The creation date (kept in the extended attribute; the file system has no settable one) and
+    /// the modification date (the file's mtime, to the nanosecond); absent when not read or not to
+    /// write.
+    ///@{
     const std::optional<Date>& createDate() const { return createDate_; }
     void setCreateDate(std::optional<Date> date) { createDate_ = date; }
     const std::optional<Date>& modifyDate() const { return modifyDate_; }
     void setModifyDate(std::optional<Date> date) { modifyDate_ = date; }
+    ///@}
     /// An empty list is not absent: writing it removes every tag.
     ///@{
     const std::optional<std::vector<std::string>>& finderTags() const { return finderTags_; }
     void setFinderTags(std::optional<std::vector<std::string>> tags) { finderTags_ = std::move(tags); }
     ///@}
 
+    /// True when no field is set.
     bool isEmpty() const { return !createDate_ && !modifyDate_ && !finderTags_; }
 
     /// Fills each field that the file has, asking the file system afresh (no
@@ -58,10 +67,11 @@ public:
 
     /// The "user.xdg.tags" text of a list and back (see above).
     static std::string encodeTags(const std::vector<std::string>& tags);
+    /// The list a "user.xdg.tags" text holds.
     static std::vector<std::string> decodeTags(std::string_view text);
     /// The text of a stored creation date and back; nothing for an unreadable text.
     static std::string encodeDate(Date date);
-    static std::optional<Date> decodeDate(std::string_view text);
+    static std::optional<Date> decodeDate(std::string_view text); ///< see `encodeDate`
 
     friend bool operator==(const FinderResources&, const FinderResources&) = default;
 

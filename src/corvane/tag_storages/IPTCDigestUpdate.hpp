@@ -12,6 +12,7 @@ namespace corvane {
 /// IPTC block was changed by a program that didn't know about it. The raw value is the stored text.
 class IPTCDigestUpdate {
 public:
+    /// The four choices; the comments give the stored text.
     enum Case : uint8_t {
         ignore,         ///< "ignore": the digest is left as ExifTool leaves it
         delete_,        ///< "delete": the digest is removed
@@ -20,11 +21,15 @@ public:
     };
 
     constexpr IPTCDigestUpdate() = default;
+    /// The choice of this case.
     constexpr IPTCDigestUpdate(Case c) : case_(c) {}
 
+    /// The case; the stored text; the choice a text names (nothing for another).
+    ///@{
     constexpr Case value() const { return case_; }
     std::string_view rawValue() const;
     static std::optional<IPTCDigestUpdate> fromRawValue(std::string_view raw);
+    ///@}
     /// ignore, delete, update, updateIfExists.
     static const std::vector<IPTCDigestUpdate>& allCases();
 
@@ -34,6 +39,7 @@ public:
     /// The same choice as ExifTool command-line arguments.
     std::vector<std::string> exifToolArguments() const;
 
+    /// Same case.
     friend constexpr bool operator==(IPTCDigestUpdate a, IPTCDigestUpdate b) { return a.case_ == b.case_; }
 
 private:

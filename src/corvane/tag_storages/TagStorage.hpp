@@ -62,13 +62,15 @@ public:
     void setTemporaryURL(std::filesystem::path url) { temporaryURL_ = std::move(url); }
     ///@}
     /// For a folder: whether writing descends into subfolders (absent counts as false).
+    ///@{
     const std::optional<bool>& recurseSubfolders() const { return recurseSubfolders_; }
-    /// see `recurseSubfolders()`
     void setRecurseSubfolders(std::optional<bool> value) { recurseSubfolders_ = value; }
+    ///@}
     /// For a folder: the filter applied to the listed files.
+    ///@{
     const std::optional<ETPathFilter>& filePathFilter() const { return filePathFilter_; }
-    /// see `filePathFilter()`
     void setFilePathFilter(std::optional<ETPathFilter> filter) { filePathFilter_ = std::move(filter); }
+    ///@}
     /// The families found in the source.
     const Streams& originalStreams() const { return originalStreams_; }
     ///@{
@@ -84,7 +86,7 @@ public:
     ///@}
     /// Whole-dictionary replacement for engines and copies; no invariant is checked.
     void setOriginalValues(Values values) { originalValues_ = std::move(values); }
-    /// no invariant is checked either
+    /// No invariant is checked either.
     void setWrittenValues(Values values) { writtenValues_ = std::move(values); }
 
     // --- Identity and descriptions
@@ -133,7 +135,7 @@ public:
 
     /// Never `n`: a family without declared access is `rw` for tags the source holds, else `r`.
     TagAccess access(const TagName& tagName) const;
-    /// any access but `n`
+    /// Any access but `n`.
     bool canReadValue(const TagName& tagName) const { return access(tagName).canBeRead(); }
     /// A writable catalogue tag whose access allows creating, or changing a tag already held.
     bool canEditValue(const TagName& tagName) const;

@@ -18,8 +18,11 @@ public:
 
 protected:
     TagStorageProcess() = default;
+    /// Engines are copied with their settings.
+    ///@{
     TagStorageProcess(const TagStorageProcess&) = default;
     TagStorageProcess& operator=(const TagStorageProcess&) = default;
+    ///@}
 };
 
 /// What a concrete engine `P` adds to the interface: its settings type `P::ProcessSettings`, a

@@ -16,22 +16,22 @@ public:
 
     /// Called once, before anything is done.
     const Handler& onStartHandler() const { return onStartHandler_; }
-    /// replaces the start callback
+    /// Replaces the start callback.
     void setOnStartHandler(Handler handler) { onStartHandler_ = std::move(handler); }
     /// Called around each step and whenever the engine's progress moves, maybe on another thread.
     const Handler& onProgressHandler() const { return onProgressHandler_; }
-    /// replaces the progress callback
+    /// Replaces the progress callback.
     void setOnProgressHandler(Handler handler) { onProgressHandler_ = std::move(handler); }
     /// Called once, after a successful run only.
     const Handler& onEndHandler() const { return onEndHandler_; }
-    /// replaces the end callback
+    /// Replaces the end callback.
     void setOnEndHandler(Handler handler) { onEndHandler_ = std::move(handler); }
 
 protected:
     TagStorageProcessSettings() = default;
     /// Copies share the callbacks.
     TagStorageProcessSettings(const TagStorageProcessSettings&) = default;
-    /// copies the callbacks
+    /// Copies the callbacks.
     TagStorageProcessSettings& operator=(const TagStorageProcessSettings&) = default;
 
 private:

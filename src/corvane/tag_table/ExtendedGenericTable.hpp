@@ -84,7 +84,7 @@ public:
 
     /// Reloads in flight. Changed on the main thread only.
     long processCount() const { return processCount_.load(std::memory_order_acquire); }
-    /// a will-notification has been posted, its did-notification not yet
+    /// A will-notification has been posted, its did-notification not yet.
     bool isReloading() const { return processCount() > 0; }
 
     /// The guard of the request and the content.

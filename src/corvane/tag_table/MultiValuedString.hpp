@@ -25,6 +25,7 @@ public:
     /// Shared, so that copying a table's content doesn't copy thousands of per-file values.
     struct Multiple {
         std::shared_ptr<const std::vector<std::string>> values; ///< ascending
+        /// Same values.
         friend bool operator==(const Multiple& a, const Multiple& b) { return *a.values == *b.values; }
     };
     /// No file at all.
@@ -37,14 +38,17 @@ public:
     /// more give `multiple`.
     explicit MultiValuedString(const std::set<std::string>& values);
 
+    /// One text; several differing texts (sorted ascending); no file.
+    ///@{
     static MultiValuedString single(std::string value) { return MultiValuedString(Single{std::move(value)}); }
     static MultiValuedString multiple(std::vector<std::string> values) {
         return MultiValuedString(
             Multiple{std::make_shared<const std::vector<std::string>>(std::move(values))});
     }
     static MultiValuedString none() { return MultiValuedString(); }
+    ///@}
 
-    bool isNone() const { return std::holds_alternative<None>(value_); }
+    bool isNone() const { return std::holds_alternative<None>(value_); } ///< no file at all
     /// Null unless `single`.
     const std::string* singleValue() const;
     /// Null unless `multiple`.

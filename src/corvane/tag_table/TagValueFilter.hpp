@@ -38,7 +38,7 @@ public:
     };
     /// Whether rows with an edited value, or with an unedited one, are kept (`ignore` keeps both).
     enum class ValueEditionConstraint { ignore, edited, unedited };
-    /// every case, in order
+    /// Every case, in order.
     static constexpr std::array<ValueEditionConstraint, 3> allValueEditionConstraints{
         ValueEditionConstraint::ignore, ValueEditionConstraint::edited, ValueEditionConstraint::unedited};
     /// Whether rows with a value, or without one, are kept (`ignore` keeps both).

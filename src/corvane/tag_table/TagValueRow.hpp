@@ -17,6 +17,7 @@ class TagItem;
 /// built from. Built off the main thread, then read-only.
 class TagValueRow {
 public:
+    /// The files a row reads.
     using Editors = std::vector<TagEditorRef>;
 
     /// Reads the tag from every editor, each through its own guard: the distinct current values
@@ -26,11 +27,15 @@ public:
     /// where the rows alone leave cores idle.
     TagValueRow(std::shared_ptr<const Editors> editors, const TagItem& tagItem, bool splitEditors = false);
 
+    /// The tag; the editors read; the merged value; whether any editor has the tag edited; whether
+    /// every editor can edit it.
+    ///@{
     const TagItem& tagItem() const { return *tagItem_; }
     const Editors& editors() const { return *editors_; }
     const MultiValuedString& string() const { return string_; }
     bool isEdited() const { return isEdited_; }
     bool canBeEdited() const { return canBeEdited_; }
+    ///@}
     /// The tag's type is one the library converts.
     bool isSupported() const { return isSupported_; }
     /// What the request's `convert` made of the row; empty without one. Opaque to the table.

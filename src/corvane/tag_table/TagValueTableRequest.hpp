@@ -46,7 +46,7 @@ public:
     const Editors& editors() const { return *editors_; }
     /// The editors, shared with the rows built from this request (copies of the request are cheap).
     const std::shared_ptr<const Editors>& sharedEditors() const { return editors_; }
-    /// replaces the editors
+    /// Replaces the editors.
     void setEditors(Editors editors) { editors_ = std::make_shared<const Editors>(std::move(editors)); }
 
     /// The fields that differ; editors by identity, element by element, `convert` by identity.

@@ -28,7 +28,7 @@ public:
     /// side. Where several rows share a name, the first row in table order
     /// wins (IPTC's Headline and City before their XMP counterparts).
     static std::optional<TagName> cgName(const TagName& etName);
-    static std::optional<TagName> etName(const TagName& cgName);
+    static std::optional<TagName> etName(const TagName& cgName); ///< the reverse look-up
 };
 
 } // namespace corvane

@@ -14,6 +14,7 @@ class PresetItemEntry;
 /// One tag's value in storage form: a catalogue name and its canonical string.
 class TagPair {
 public:
+    /// The pair of `name` and its text.
     TagPair(TagName name, std::string value) : name_(std::move(name)), value_(std::move(value)) {}
 
     /// The pair of a typed value: the name must be in the catalogue and the
@@ -28,8 +29,11 @@ public:
     /// fields, or none when the value isn't a date). Nothing for a name outside the catalogue.
     std::optional<PresetItemEntry> convertToPresetEntry() const;
 
+    /// The tag; its value as text.
+    ///@{
     const TagName& name() const { return name_; }
     const std::string& value() const { return value_; }
+    ///@}
 
     friend bool operator==(const TagPair&, const TagPair&) = default;
 

@@ -11,7 +11,7 @@ namespace corvane {
 /// an optional string value: the empty string clears the tag in the file,
 /// no string at all takes the edit back.
 inline const std::optional<std::string> TagValueClear{std::string()};
-/// no edit: the value read from the file comes back
+/// No edit: the value read from the file comes back.
 inline const std::optional<std::string> TagValueRestore{};
 
 /// A typed edit of one tag: set a value, clear the tag from the file, or

@@ -24,7 +24,7 @@ class CleanTagValuesTask : public AbstractTask {
 public:
     /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the files to clean
         /// The families to remove.
         std::vector<TagStream> streams;
         /// Let ExifTool fix maker-note offsets; absent counts as true.

@@ -21,7 +21,7 @@ class DeleteItunMoviTask : public AbstractTask {
 public:
     /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the files to clean
         /// Kept for the hosts that set it: AtomicParsley has no minor errors to pass over.
         std::optional<bool> ignoreMinorErrors;
     };

@@ -27,14 +27,16 @@ public:
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, std::vector<const TagItem*> tagItems,
                  std::optional<std::filesystem::path> destinationURL)
             : editors(std::move(editors)), tagItems(std::move(tagItems)),
               destinationURL(std::move(destinationURL)) {}
 
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the files, one row each
         /// The columns after the two file columns.
         std::vector<const TagItem*> tagItems;
+        /// The CSV file to write; none is an error of the task.
         std::optional<std::filesystem::path> destinationURL;
     };
 

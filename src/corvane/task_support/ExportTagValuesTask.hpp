@@ -29,6 +29,7 @@ public:
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields; the others keep their defaults.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, std::optional<std::string> sidecarType)
             : editors(std::move(editors)), sidecarType(std::move(sidecarType)) {}
 
@@ -68,8 +69,12 @@ public:
 protected:
     void internProcess() override;
 
+    /// Writes one sidecar with the library's own writer; all sidecars of a type in one ExifTool
+    /// run.
+    ///@{
     virtual void exportSidecarWithWriter(const MediaType& type, const std::shared_ptr<TagEditor>& editor);
     virtual void exportSidecarWithExifTool(const MediaType& type);
+    ///@}
     /// An ICC file is the profile block of each file, as ExifTool gives it ("-ICC_Profile -b"):
     /// it can't be made from tags. A file without a profile is an error that names the sidecar.
     virtual void exportICCProfiles(const MediaType& type);

@@ -21,14 +21,16 @@ namespace corvane {
 /// task, also when the result is empty or the run failed; the failure is then in `errors()`.
 class FetchTagValuesTask : public AbstractTask {
 public:
+    /// The values by file, as the caller named the file.
     using Values = std::map<std::filesystem::path, std::string>;
+    /// Receives the values once, on the thread that runs the task.
     using Completion = std::function<void(const Values&)>;
 
     /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
-        std::vector<TagStorageSource> sources;
-        TagName tagName;
-        Completion completion;
+        std::vector<TagStorageSource> sources; ///< the files to read
+        TagName tagName;                       ///< the tag to read
+        Completion completion;                 ///< called once with the values
     };
 
     /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose

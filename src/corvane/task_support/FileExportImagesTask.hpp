@@ -22,7 +22,8 @@ class FileExportImagesTask : public AbstractTask {
 public:
     /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the files whose images are written
+        /// The embedded image to write.
         ETEmbeddedImageReader::ImageSource source = ETEmbeddedImageReader::ImageSource::previewImage;
         /// The folder to write into; absent writes each image beside its file.
         std::optional<std::filesystem::path> destinationURL;
@@ -40,7 +41,9 @@ public:
     /// A failure of one file: the error's text after the file's path, "PATH: Image writing failed".
     class FileException : public Error {
     public:
+        /// A failure of `url`, for `reason`.
         FileException(std::filesystem::path url, const std::string& reason);
+        /// The file whose image wasn't written.
         const std::filesystem::path& url() const { return url_; }
 
     private:

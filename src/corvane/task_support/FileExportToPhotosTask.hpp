@@ -21,8 +21,9 @@ public:
     /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
+        /// Settings for these files.
         explicit Settings(std::vector<std::filesystem::path> urls) : urls(std::move(urls)) {}
-        std::vector<std::filesystem::path> urls;
+        std::vector<std::filesystem::path> urls; ///< the files to add to the photo library
     };
 
     /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose

@@ -18,6 +18,7 @@ namespace corvane {
 /// ExifTool can't read is left out, its error in `errors()`, unless minor errors stop the export.
 class FolderExportGeotagTask : public AbstractTask {
 public:
+    /// The track file formats ExifTool can print.
     enum class Format { gpx, kml };
 
     /// The task's settings: what it works on and how. The task keeps its own copy.
@@ -26,7 +27,7 @@ public:
         std::shared_ptr<ETTagEditor> editor;
         /// The file to write.
         std::optional<std::filesystem::path> outputURL;
-        Format format = Format::gpx;
+        Format format = Format::gpx; ///< the track file's format
         /// Let ExifTool go on past minor errors; absent counts as true.
         std::optional<bool> ignoreMinorErrors;
     };
@@ -42,6 +43,7 @@ public:
 
     /// "GPX", "KML".
     static std::string rawValue(Format format);
+    /// The format of "GPX" or "KML" in any case; nothing for another text.
     static std::optional<Format> format(std::string_view rawValue);
     /// The print-format file of a format, as ExifTool reads it ("-p"): the library's resource named
     /// "gpx" or "kml". Throws formatFileIsMissing when the library has none.

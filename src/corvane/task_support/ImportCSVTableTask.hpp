@@ -28,11 +28,14 @@ public:
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors,
                  std::optional<std::filesystem::path> sourceURL)
             : editors(std::move(editors)), sourceURL(std::move(sourceURL)) {}
 
+        /// The editors the values go to, matched to the rows by file.
         std::vector<std::shared_ptr<TagEditor>> editors;
+        /// The CSV file to read; none is an error of the task.
         std::optional<std::filesystem::path> sourceURL;
     };
 

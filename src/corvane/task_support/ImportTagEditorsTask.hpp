@@ -25,6 +25,7 @@ public:
     /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
+        /// Settings for these sources; the others keep their defaults.
         explicit Settings(std::vector<TagStorageSource> sources) : sources(std::move(sources)) {}
 
         /// What to open.

@@ -30,6 +30,7 @@ public:
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields; the others keep their defaults.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, std::optional<TagStorageSource> source)
             : editors(std::move(editors)), source(std::move(source)) {}
 
@@ -75,8 +76,11 @@ public:
 protected:
     void internProcess() override;
 
+    /// Reads the values through ExifTool; through the library's own reader for a format it knows.
+    ///@{
     virtual void importTagValuesWithExifTool(const TagStorageSource& source);
     virtual void importTagValuesWithReader(const TagStorageSource& source, const MediaType& type);
+    ///@}
 
 private:
     using Values = std::unordered_map<TagName, std::string>;

@@ -27,13 +27,15 @@ public:
     /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
+        /// Settings for these editors; the others keep their defaults.
         explicit Settings(std::vector<std::shared_ptr<TagEditor>> editors) : editors(std::move(editors)) {}
 
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the editors whose edits are written
         /// Let ExifTool fix maker-note offsets; absent counts as false.
         std::optional<bool> enableCorrection;
         /// Declare IPTC as UTF-8 when it is written; absent counts as true.
         std::optional<bool> forceIPTCUTF8;
+        /// What to do with the Photoshop IPTC digest when IPTC is written.
         IPTCDigestUpdate forceIPTCDigest = IPTCDigestUpdate::ignore;
         /// Let ExifTool go on past minor errors; absent counts as true.
         std::optional<bool> ignoreMinorErrors;

@@ -25,17 +25,19 @@ namespace corvane {
 /// refusal is an error of that file.
 class SyncSidecarFilesTask : public AbstractTask {
 public:
+    /// Whether the sidecars are read into the editors or written from them.
     enum class Action { importSidecar, exportSidecar };
 
     /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields; the others keep their defaults.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, Action action)
             : editors(std::move(editors)), action(action) {}
 
-        std::vector<std::shared_ptr<TagEditor>> editors;
-        Action action = Action::exportSidecar;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the editors whose files the sidecars go with
+        Action action = Action::exportSidecar;           ///< the direction
         /// The sidecar's format key in any case ("xmp"); none means the file's own extension,
         /// which only makes sense with a `sidecarFolderURL`.
         std::optional<std::string> sidecarType;
@@ -61,9 +63,13 @@ public:
     /// A file whose sidecar isn't there to import. `what()` is "PATH: No sidecar SIDECAR".
     class MissingSidecarError : public Error {
     public:
+        /// The file, and the sidecar that was looked for.
         MissingSidecarError(std::filesystem::path url, std::filesystem::path sidecar);
+        /// The file without a sidecar; the sidecar looked for.
+        ///@{
         const std::filesystem::path& url() const { return url_; }
         const std::filesystem::path& sidecar() const { return sidecar_; }
+        ///@}
 
     private:
         std::filesystem::path url_;
@@ -98,6 +104,7 @@ public:
 
 protected:
     void internProcess() override;
+    /// After an import through ExifTool: the editors re-read from their files.
     virtual void reloadFileEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
 
 private:

@@ -22,10 +22,11 @@ public:
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields; the others keep their defaults.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, std::vector<TagSyncPair> tagCopies)
             : editors(std::move(editors)), tagCopies(std::move(tagCopies)) {}
 
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the editors whose files get the copies
         /// Let ExifTool go on past minor errors; absent counts as true.
         std::optional<bool> ignoreMinorErrors;
         /// What to copy, in order.
@@ -51,8 +52,12 @@ public:
 protected:
     void internProcess() override;
 
+    /// The copies for the editors of files, in one ExifTool run; for the editors of folders, one
+    /// run each.
+    ///@{
     virtual void processFileEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
     virtual void processFolderEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
+    ///@}
 
 private:
     const Settings settings_;

@@ -11,7 +11,9 @@ namespace corvane {
 /// enumeration (found by argument-dependent lookup), and `error()` the case.
 template <typename E> class CaseException : public Error {
 public:
+    /// The exception of `error`, its `what()` the case's message.
     explicit CaseException(E error) : Error(std::string(message(error))), error_(error) {}
+    /// The case.
     E error() const { return error_; }
 
 private:

@@ -55,7 +55,7 @@ public:
     constexpr double timeIntervalSince1970() const { return seconds_; }
     /// ICU's UDate: milliseconds since the epoch.
     constexpr double udate() const { return seconds_ * 1000.0; }
-    /// from ICU's UDate, in milliseconds
+    /// From ICU's UDate, in milliseconds.
     static constexpr Date fromUDate(double ms) { return Date(ms / 1000.0); }
 
     /// The moment `s` seconds later (earlier when negative), with the same presentation.

@@ -14,6 +14,7 @@ namespace corvane {
 /// formats). Up to four formatting arguments; more is a programming fault.
 class KitToolbox {
 public:
+    /// The table keys are looked up in unless another is named.
     static constexpr std::string_view defaultTable = StringTables::defaultTable;
 
     /// The text of `key` in `table` as it stands.

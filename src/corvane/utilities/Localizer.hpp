@@ -29,6 +29,7 @@ namespace corvane {
 /// ICU plural rules of the text's language (an explicit "zero" form for 0).
 class Localizer {
 public:
+    /// The localiser the library uses; lives as long as the process.
     static Localizer& shared();
 
     /// The text of `key` in `table`, not formatted.
@@ -40,12 +41,15 @@ public:
     /// The language in force and the translation files found for it, most
     /// specific first (for diagnostics).
     std::string language();
+    /// The translation files loaded for it.
     std::vector<std::filesystem::path> loadedFiles();
 
     /// Forgets loaded translations, so that changed files are read again.
     void reset();
 
+    /// `format` with `args` put in, by the printf-like rules above.
     static std::string format(std::string_view format, const std::vector<LocalizerArgument>& args);
+    /// The folders searched for translations when `KitSettings` names none, in order.
     static std::vector<std::filesystem::path> defaultDirectories();
     /// "fr_CA" -> {"fr_CA", "fr"}; "zh_Hant_TW" -> {"zh_Hant_TW", "zh_Hant", "zh"}.
     static std::vector<std::string> fallbackChain(std::string_view locale);

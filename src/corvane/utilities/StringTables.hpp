@@ -24,12 +24,18 @@ public:
         std::string text;                                     ///< the text, with its placeholders
         std::unordered_map<std::string, std::string> plurals; ///< by ICU plural category, if any
     };
+    /// A table, by key; the tables, by name.
+    ///@{
     using Table = std::unordered_map<std::string, Entry>;
     using Tables = std::unordered_map<std::string, Table>;
+    ///@}
 
+    /// The names of the tables the library uses.
+    ///@{
     static constexpr std::string_view defaultTable = "Localizable";
     static constexpr std::string_view sectionsTable = "Sections";
     static constexpr std::string_view countryTable = "Country3166a3";
+    ///@}
 
     /// The compiled-in English tables, built once.
     static const Tables& english();
@@ -43,6 +49,7 @@ public:
     /// `locale`, the starting point of a translation (sorted, stable output).
     static void writeTemplate(std::ostream& out, const std::string& locale);
 
+    /// The entry of `key` in `table`; nullptr when absent.
     static const Entry* find(const Tables& tables, std::string_view table, std::string_view key);
 };
 

@@ -109,6 +109,8 @@ public:
     /// Readings of the capture groups of one axis; negRef is the lower-case
     /// letter of the negative hemisphere, "s" or "w".
     using Groups = std::vector<std::string>;
+    /// The signed degrees of one axis from the groups of its notation's pattern; nothing when they
+    /// don't read.
     ///@{
     static std::optional<double> parseLatitudeISO6709(const Groups& groups);
     static std::optional<double> parseLongitudeISO6709(const Groups& groups);

@@ -12,12 +12,16 @@ namespace corvane {
 class Country {
 public:
     Country() = default;
+    /// A country of these ISO 3166-1 codes.
     Country(std::string alpha2, std::string alpha3, std::string numeric)
         : alpha2_(std::move(alpha2)), alpha3_(std::move(alpha3)), numeric_(std::move(numeric)) {}
 
+    /// The ISO 3166-1 codes: alpha-2 ("FR"), alpha-3 ("FRA"), numeric ("250").
+    ///@{
     const std::string& alpha2() const { return alpha2_; }
     const std::string& alpha3() const { return alpha3_; }
     const std::string& numeric() const { return numeric_; }
+    ///@}
 
     // One constant per country: Country::afghanistan(), Country::france()...
 #define CORVANE_COUNTRY(name, english, a2, a3, num) static const Country& name();

@@ -13,6 +13,8 @@ namespace corvane {
 /// date round-trips without an era field.
 class DateComponents {
 public:
+    /// The fields, each absent unless set; counted as the Gregorian calendar counts them.
+    ///@{
     std::optional<int64_t> year;
     std::optional<int64_t> month;
     std::optional<int64_t> day;
@@ -20,6 +22,7 @@ public:
     std::optional<int64_t> minute;
     std::optional<int64_t> second;
     std::optional<int64_t> nanosecond;
+    ///@}
 
     /// The calendar the fields are counted in; always the Gregorian one here.
     std::string calendarIdentifier = "gregorian";

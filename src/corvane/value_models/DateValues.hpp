@@ -13,12 +13,15 @@ namespace corvane {
 /// absolute values (select, update) or as offsets (shift).
 class DateValues {
 public:
+    /// The fields, each absent unless given: absolute values or offsets, as the edition uses them.
+    ///@{
     std::optional<int64_t> day;
     std::optional<int64_t> month;
     std::optional<int64_t> year;
     std::optional<int64_t> hour;
     std::optional<int64_t> minute;
     std::optional<int64_t> second;
+    ///@}
 
     DateValues() = default;
     /// All six fields of the date by the Gregorian calendar; none for nothing.
@@ -29,7 +32,7 @@ public:
 
     /// The present fields in the order year to second, "YY: 2021, hh: 8".
     std::string description() const;
-    bool isEmpty() const;
+    bool isEmpty() const; ///< no field is present
 
     /// What the calendar builds from the present fields alone; nothing if it can't.
     std::optional<Date> date() const;
@@ -38,6 +41,7 @@ public:
     /// `date` moved by the present fields as calendar offsets.
     std::optional<Date> shiftDate(const std::optional<Date>& date) const;
 
+    /// The present fields as calendar components.
     DateComponents dateComponents() const;
 
     friend bool operator==(const DateValues&, const DateValues&) = default;

@@ -8,6 +8,7 @@
 
 namespace corvane {
 
+/// The sides of the equator.
 enum class LatitudeReference { north, south };
 
 /// A position north or south of the equator. No range is enforced: 99 is a

@@ -109,7 +109,9 @@ namespace nlohmann {
 /// Lets nlohmann::json read and write a `Location` in its JSON form (`Location::fromJson`,
 /// `toJson`).
 template <> struct adl_serializer<corvane::Location> {
+    /// Reads the JSON form (`Location::fromJson`).
     static corvane::Location from_json(const json& j);
+    /// Writes the JSON form (`Location::toJson`).
     static void to_json(json& j, const corvane::Location& l);
 };
 } // namespace nlohmann

@@ -8,6 +8,7 @@
 
 namespace corvane {
 
+/// The sides of the prime meridian.
 enum class LongitudeReference { east, west };
 
 /// A position east or west of the prime meridian. No range is enforced: 199 is a

@@ -46,7 +46,7 @@ public:
     RenamedExifOrientation rightRotated() const;
     ///@}
 
-    /// same raw value
+    /// Same raw value.
     friend constexpr bool operator==(RenamedExifOrientation, RenamedExifOrientation) = default;
 
 private:
