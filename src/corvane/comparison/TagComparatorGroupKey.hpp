@@ -8,27 +8,31 @@
 
 namespace corvane {
 
-// The name of one group (section) of a comparison: a tag family.
+/// The name of one group (section) of a comparison: a tag family.
 struct TagComparatorGroupName {
-    TagStream stream;
+    TagStream stream; ///< the family
 
     friend bool operator==(const TagComparatorGroupName&, const TagComparatorGroupName&) = default;
 };
 
-// The row heading of one tag in a comparison, with whether the family is left out of its text.
+/// The row heading of one tag in a comparison, with whether the family is left out of its text.
 class TagComparatorGroupKey {
 public:
+    /// The heading of `name`; with `hidesStream` the family is left out of its text.
     TagComparatorGroupKey(TagName name, bool hidesStream)
         : name_(std::move(name)), hidesStream_(hidesStream) {}
 
+    /// The tag; whether the family is left out of the text.
+    ///@{
     const TagName& name() const { return name_; }
     bool hidesStream() const { return hidesStream_; }
+    ///@}
 
-    // The family, a blank, and the tag's display name ("EXIF Camera Model Name").
+    /// The family, a blank, and the tag's display name ("EXIF Camera Model Name").
     std::string localizedNameText() const;
-    // The tag's display name alone; the key itself for a tag the catalogue doesn't know.
+    /// The tag's display name alone; the key itself for a tag the catalogue doesn't know.
     std::string localizedKeyText() const;
-    // `localizedKeyText()` when the family is hidden, else `localizedNameText()`.
+    /// `localizedKeyText()` when the family is hidden, else `localizedNameText()`.
     std::string localizedText() const { return hidesStream_ ? localizedKeyText() : localizedNameText(); }
 
     friend bool operator==(const TagComparatorGroupKey&, const TagComparatorGroupKey&) = default;

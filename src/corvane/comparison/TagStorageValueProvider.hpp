@@ -9,13 +9,17 @@
 
 namespace corvane {
 
-// A comparison column over a snapshot of one storage: every catalogue tag the storage can read,
-// with its current value (the edit before the original; a tag cleared by an edit is listed without
-// value). Families and keys are sorted ascending. Immutable once made.
+/// A comparison column over a snapshot of one storage: every catalogue tag the storage can read,
+/// with its current value (the edit before the original; a tag cleared by an edit is listed without
+/// value). Families and keys are sorted ascending. Immutable once made.
 class TagStorageValueProvider : public TagComparatorProvider {
 public:
+    /// A column titled `filename` over a snapshot of `storage`, taken now.
     TagStorageValueProvider(std::string filename, const TagStorage& storage);
 
+    /// The column's title; the families, sorted; each family's keys, sorted; each tag's current
+    /// text; whether each tag is edited.
+    ///@{
     const std::string& filename() const { return filename_; }
     const std::vector<TagStream>& tagStreams() const { return tagStreams_; }
     const std::unordered_map<TagStream, std::vector<TagKey>>& tagKeys() const { return tagKeys_; }
@@ -23,7 +27,10 @@ public:
         return tagValues_;
     }
     const std::unordered_map<TagName, bool>& tagEditions() const { return tagEditions_; }
+    ///@}
 
+    /// The `TagComparatorProvider` answers over the snapshot.
+    ///@{
     std::string title() const override { return filename_; }
     const std::vector<TagStream>& streams() const override { return tagStreams_; }
     std::size_t valuesCount(const TagStream& stream) const override;
@@ -31,6 +38,7 @@ public:
     TagComparatorValue value(const TagName& name) const override;
     bool contains(const TagStream& stream) const override;
     std::vector<TagKey> keys(const TagStream& stream) const override;
+    ///@}
 
 private:
     std::string filename_;

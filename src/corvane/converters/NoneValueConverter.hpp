@@ -4,9 +4,9 @@
 
 namespace corvane {
 
-// The converter of a tag type the system cannot represent: every operation
-// yields nothing, whatever the input, so such tags are never read or written
-// through the typed paths.
+/// The converter of a tag type the system cannot represent: every operation
+/// yields nothing, whatever the input, so such tags are never read or written
+/// through the typed paths.
 class NoneValueConverter : public TypedValueConverter<std::string> {
 public:
     ~NoneValueConverter() override;

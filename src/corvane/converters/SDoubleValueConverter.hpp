@@ -4,9 +4,9 @@
 
 namespace corvane {
 
-// Signed decimal tags. Reads numbers written with a decimal comma or with blanks
-// between digit groups ("1 234,5"), and writes them with eight decimals and a
-// full stop, whatever the locale.
+/// Signed decimal tags. Reads numbers written with a decimal comma or with blanks
+/// between digit groups ("1 234,5"), and writes them with eight decimals and a
+/// full stop, whatever the locale.
 class SDoubleValueConverter : public TypedValueConverter<double> {
 public:
     SDoubleValueConverter() = default;
@@ -19,13 +19,13 @@ public:
     OptionalString formattedValueFromStringValue(const OptionalString& value) const override;
     DynamicValue jsonValueFromNativeValue(const DynamicValue& value) const override;
 
-    // The reading rule shared with the integer converters: TABs removed, commas
-    // made full stops, blanks removed, then the whole rest read by strtod in
-    // the C locale. Nothing for nothing, the empty string or leftovers.
+    /// The reading rule shared with the integer converters: TABs removed, commas
+    /// made full stops, blanks removed, then the whole rest read by strtod in
+    /// the C locale. Nothing for nothing, the empty string or leftovers.
     static std::optional<double> parseDecimal(const OptionalString& value);
 
 protected:
-    // The unsigned variant refuses every value that is not >= 0.0.
+    /// The unsigned variant refuses every value that is not >= 0.0.
     explicit SDoubleValueConverter(bool nonNegative) : nonNegative_(nonNegative) {}
 
 private:

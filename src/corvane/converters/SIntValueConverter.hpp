@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-// Signed integer tags. Reads through the decimal reader, so "12,0", "1e3" and
-// "0x10" are integers too, and writes plain decimal digits.
+/// Signed integer tags. Reads through the decimal reader, so "12,0", "1e3" and
+/// "0x10" are integers too, and writes plain decimal digits.
 class SIntValueConverter : public TypedValueConverter<int64_t> {
 public:
     SIntValueConverter() = default;
@@ -21,7 +21,7 @@ public:
     DynamicValue jsonValueFromNativeValue(const DynamicValue& value) const override;
 
 protected:
-    // The unsigned variant refuses every negative result.
+    /// The unsigned variant refuses every negative result.
     explicit SIntValueConverter(bool nonNegative) : nonNegative_(nonNegative) {}
 
 private:

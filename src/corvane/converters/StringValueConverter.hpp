@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-// Text tags: the string is the value, kept as it stands (no trimming; the empty
-// string is a value). Other values are turned into their text.
+/// Text tags: the string is the value, kept as it stands (no trimming; the empty
+/// string is a value). Other values are turned into their text.
 class StringValueConverter : public TypedValueConverter<std::string> {
 public:
     std::optional<std::string> typedValueFromNativeValue(const DynamicValue& value) const override;

@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-// Unsigned integer tags: the signed converter, refusing every negative result
-// in every operation. The typed value stays a signed 64-bit Int.
+/// Unsigned integer tags: the signed converter, refusing every negative result
+/// in every operation. The typed value stays a signed 64-bit Int.
 class UIntValueConverter : public SIntValueConverter {
 public:
     UIntValueConverter();

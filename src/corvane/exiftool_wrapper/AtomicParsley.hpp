@@ -25,7 +25,9 @@ public:
     /// program's own message when it gave one.
     class RunException : public Error {
     public:
+        /// A failure of the program on `url`, for `reason`.
         RunException(std::filesystem::path url, const std::string& reason);
+        /// The movie the program failed on.
         const std::filesystem::path& url() const { return url_; }
 
     private:
@@ -40,11 +42,15 @@ public:
     static bool deleteiTunMOVI(const std::filesystem::path& url);
 
     /// The program: "AtomicParsley" looked up in PATH unless set.
+    ///@{
     static std::filesystem::path executableURL();
     static void setExecutableURL(const std::filesystem::path& url);
+    ///@}
     /// Limit of one run: 2 minutes unless set (the program rewrites the whole movie).
+    ///@{
     static std::chrono::milliseconds timeLimit();
     static void setTimeLimit(std::chrono::milliseconds limit);
+    ///@}
 };
 
 } // namespace corvane

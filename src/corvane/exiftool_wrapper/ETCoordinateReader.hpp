@@ -13,12 +13,14 @@ namespace corvane {
 /// Reads the GPS position of many files in one ExifTool run, as signed decimal degrees, much faster
 /// than reading every tag. Built, run once and discarded; `read()` blocks its caller.
 struct ETCoordinateReader {
+    /// Why a read failed; `message` gives the text.
     enum class ReadError { noFileProvided, invalidData, emptyOutput, notParsableOutput };
+    /// Thrown by `read()`; `what()` is the message of the case.
     using ReadException = CaseException<ReadError>;
 
     /// Past minor errors, a file ExifTool can't read gets no position instead of failing the read.
     bool ignoreMinorErrors = true;
-    std::vector<TagStorageSource> storageSources;
+    std::vector<TagStorageSource> storageSources; ///< the files to read; none is `noFileProvided`
 
     /// One entry per source, in order: its position, or nothing for a file without one, or that
     /// ExifTool couldn't read (its error doesn't move the other files' positions). Throws
@@ -30,6 +32,7 @@ struct ETCoordinateReader {
     static std::optional<Coordinate> coordinate(std::string_view line);
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ETCoordinateReader::ReadError error);
 
 } // namespace corvane

@@ -47,6 +47,7 @@ public:
 
     /// The number of processors of the machine.
     static std::size_t defaultSize();
+    /// Runs after which a process is replaced by a fresh one.
     static constexpr int maxRunsPerProcess = 1000;
 
     /// The pool the library's ExifTool readers and writers use, sized by
@@ -55,10 +56,13 @@ public:
     /// ends, and its processes with it (a forked child starts a pool of its own).
     static std::shared_ptr<ETProcessPool> shared();
 
+    /// The number of processes.
     std::size_t size() const { return size_; }
     /// How long a process may stay idle before it is checked at its next use: 30 s by default.
+    ///@{
     std::chrono::milliseconds idleCheckAfter() const;
     void setIdleCheckAfter(std::chrono::milliseconds interval);
+    ///@}
     /// The process ids of the pool's ExifTool processes, idle or busy.
     std::vector<pid_t> processIDs() const;
 
@@ -71,13 +75,13 @@ public:
 
 private:
     friend class ETProcess;
-    // An idle, running process, started if needed; none (with `error` set) when it can't be
-    // started. Blocks while `size()` processes are busy.
+    /// An idle, running process, started if needed; none (with `error` set) when it can't be
+    /// started. Blocks while `size()` processes are busy.
     std::unique_ptr<detail::ETStayOpenProcess> acquire(int& error);
-    // What a process must have been started with to take a run of this thread: the program, the
-    // working folder and the time zone.
+    /// What a process must have been started with to take a run of this thread: the program, the
+    /// working folder and the time zone.
     static std::string startKey();
-    // Gives a process back after a run: kept when `reusable`, else stopped.
+    /// Gives a process back after a run: kept when `reusable`, else stopped.
     void release(std::unique_ptr<detail::ETStayOpenProcess> process, bool reusable);
 
     std::future<std::unique_ptr<detail::ETStayOpenProcess>> startOnPoolThread(const std::string& key,
@@ -95,8 +99,8 @@ private:
     std::size_t count_ = 0;
     std::chrono::milliseconds idleCheckAfter_{30000};
 
-    // The thread that starts the processes, so that they live as long as the pool and not only as
-    // long as the thread of the run that needed them.
+    /// The thread that starts the processes, so that they live as long as the pool and not only as
+    /// long as the thread of the run that needed them.
     std::mutex tasksMutex_;
     std::condition_variable tasksChanged_;
     std::deque<std::function<void()>> tasks_;

@@ -11,13 +11,13 @@
 
 namespace corvane {
 
-// Runs body(0) ... body(iterations - 1) in parallel on the calling thread and up
-// to one thread per further core, and returns when all have run. Iterations
-// run in no particular order. If bodies throw, the first exception is rethrown
-// after all iterations have ended.
+/// Runs body(0) ... body(iterations - 1) in parallel on the calling thread and up
+/// to one thread per further core, and returns when all have run. Iterations
+/// run in no particular order. If bodies throw, the first exception is rethrown
+/// after all iterations have ended.
 void concurrentPerform(std::size_t iterations, const std::function<void(std::size_t)>& body);
 
-// The results of transform over `input`, computed in parallel, in input order.
+/// The results of transform over `input`, computed in parallel, in input order.
 template <class T, class F>
 auto parallelMap(const std::vector<T>& input, F&& transform)
     -> std::vector<std::invoke_result_t<F&, const T&>> {
@@ -31,7 +31,7 @@ auto parallelMap(const std::vector<T>& input, F&& transform)
     return result;
 }
 
-// parallelMap that drops the absent results of a transform yielding std::optional.
+/// parallelMap that drops the absent results of a transform yielding std::optional.
 template <class T, class F>
 auto parallelCompactMap(const std::vector<T>& input, F&& transform)
     -> std::vector<typename std::invoke_result_t<F&, const T&>::value_type> {
@@ -45,7 +45,7 @@ auto parallelCompactMap(const std::vector<T>& input, F&& transform)
     return result;
 }
 
-// parallelMap gathered into a set (std::set, or std::unordered_set via Set).
+/// parallelMap gathered into a set (std::set, or std::unordered_set via Set).
 template <template <class...> class Set = std::set, class T, class F>
 auto parallelMapToSet(const std::vector<T>& input, F&& transform) -> Set<std::invoke_result_t<F&, const T&>> {
     auto values = parallelMap(input, std::forward<F>(transform));

@@ -11,8 +11,8 @@ namespace corvane {
 
 /// Data read for a key, with where it came from (the file's path, or the key) for error messages.
 struct DefaultsData {
-    std::string bytes;
-    std::string source;
+    std::string bytes;  ///< the data
+    std::string source; ///< the file's path, or the key
 };
 
 /// Writes `bytes` atomically, owner-only, to the key's data file of `KitSettings::userDefaults()`,

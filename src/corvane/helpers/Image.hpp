@@ -15,6 +15,7 @@ namespace corvane {
 /// A value; any thread.
 class Image {
 public:
+    /// The encodings an image is read from.
     enum class Format { jpeg, png };
 
     /// The image these bytes encode, or nothing when they aren't a JPEG or PNG image that decodes
@@ -27,9 +28,12 @@ public:
 
     /// The bytes as given.
     const std::string& data() const { return data_; }
+    /// The encoding of `data()`; the size in pixels.
+    ///@{
     Format format() const { return format_; }
     int width() const { return width_; }
     int height() const { return height_; }
+    ///@}
 
     /// The image as JPEG: the bytes as given when they are a JPEG already, else the pixels encoded
     /// at `quality` (1...100). Nothing when the encoding fails.
@@ -41,7 +45,7 @@ public:
 
 private:
     Image(std::string data, Format format, int width, int height);
-    // The pixels scaled by 1/`reduction` (1, 2, 4 or 8) and encoded as JPEG.
+    /// The pixels scaled by 1/`reduction` (1, 2, 4 or 8) and encoded as JPEG.
     std::optional<std::string> encodeJPEG(int quality, int reduction) const;
 
     std::string data_;

@@ -19,23 +19,27 @@ namespace corvane {
 /// The editions a list library posts: rows inserted, removed or moved, the list or the selection
 /// to reload. Each library's `ItemEdition` is a variant of those it posts.
 struct ItemListEditions {
+    /// Rows inserted: `indexes` are their places in the new list.
     struct InsertItems {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertItems&, const InsertItems&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemoveItems {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemoveItems&, const RemoveItems&) = default;
     };
     /// The items that were at `indexes` now stand before the item that was at `toOffset`.
     struct MoveItems {
-        IndexSet indexes;
-        std::size_t toOffset = 0;
+        IndexSet indexes;         ///< rows, in ascending order
+        std::size_t toOffset = 0; ///< the place before which they now stand
         friend bool operator==(const MoveItems&, const MoveItems&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadItems {
         friend bool operator==(const ReloadItems&, const ReloadItems&) = default;
     };
+    /// The selection changed, the rows didn't.
     struct ReloadSelection {
         friend bool operator==(const ReloadSelection&, const ReloadSelection&) = default;
     };
@@ -56,11 +60,19 @@ struct ItemListEditions {
 /// `Derived` gives those two constants and `userDefaultsKey`, and (to this class) what differs:
 /// `sameItems(a, b)` and `sameSelection(a, b)`, whether a new list or selection is no change;
 /// `decodeItems(bytes, source)` and `encodeItems(items)`, its file form.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 template <class Derived, class Item, class Edition>
 class ItemListManager : public ItemListEditions, public std::enable_shared_from_this<Derived> {
 public:
+    /// The shared handle of an item; the edition type the library posts.
+    ///@{
     using ItemRef = std::shared_ptr<Item>;
     using ItemEdition = Edition;
+    ///@}
 
     /// The edition carried by a didChangeItems notification; nothing for any other one.
     static std::optional<ItemEdition> itemEdition(const Notification& note) {
@@ -74,6 +86,7 @@ public:
     ItemListManager(const ItemListManager&) = delete;
     ItemListManager& operator=(const ItemListManager&) = delete;
 
+    /// The items, in order.
     const std::vector<ItemRef>& items() const { return items_; }
     /// Informs with reloadItems unless the library counts the list as the same (see the library).
     virtual void setItems(std::vector<ItemRef> items) {
@@ -81,11 +94,13 @@ public:
         items_ = std::move(items);
         informsDidChangeItems(ReloadItems{});
     }
+    /// Applies `change` to a copy of the items and sets the result.
     template <class F> void modifyItems(F&& change) {
         auto items = items_;
         change(items);
         setItems(std::move(items));
     }
+    /// The selected item; null for none.
     const ItemRef& selectedItem() const { return selectedItem_; }
     /// Informs with reloadSelection unless the library counts the selection as the same.
     virtual void setSelectedItem(ItemRef item) {
@@ -93,6 +108,7 @@ public:
         selectedItem_ = std::move(item);
         informsDidChangeItems(ReloadSelection{});
     }
+    /// Applies `change` to a copy and sets the result.
     template <class F> void modifySelectedItem(F&& change) {
         auto item = selectedItem_;
         change(item);
@@ -113,6 +129,7 @@ public:
         indexes.removeFrom(items_);
         informsDidChangeItems(RemoveItems{indexes});
     }
+    /// Posts `Derived::didChangeItemsNotification` with `edition`.
     virtual void informsDidChangeItems(ItemEdition edition) {
         NotificationCenter::defaultCenter().post(
             Notification(std::string(Derived::didChangeItemsNotification), this->shared_from_this(),
@@ -137,8 +154,11 @@ public:
 protected:
     ItemListManager() = default;
 
+    /// The list and the selection behind the accessors above.
+    ///@{
     std::vector<ItemRef> items_;
     ItemRef selectedItem_;
+    ///@}
 };
 
 } // namespace corvane

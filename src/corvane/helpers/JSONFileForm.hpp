@@ -40,9 +40,9 @@ public:
     friend bool operator==(const JSONFileForm&, const JSONFileForm&) = default;
 
 private:
-    // The readers of `Derived` throw the JSON library's errors and std::invalid_argument (an
-    // unknown name) or std::out_of_range (a missing member) as well as their own; all of them
-    // leave as the type's own error, so that a caller catches one family.
+    /// The readers of `Derived` throw the JSON library's errors and std::invalid_argument (an
+    /// unknown name) or std::out_of_range (a missing member) as well as their own; all of them
+    /// leave as the type's own error, so that a caller catches one family.
     static Derived decode(std::string_view data, const std::string& source) {
         try {
             return Derived::fromJSON(parseOrderedJSONInput(data, source));

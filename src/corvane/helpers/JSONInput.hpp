@@ -21,7 +21,9 @@ inline constexpr std::size_t maxJSONNesting = 256;
 /// "/path/preset.json: JSON nested deeper than 256 levels".
 class JSONNestingError : public Error {
 public:
+    /// The error for the input named `source`.
     explicit JSONNestingError(const std::string& source);
+    /// The input's name, as given.
     const std::string& source() const { return source_; }
 
 private:
@@ -35,6 +37,7 @@ void checkJSONNesting(std::string_view data, const std::string& source);
 
 /// `checkJSONNesting`, then the parser; syntax errors leave as nlohmann's parse_error.
 nlohmann::json parseJSONInput(std::string_view data, const std::string& source);
+/// The same, keeping the order of object keys.
 nlohmann::ordered_json parseOrderedJSONInput(std::string_view data, const std::string& source);
 
 } // namespace corvane

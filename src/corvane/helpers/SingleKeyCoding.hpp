@@ -21,9 +21,11 @@ public:
     class TypeMismatch : public Error {
     public:
         TypeMismatch() : Error(std::string(invalidKeyCountMessage)) {}
+        /// A mismatch with its own message.
         explicit TypeMismatch(const std::string& message) : Error(message) {}
     };
 
+    /// The message of an object without exactly one key.
     static constexpr std::string_view invalidKeyCountMessage = "Invalid number of keys found, expected one.";
 
     /// {"<caseName>": {}}.
@@ -35,10 +37,10 @@ public:
 
     /// The case name of an encoded value, with its payload object. Throws TypeMismatch.
     struct Decoded {
-        std::string caseName;
-        const nlohmann::json& payload;
+        std::string caseName;          ///< the case's name
+        const nlohmann::json& payload; ///< the case's name
     };
-    static Decoded decode(const nlohmann::json& j);
+    static Decoded decode(const nlohmann::json& j); ///< throws TypeMismatch
 
     /// The value under "_0" (or `key`, "_1" for a pair's second) of a case's payload, as T; throws
     /// TypeMismatch when it is missing or not of that type.

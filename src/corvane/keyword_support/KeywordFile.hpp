@@ -42,11 +42,15 @@ public:
     static constexpr std::size_t maxDepth = (maxJSONNesting - 2) / 2;
 
     KeywordFile() = default;
+    /// A file of these keywords, with an optional description.
     KeywordFile(std::optional<std::string> description, std::vector<KeywordItemRef> items)
         : description_(std::move(description)), items_(std::move(items)) {}
 
+    /// The user's description; the root keywords, in order.
+    ///@{
     const std::optional<std::string>& description() const { return description_; }
     const std::vector<KeywordItemRef>& items() const { return items_; }
+    ///@}
 
     /// Throws DecodingError.
     static KeywordFile fromJSON(const nlohmann::ordered_json& j);

@@ -13,6 +13,7 @@
 namespace corvane {
 
 class KeywordManager;
+/// The list machinery the keyword library is made of.
 using KeywordManagerBase =
     ItemListManager<KeywordManager, KeywordItem,
                     std::variant<ItemListEditions::InsertItems, ItemListEditions::RemoveItems,
@@ -25,12 +26,25 @@ using KeywordManagerBase =
 /// counts as changed when it holds other objects, whatever their contents. Changes inside a
 /// keyword are posted by the keyword (see KeywordItem). Not locked: the library belongs to the
 /// main thread.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class KeywordManager : public KeywordManagerBase {
 public:
+    /// Posted on every change of the list or the selection, with the edition under
+    /// `itemEditionKey`.
+    ///@{
     static constexpr std::string_view didChangeItemsNotification = "KeywordManagerDidChangeItemsNotification";
     static constexpr std::string_view itemEditionKey = "ItemEdition";
+    ///@}
+    /// The key of the user defaults the library is stored under (also as `userDefaultsKey`, the
+    /// name the list machinery reads).
+    ///@{
     static constexpr std::string_view keywordsUserDefaultsKey = "QRVeywords";
     static constexpr std::string_view userDefaultsKey = keywordsUserDefaultsKey;
+    ///@}
 
     /// The application's library.
     static const std::shared_ptr<KeywordManager>& shared();
@@ -60,6 +74,7 @@ private:
     static std::string encodeItems(const std::vector<KeywordItemRef>& items);
 };
 
+/// The shared handle the library lives in.
 using KeywordManagerRef = std::shared_ptr<KeywordManager>;
 
 } // namespace corvane

@@ -23,6 +23,7 @@ namespace corvane {
 /// under the last keyword seen one level down, even one that belongs to an earlier root.
 class ThesaurusReader {
 public:
+    /// Why a text can't be read; `message` gives the text.
     enum class ReadingError { rootItemIsMissing, lineDoesNotMatchPattern, lineIndentationIsInvalid };
 
     /// Groups: tabs; then "[", name, "]" or "{", name, "}" or "", name, "".

@@ -14,6 +14,7 @@ namespace corvane {
 /// their keyword. The person flag has no mark in the text and is lost.
 class ThesaurusWriter {
 public:
+    /// Why a library can't be written; `message` gives the text.
     enum class WritingError { dataAreEmpty };
 
     /// The text of `items`, each line starting with `indent` tabs more than its depth.

@@ -29,14 +29,19 @@ public:
     };
 
     LocationFile() = default;
+    /// A file of these places, with an optional description.
     LocationFile(std::optional<std::string> description, std::vector<LocationItemRef> items)
         : description_(std::move(description)), items_(std::move(items)) {}
 
+    /// The user's description; the places, in order.
+    ///@{
     const std::optional<std::string>& description() const { return description_; }
     const std::vector<LocationItemRef>& items() const { return items_; }
+    ///@}
 
     /// Throws DecodingError.
     static LocationFile fromJSON(const nlohmann::ordered_json& j);
+    /// The JSON form `fromJSON` reads.
     nlohmann::ordered_json toJSON() const;
 
     /// Parses through the nesting check of outside input. Throws DecodingError, or

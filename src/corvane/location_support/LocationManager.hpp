@@ -13,6 +13,7 @@
 namespace corvane {
 
 class LocationManager;
+/// The list machinery the location library is made of.
 using LocationManagerBase = ItemListManager<
     LocationManager, LocationItem,
     std::variant<ItemListEditions::InsertItems, ItemListEditions::RemoveItems, ItemListEditions::MoveItems,
@@ -24,13 +25,26 @@ using LocationManagerBase = ItemListManager<
 /// ItemListManager), with its notifications posted as described there. Items compare by value: a
 /// list or selection of equal places is no change. Not locked: the library belongs to the main
 /// thread.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class LocationManager : public LocationManagerBase {
 public:
+    /// Posted on every change of the list or the selection, with the edition under
+    /// `itemEditionKey`.
+    ///@{
     static constexpr std::string_view didChangeItemsNotification =
         "LocationManagerDidChangeItemsNotification";
     static constexpr std::string_view itemEditionKey = "ItemEdition";
+    ///@}
+    /// The key of the user defaults the library is stored under (also as `userDefaultsKey`, the
+    /// name the list machinery reads).
+    ///@{
     static constexpr std::string_view locationsUserDefaultsKey = "QRVLocations";
     static constexpr std::string_view userDefaultsKey = locationsUserDefaultsKey;
+    ///@}
 
     /// The application's library.
     static const std::shared_ptr<LocationManager>& shared();
@@ -58,6 +72,7 @@ private:
     static std::string encodeItems(const std::vector<LocationItemRef>& items);
 };
 
+/// The shared handle the library lives in.
 using LocationManagerRef = std::shared_ptr<LocationManager>;
 
 } // namespace corvane

@@ -30,6 +30,7 @@ public:
     /// The user's pictures folder: the XDG `PICTURES` user directory, else ~/Pictures.
     static std::filesystem::path picturesFolder();
 
+    /// The folder the library lists.
     const std::filesystem::path& root() const { return root_; }
     /// Every asset of the library (its image and movie files), in identifier order.
     std::vector<AssetHandle> allAssets() const;
@@ -47,9 +48,9 @@ public:
     void performChangesAndWait(const std::function<void(ChangeRequest&)>& changes) override;
 
 private:
-    // The file of an identifier, when it names a file under the root.
+    /// The file of an identifier, when it names a file under the root.
     std::optional<std::filesystem::path> fileOf(const std::string& identifier) const;
-    // Makes the empty file a creation will fill, under the folder of its date, with a free name.
+    /// Makes the empty file a creation will fill, under the folder of its date, with a free name.
     std::filesystem::path reserveFile(const AssetCreation& creation) const;
 
     std::filesystem::path root_;

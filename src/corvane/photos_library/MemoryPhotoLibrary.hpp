@@ -16,11 +16,13 @@ namespace corvane {
 /// Thread-safe: every member locks the library.
 class MemoryPhotoLibrary : public PhotoLibrary {
 public:
+    /// One asset of the library: its identifier, the file that holds its original, its creation
+    /// date and its position as the library keeps them.
     struct Asset {
-        std::string localIdentifier;
-        std::filesystem::path file;
-        std::optional<Date> creationDate;
-        std::optional<PlatformLocation> location;
+        std::string localIdentifier;              ///< unique in the library
+        std::filesystem::path file;               ///< the original, read and replaced in place
+        std::optional<Date> creationDate;         ///< as the library records it
+        std::optional<PlatformLocation> location; ///< as the library records it
     };
 
     /// The operations that `failAt` can make fail.
@@ -39,6 +41,7 @@ public:
 
     /// Makes every later call of `step` fail (nothing for none).
     void failAt(std::optional<Step> step);
+    /// Whether `requestAuthorization` grants access from now on.
     void setAuthorized(bool authorized);
 
     bool requestAuthorization() override;

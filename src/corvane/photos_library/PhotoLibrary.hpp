@@ -35,12 +35,13 @@ class PhotoLibrary {
 public:
     /// What one asset is created with.
     struct AssetCreation {
-        std::filesystem::path file;
+        std::filesystem::path file; ///< the file the asset is made from
         /// The name the asset's file goes by (the edited asset's own name when `file` is a
         /// temporary copy); empty: the name of `file`.
         std::string filename;
+        /// The date the asset is filed under; none leaves it to the backend.
         std::optional<Date> creationDate;
-        std::optional<PlatformLocation> location;
+        std::optional<PlatformLocation> location; ///< the position the asset is filed with
     };
 
     /// The changes of one `performChangesAndWait` block. Requests are applied together when the
@@ -102,6 +103,7 @@ public:
 
     /// The clock that dates what has no date of its own; the system clock by default.
     void setClock(std::function<Date()> clock);
+    /// The present moment, from the clock.
     Date now() const;
 
 private:

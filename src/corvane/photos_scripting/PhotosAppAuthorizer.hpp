@@ -12,10 +12,14 @@ namespace corvane {
 /// Thread-safe; it blocks while the probe runs, so call it from a task, off the main thread.
 class PhotosAppAuthorizer {
 public:
+    /// Asks the script host whether the Photos application may be driven; gives its status code.
     using Probe = std::function<int()>;
 
+    /// The status codes of a refusal by the user, and of a missing photo library.
+    ///@{
     static constexpr int refusedStatus = -1743;
     static constexpr int noLibraryStatus = -600;
+    ///@}
 
     /// Installs the probe (nullptr: the default one).
     static void setProbe(Probe probe);

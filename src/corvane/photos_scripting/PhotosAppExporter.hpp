@@ -16,11 +16,15 @@ namespace corvane {
 /// An immutable value: any thread may use it.
 class PhotosAppExporter : public PhotosScript<PhotosAppExporter> {
 public:
+    /// Adds `urls` to the photo library, after `delay` seconds.
     PhotosAppExporter(int delay, std::vector<std::filesystem::path> urls)
         : delay_(delay), urls_(std::move(urls)) {}
 
+    /// Seconds the script waits before it acts; the files to add.
+    ///@{
     int delay() const { return delay_; }
     const std::vector<std::filesystem::path>& urls() const { return urls_; }
+    ///@}
 
     /// The script's text: each path as a quoted file name, with a backslash before any double
     /// quote or backslash in it, so that no file name can end the text early.

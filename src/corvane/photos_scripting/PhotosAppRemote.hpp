@@ -19,11 +19,13 @@ public:
     /// The error that arrives when nothing is selected in the application.
     static constexpr std::string_view noSelectionMessage = "Please select an image in Photos.app";
 
+    /// Applies `profile` to the selected images, after `delay` seconds.
     PhotosAppRemote(int delay, PhotosRemoteProfileRef profile)
         : delay_(delay), profile_(std::move(profile)) {}
 
     /// Seconds the script waits before it acts (so the user can bring the application forward).
     int delay() const { return delay_; }
+    /// The values applied.
     const PhotosRemoteProfileRef& profile() const { return profile_; }
 
     /// The script's text: the delay, then a loop over the selection that sets each value of the

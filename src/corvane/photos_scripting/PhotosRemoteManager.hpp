@@ -26,35 +26,50 @@ namespace corvane {
 /// `ProfileEdition` under `profileEditionKey`. Lists compare by identity: a list of other objects
 /// is a change, whatever they hold. The two lists are guarded by `atomic`, so any thread may read
 /// or change them; changes of the profiles themselves belong to the main thread.
+///
+/// Observers run on the posting thread, for this library the host's main thread. Work the library
+/// schedules for that thread waits until the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class PhotosRemoteManager : public std::enable_shared_from_this<PhotosRemoteManager> {
 public:
+    /// Rows inserted: `indexes` are their places in the new list.
     struct InsertProfiles {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const InsertProfiles&, const InsertProfiles&) = default;
     };
+    /// Rows removed: `indexes` were their places in the old list.
     struct RemoveProfiles {
-        IndexSet indexes;
+        IndexSet indexes; ///< rows, in ascending order
         friend bool operator==(const RemoveProfiles&, const RemoveProfiles&) = default;
     };
     /// The profiles that were at `indexes` now stand, in their order, before the profile that was
     /// at `toOffset` (or at the end).
     struct MoveProfiles {
-        IndexSet indexes;
-        std::size_t toOffset = 0;
+        IndexSet indexes;         ///< rows, in ascending order
+        std::size_t toOffset = 0; ///< the place before which they now stand
         friend bool operator==(const MoveProfiles&, const MoveProfiles&) = default;
     };
+    /// The whole list changed: reload every row.
     struct ReloadProfiles {
         friend bool operator==(const ReloadProfiles&, const ReloadProfiles&) = default;
     };
+    /// The selection changed, the rows didn't.
     struct ReloadSelection {
         friend bool operator==(const ReloadSelection&, const ReloadSelection&) = default;
     };
+    /// What a didChangeProfiles notification says changed.
     using ProfileEdition =
         std::variant<InsertProfiles, RemoveProfiles, MoveProfiles, ReloadProfiles, ReloadSelection>;
 
+    /// Posted on every change of the profiles or the selection, with the edition under
+    /// `profileEditionKey`.
+    ///@{
     static constexpr std::string_view didChangeProfilesNotification =
         "PhotoAppRemoteManagerDidChangeProfilesNotification";
     static constexpr std::string_view profileEditionKey = "ProfileEdition";
+    ///@}
+    /// The key of the user defaults the profiles are stored under.
     static constexpr std::string_view profilesUserDefaultsKey = "QRVPhotosAppRemoteProfiles";
     /// The edition carried by a didChangeProfiles notification; nothing for any other one.
     static std::optional<ProfileEdition> profileEdition(const Notification& note);
@@ -79,9 +94,11 @@ public:
         change(profiles);
         setProfiles(std::move(profiles));
     }
+    /// The selected profiles, in list order.
     std::vector<PhotosRemoteProfileRef> selectedProfiles() const;
     /// Informs with reloadSelection when the list holds other objects.
     virtual void setSelectedProfiles(std::vector<PhotosRemoteProfileRef> profiles);
+    /// Applies `change` to a copy of the selection and sets the result.
     template <class F> void modifySelectedProfiles(F&& change) {
         auto profiles = selectedProfiles();
         change(profiles);
@@ -97,6 +114,7 @@ public:
     virtual void moveProfiles(const IndexSet& indexes, std::size_t toOffset);
     /// Selects just this profile (or nothing).
     virtual void selectProfile(const PhotosRemoteProfileRef& profile);
+    /// Posts `didChangeProfilesNotification` with `edition`.
     virtual void informsDidChangeProfiles(ProfileEdition edition);
 
     /// Replaces the profiles by the stored library when it holds other objects (which it always
@@ -120,6 +138,7 @@ private:
     std::vector<PhotosRemoteProfileRef> nonAtomicSelectedProfiles;
 };
 
+/// The shared handle the manager lives in.
 using PhotosRemoteManagerRef = std::shared_ptr<PhotosRemoteManager>;
 
 } // namespace corvane

@@ -29,15 +29,20 @@ public:
     };
 
     PhotosRemoteProfileFile() = default;
+    /// A file of these profiles, with an optional description.
     PhotosRemoteProfileFile(std::optional<std::string> description,
                             std::vector<PhotosRemoteProfileRef> profiles)
         : description_(std::move(description)), profiles_(std::move(profiles)) {}
 
+    /// The file's description; its profiles, in order.
+    ///@{
     const std::optional<std::string>& description() const { return description_; }
     const std::vector<PhotosRemoteProfileRef>& profiles() const { return profiles_; }
+    ///@}
 
     /// Throws DecodingError.
     static PhotosRemoteProfileFile fromJSON(const nlohmann::ordered_json& j);
+    /// The JSON form `fromJSON` reads.
     nlohmann::ordered_json toJSON() const;
 
     /// Parses through the nesting check of outside input. Throws DecodingError, or

@@ -10,6 +10,10 @@ namespace corvane {
 
 /// What the scripts for the Photos application share: `Derived` gives `generateScript()` and
 /// `delay()`, and this runs the script through the shared PhotosScriptRunner.
+///
+/// A completion given to `performInBackground` runs only when the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 template <class Derived> class PhotosScript {
 public:
     /// Runs the script and waits for it. Nothing when it ran through, and also when no runner is

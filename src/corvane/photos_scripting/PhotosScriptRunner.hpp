@@ -26,26 +26,34 @@ public:
     /// The script's own error text ("Please select an image in Photos.app"), or what kept the
     /// script from running.
     static constexpr std::string_view errorMessageKey = "NSAppleScriptErrorMessage";
+    /// The short form of `errorMessageKey`.
     static constexpr std::string_view errorBriefMessageKey = "NSAppleScriptErrorBriefMessage";
     /// The script host's error number, in decimal, when it gave one.
     static constexpr std::string_view errorNumberKey = "NSAppleScriptErrorNumber";
     /// Where in the script the error arose, "start:end" in characters, when the host told.
     static constexpr std::string_view errorRangeKey = "NSAppleScriptErrorRange";
 
+    /// The script host looked for by default.
     static constexpr std::string_view defaultExecutable = "/usr/bin/osascript";
     /// Time a script gets to run, beyond its own delay.
     static constexpr std::chrono::seconds defaultTimeLimit{120};
 
+    /// A runner of scripts through `executable`, each for at most `timeLimit` plus its own delay.
     explicit PhotosScriptRunner(std::filesystem::path executable,
                                 std::chrono::milliseconds timeLimit = defaultTimeLimit)
         : executable_(std::move(executable)), timeLimit_(timeLimit) {}
 
+    /// The script host; the time limit of a run.
+    ///@{
     const std::filesystem::path& executable() const { return executable_; }
     std::chrono::milliseconds timeLimit() const { return timeLimit_; }
+    ///@}
 
     /// The runner scripts go through; none when no script host is installed and none was set.
+    ///@{
     static std::optional<PhotosScriptRunner> shared();
     static void setShared(std::optional<PhotosScriptRunner> runner);
+    ///@}
 
     /// Runs the script and waits for it, for at most the time limit plus `extraTime` (the
     /// script's own delay); a script still running then is stopped. Nothing when the program ran

@@ -6,13 +6,14 @@
 
 namespace corvane {
 
-// A pasteboard that lives in the process: one text, guarded by a mutex. The default of
-// `TagPasteboard::shared()` where no platform pasteboard is set, and the pasteboard of tools and
-// tests.
+/// A pasteboard that lives in the process: one text, guarded by a mutex. The default of
+/// `TagPasteboard::shared()` where no platform pasteboard is set, and the pasteboard of tools and
+/// tests.
 class InProcessTagPasteboard : public TagPasteboard {
 public:
     std::optional<std::string> string() const override;
     void setString(const std::string& text) override;
+    /// Empties the pasteboard.
     void clear();
 
 private:

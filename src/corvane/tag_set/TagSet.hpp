@@ -43,8 +43,10 @@ public:
     /// "type" text as read. Each form has its own, so a caller can tell which reading failed.
     template <class Entry> class EntryCodingError : public DecodingError {
     public:
+        /// The error for an entry whose "type" is `type`.
         explicit EntryCodingError(std::string type)
             : DecodingError("Unknown tag set entry of type \"" + type + "\""), type_(std::move(type)) {}
+        /// The "type" text as read.
         const std::string& type() const { return type_; }
 
     private:
@@ -58,9 +60,13 @@ public:
         /// isn't of the form Family:Key.
         using CodingError = EntryCodingError<FlatEntry>;
 
+        /// A heading entry; a tag entry.
+        ///@{
         FlatEntry(TagSection section) : value_(std::move(section)) {}
         FlatEntry(TagName name) : value_(std::move(name)) {}
+        ///@}
 
+        /// True for a heading.
         bool isSection() const { return std::holds_alternative<TagSection>(value_); }
         /// Null for a name entry.
         const TagSection* section() const { return std::get_if<TagSection>(&value_); }
@@ -82,11 +88,17 @@ public:
         /// Thrown for a "type" that is neither "sec" nor "key" (any case).
         using CodingError = EntryCodingError<IndexedEntry>;
 
+        /// A heading of a family's list; a key of that family.
+        ///@{
         IndexedEntry(TagSection section) : value_(std::move(section)) {}
         IndexedEntry(TagKey key) : value_(std::move(key)) {}
+        ///@}
 
+        /// The heading, or null for a key; the key, or null for a heading.
+        ///@{
         const TagSection* section() const { return std::get_if<TagSection>(&value_); }
         const TagKey* key() const { return std::get_if<TagKey>(&value_); }
+        ///@}
 
         /// A key gives the name of that key in `stream`. A heading gives a heading that starts with
         /// the family's name: heading "Camera" of family XMP becomes "XMP Camera", since the older
@@ -102,13 +114,18 @@ public:
     };
 
     TagSet() = default;
+    /// A set of these entries, in display order.
     explicit TagSet(std::vector<FlatEntry> flatEntries) : entries_(std::move(flatEntries)) {}
     /// The older form: the families in ascending order of their names, each family's entries
     /// flattened in their order.
     explicit TagSet(const std::map<TagStream, std::vector<IndexedEntry>>& indexedEntries);
 
+    /// The entries in display order; the second form lets the caller rearrange them.
+    ///@{
     const std::vector<FlatEntry>& entries() const { return entries_; }
     std::vector<FlatEntry>& entries() { return entries_; }
+    ///@}
+    /// True for a set without entries.
     bool isEmpty() const { return entries_.empty(); }
     /// The catalogue items of the name entries, without order or duplicates; unknown tags skipped.
     std::unordered_set<const TagItem*> tagItems() const;
@@ -117,16 +134,17 @@ public:
     /// reading reaches the caller: so a current-form set with one bad entry reports the older
     /// reader's complaint about the first entry, not the bad entry.
     static TagSet fromJSON(const nlohmann::ordered_json& j);
+    /// The current JSON form.
     nlohmann::ordered_json toJSON() const;
     // fromJSONData, jsonData, fromJSONURL, exportTo: see JSONFileForm.
 
     /// The built-in sets, made anew at each call: 11 sections and 73 tags for images, 5 sections
     /// and 31 tags for videos.
     static TagSet forImages();
-    static TagSet forVideos();
+    static TagSet forVideos(); ///< the same for videos
     /// The tags of those sets sorted by name, without sections or duplicates; built once.
     static const std::vector<const TagItem*>& popularImageTagItems();
-    static const std::vector<const TagItem*>& popularVideoTagItems();
+    static const std::vector<const TagItem*>& popularVideoTagItems(); ///< the same for the video set
     /// The tags of both sets together.
     static const std::vector<const TagItem*>& popularFileTagItems();
 

@@ -20,16 +20,23 @@ namespace corvane {
 /// (`TagSet::DecodingError` or one of its subclasses).
 class TagSetFile : public JSONFileForm<TagSetFile> {
 public:
+    /// What a file that can't be read throws.
     using DecodingError = TagSet::DecodingError;
 
     TagSetFile() = default;
+    /// A file of this set, with an optional description.
     TagSetFile(std::optional<std::string> description, TagSet tagSet)
         : description_(std::move(description)), tagSet_(std::move(tagSet)) {}
 
+    /// The user's description; the set.
+    ///@{
     const std::optional<std::string>& description() const { return description_; }
     const TagSet& tagSet() const { return tagSet_; }
+    ///@}
 
+    /// Reads the file form as described above.
     static TagSetFile fromJSON(const nlohmann::ordered_json& j);
+    /// The file form, description first.
     nlohmann::ordered_json toJSON() const;
     // fromJSONData, jsonData, fromJSONURL, exportTo: see JSONFileForm.
 

@@ -33,7 +33,9 @@ namespace corvane {
 /// domain racing from two threads may lose one of them.
 class TagSetManager {
 public:
+    /// Who owns a tag set: the application's own views, or the photo-library extension.
     enum class Domain { application, photosExtension };
+    /// Both domains.
     static constexpr std::array<Domain, 2> allDomains{Domain::application, Domain::photosExtension};
     /// "Application", "PhotosExtension".
     static std::string_view label(Domain domain);
@@ -42,13 +44,18 @@ public:
     /// The domain whose label is `label`, case ignored; nothing for another text.
     static std::optional<Domain> domain(std::string_view label);
 
+    /// Posted before and after every edit of a domain's set, on the main queue's thread, with the
+    /// domain under `domainKey`.
+    ///@{
     static constexpr std::string_view willEditSetsNotification = "TagSetManagerWillEditSetsNotification";
     static constexpr std::string_view didEditSetsNotification = "TagSetManagerDidEditSetsNotification";
+    ///@}
     /// User-info key of both notifications; the value is a `Domain`.
     static constexpr std::string_view domainKey = "DomainKey";
     /// The domain of one of the two notifications; nothing without user info, key or `Domain` value.
     static std::optional<Domain> domain(const Notification& note);
 
+    /// The manager the tables observe; lives as long as the process.
     static TagSetManager& shared();
 
     TagSetManager() = default;
@@ -56,6 +63,7 @@ public:
     TagSetManager(const TagSetManager&) = delete;
     TagSetManager& operator=(const TagSetManager&) = delete;
 
+    /// The guard of the sets.
     AtomicPropertyQueue& atomic() { return atomic_; }
 
     /// The registered default, or an empty set.
@@ -80,8 +88,9 @@ public:
 
     /// Inserts before `index` (at most the count; beyond it stops the process).
     virtual void insert(Domain domain, const std::vector<TagSet::FlatEntry>& entries, std::size_t index);
+    /// After the last entry.
     virtual void append(Domain domain, const std::vector<TagSet::FlatEntry>& entries);
-    virtual void remove(Domain domain, const IndexSet& indexes);
+    virtual void remove(Domain domain, const IndexSet& indexes); ///< an empty set does nothing
     /// Replaces the entry at `index` (which must exist; beyond the end stops the process).
     virtual void replace(Domain domain, const TagSet::FlatEntry& entry, std::size_t index);
     /// Gives the section at `index` a new heading; a name entry or an index past the end is left
@@ -95,8 +104,12 @@ public:
     /// Swaps with the previous entry, if any.
     virtual void moveUp(Domain domain, std::size_t index);
 
+    /// Post the will- and did-edit notifications of `domain`; `edit` calls them on the main queue's
+    /// thread.
+    ///@{
     virtual void postsWillEditTagSets(Domain domain);
     virtual void postsDidEditTagSets(Domain domain);
+    ///@}
 
 private:
     void post(std::string_view name, Domain domain);

@@ -24,37 +24,47 @@ namespace corvane {
 /// calling thread; `progress()` may be read from any thread.
 class CGTagStorageReader : public TagStorageReader {
 public:
+    /// The engine's settings: what it works on, how, and the callbacks it reports through.
     class Settings : public TagStorageReaderSettings<CGTagStorageReader> {
     public:
         Settings() = default;
+        /// Settings that read these sources.
         explicit Settings(std::vector<TagStorageSource> sources) : sources_(std::move(sources)) {}
 
         /// What to read, in order.
+        ///@{
         const std::vector<TagStorageSource>& sources() const { return sources_; }
         void setSources(std::vector<TagStorageSource> sources) { sources_ = std::move(sources); }
+        ///@}
 
     private:
         std::vector<TagStorageSource> sources_;
     };
+    /// The settings type, by the name the engines share.
     using ProcessSettings = Settings;
 
+    /// Why a read failed; `message` gives the text.
     enum class ReadError { emptyResult, sourceIsInvalid, metadataAreEmpty };
 
     /// Thrown by the reader: `what()` is the case's message, `url()` the file it concerns.
     class ReadException : public CaseException<ReadError> {
     public:
+        /// The failure, and the file it concerns.
         ReadException(ReadError error, std::filesystem::path url)
             : CaseException<ReadError>(error), url_(std::move(url)) {}
+        /// The file the failure concerns.
         const std::filesystem::path& url() const { return url_; }
 
     private:
         std::filesystem::path url_;
     };
 
+    /// An engine for one run with these settings.
     explicit CGTagStorageReader(Settings settings);
     CGTagStorageReader(const CGTagStorageReader&) = delete;
     CGTagStorageReader& operator=(const CGTagStorageReader&) = delete;
 
+    /// The settings the engine was made with.
     const Settings& settings() const { return settings_; }
     /// The share of sources done, 0...1.
     double progress() const override;
@@ -73,8 +83,12 @@ public:
 protected:
     /// Sets the progress to `unit` sources done out of all, then calls `onProgressHandler`.
     virtual void incrementProgress(std::size_t unit);
+    /// Read the folder sources (each gets an empty storage); read the files, one by one, through
+    /// the image engine.
+    ///@{
     virtual void readFolderStorages(TagStorageMap& storages);
     virtual void readFileStorages(TagStorageMap& storages);
+    ///@}
 
 private:
     AtomicPropertyQueue atomic_;
@@ -82,6 +96,7 @@ private:
     Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(CGTagStorageReader::ReadError error);
 
 } // namespace corvane

@@ -27,27 +27,36 @@ namespace corvane {
 /// thread; `progress()` may be read from any thread.
 class CGTagStorageWriter : public TagStorageWriter {
 public:
+    /// Where the result of each source goes, by source.
     using Destinations = std::unordered_map<std::filesystem::path, std::filesystem::path>;
 
+    /// The engine's settings: what it works on, how, and the callbacks it reports through.
     class Settings : public TagStorageWriterSettings<CGTagStorageWriter> {
     public:
         Settings() = default;
+        /// Settings that write these storages.
         explicit Settings(std::vector<TagStorage> storages) : storages_(std::move(storages)) {}
 
         /// What to write, in order.
+        ///@{
         const std::vector<TagStorage>& storages() const { return storages_; }
         void setStorages(std::vector<TagStorage> storages) { storages_ = std::move(storages); }
+        ///@}
         /// Where to put the result for a file, instead of over the file itself; the file is then
         /// left as it is, and the target's folder is created when missing.
+        ///@{
         const Destinations& destinations() const { return destinations_; }
         void setDestinations(Destinations destinations) { destinations_ = std::move(destinations); }
+        ///@}
 
     private:
         std::vector<TagStorage> storages_;
         Destinations destinations_;
     };
+    /// The settings type, by the name the engines share.
     using ProcessSettings = Settings;
 
+    /// Why a write failed; `message` gives the text.
     enum class WriteError {
         emptyResult,
         sourceIsInvalid,
@@ -61,18 +70,22 @@ public:
     /// Thrown by the writer: `what()` is the case's message, `url()` the file it concerns.
     class WriteException : public CaseException<WriteError> {
     public:
+        /// The failure, and the file it concerns.
         WriteException(WriteError error, std::filesystem::path url)
             : CaseException<WriteError>(error), url_(std::move(url)) {}
+        /// The file the failure concerns.
         const std::filesystem::path& url() const { return url_; }
 
     private:
         std::filesystem::path url_;
     };
 
+    /// An engine for one run with these settings.
     explicit CGTagStorageWriter(Settings settings);
     CGTagStorageWriter(const CGTagStorageWriter&) = delete;
     CGTagStorageWriter& operator=(const CGTagStorageWriter&) = delete;
 
+    /// The settings the engine was made with.
     const Settings& settings() const { return settings_; }
     /// The share of storages done, 0...1.
     double progress() const override;
@@ -98,6 +111,7 @@ private:
     Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(CGTagStorageWriter::WriteError error);
 
 } // namespace corvane

@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-// The settings record of a writing engine; it has no requirement of its own.
+/// The settings record of a writing engine; it has no requirement of its own.
 template <class ParentProcess>
 class TagStorageWriterSettings : public TagStorageProcessSettings<ParentProcess> {};
 

@@ -13,7 +13,9 @@ namespace corvane {
 /// "/photos/a.jpg: EXIF:GPSLatitude: \"inf\" is not a finite number".
 class UnwritableValueError : public Error {
 public:
+    /// The file, and "TAG: REASON".
     UnwritableValueError(std::filesystem::path url, std::string reason);
+    /// The file that holds the value.
     const std::filesystem::path& url() const { return url_; }
     /// "TAG: REASON".
     const std::string& reason() const { return reason_; }

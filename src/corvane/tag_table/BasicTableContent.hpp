@@ -17,12 +17,16 @@ namespace corvane {
 /// `selectionDidChange()` to recompute what depends on the selection.
 template <class Derived, class Request, class Entry> class BasicTableContent {
 public:
-    using TableRequest = Request;
-    using TableEntry = Entry;
+    using TableRequest = Request; ///< what the table asks for
+    using TableEntry = Entry;     ///< one row
 
+    /// The request the rows were built for.
     const Request& request() const { return request_; }
+    /// The tag set that chose the tags shown.
     const TagSet& tagSet() const { return *tagSet_; }
+    /// The rows, in display order.
     const std::vector<Entry>& entries() const { return entries_; }
+    /// The requested rows that exist and can be selected.
     const IndexSet& selection() const { return selection_; }
 
     /// A copy for `request`, which differs from `request()` at most in its selection: the rows are
@@ -41,6 +45,7 @@ public:
     }
 
 protected:
+    /// Keeps the request and the tag set; `Derived` then fills `entries_`.
     BasicTableContent(Request request, TagSet tagSet)
         : request_(std::move(request)), tagSet_(std::make_shared<const TagSet>(std::move(tagSet))) {}
 
@@ -49,12 +54,15 @@ protected:
         selection_ = selectableIndexes(request_.selection, entries_, &Derived::isValueRow);
         static_cast<Derived*>(this)->selectionDidChange();
     }
+    /// Called after the selection changed; `Derived` hides it to recompute what depends on it.
     void selectionDidChange() {}
 
-    Request request_;
-    std::shared_ptr<const TagSet> tagSet_; // never changes: shared by the copies of a content
-    std::vector<Entry> entries_;
-    IndexSet selection_;
+    /// The fields behind the accessors above, filled by `Derived`.
+    Request request_; ///< see `request()`
+    /// See `tagSet()`; it never changes, so the copies of a content share it.
+    std::shared_ptr<const TagSet> tagSet_;
+    std::vector<Entry> entries_; ///< see `entries()`
+    IndexSet selection_;         ///< see `selection()`
 };
 
 } // namespace corvane

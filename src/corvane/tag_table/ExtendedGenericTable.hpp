@@ -48,10 +48,10 @@ namespace corvane {
 template <class Derived, class Content, class ReloadType>
 class ExtendedGenericTable : public std::enable_shared_from_this<Derived> {
 public:
-    using TableContent = Content;
-    using TableRequest = typename Content::TableRequest;
-    using TableReloadType = ReloadType;
-    using ContentRef = std::shared_ptr<const Content>;
+    using TableContent = Content;                        ///< the rows and their selection
+    using TableRequest = typename Content::TableRequest; ///< what the table is asked to show
+    using TableReloadType = ReloadType;                  ///< what a reload changed
+    using ContentRef = std::shared_ptr<const Content>;   ///< a shared, immutable content
 
     /// The user-info key of the reload type in both notifications.
     static constexpr std::string_view reloadTypeKey = "ReloadType";
@@ -84,9 +84,12 @@ public:
 
     /// Reloads in flight. Changed on the main thread only.
     long processCount() const { return processCount_.load(std::memory_order_acquire); }
+    /// A will-notification has been posted, its did-notification not yet.
     bool isReloading() const { return processCount() > 0; }
 
+    /// The guard of the request and the content.
     AtomicPropertyQueue& atomic() const { return atomic_; }
+    /// The queue that runs the reloads, one at a time.
     SingleOperationQueue& queue() { return queue_; }
 
     /// For tools and tests, which have no event loop: drains the main queue on the calling thread
@@ -108,9 +111,9 @@ protected:
     /// follow their request's objects hook in here.
     void didStoreRequest() {}
 
-    // Only inside a pass of `atomic()`.
+    /// Only inside a pass of `atomic()`.
     TableRequest& nonAtomicRequest() { return nonAtomicRequest_; }
-    ContentRef& nonAtomicContent() { return nonAtomicContent_; }
+    ContentRef& nonAtomicContent() { return nonAtomicContent_; } ///< only inside a pass of `atomic()`
 
     /// Adds the operation that diffs `request` against the content in force when it runs.
     void addDiffReloadToQueue(TableRequest request) {
@@ -160,7 +163,9 @@ protected:
         });
     }
 
+    /// Posts the will-reload notification with the reload type; on the main thread.
     void informsWillReload(const ReloadType& type) { post(Derived::willReloadNotification, type); }
+    /// Posts the did-reload notification with the reload type; on the main thread.
     void informsDidReload(const ReloadType& type) { post(Derived::didReloadNotification, type); }
 
 private:

@@ -15,6 +15,10 @@ namespace corvane {
 /// The notifications carry under `reloadTypeKey` ("ReloadType") what changed, so that a view
 /// redraws no more than it must. `latestRequest()` may be ahead of `content()->request()` while a
 /// reload is under way.
+///
+/// The notifications are posted on the main queue's thread: the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 template <class T>
 concept GenericTable = GenericTableContent<typename T::TableContent> &&
     requires(T& table, const typename T::TableContent::TableRequest& request, const Notification& note) {

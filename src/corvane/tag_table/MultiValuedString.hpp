@@ -17,15 +17,18 @@ namespace corvane {
 /// `multiple`: a group in which some files have no value is shown as differing, not as one value.
 class MultiValuedString {
 public:
+    /// Every file has this text.
     struct Single {
-        std::string value;
+        std::string value; ///< the common text
         friend bool operator==(const Single&, const Single&) = default;
     };
-    // Shared, so that copying a table's content doesn't copy thousands of per-file values.
+    /// Shared, so that copying a table's content doesn't copy thousands of per-file values.
     struct Multiple {
-        std::shared_ptr<const std::vector<std::string>> values; // ascending
+        std::shared_ptr<const std::vector<std::string>> values; ///< ascending
+        /// Same values.
         friend bool operator==(const Multiple& a, const Multiple& b) { return *a.values == *b.values; }
     };
+    /// No file at all.
     struct None {
         friend bool operator==(const None&, const None&) = default;
     };
@@ -37,14 +40,17 @@ public:
     /// The same from distinct texts already sorted ascending, sharing them rather than copying.
     static MultiValuedString merged(std::shared_ptr<const std::vector<std::string>> ascending);
 
+    /// One text; several differing texts (sorted ascending); no file.
+    ///@{
     static MultiValuedString single(std::string value) { return MultiValuedString(Single{std::move(value)}); }
     static MultiValuedString multiple(std::vector<std::string> values) {
         return MultiValuedString(
             Multiple{std::make_shared<const std::vector<std::string>>(std::move(values))});
     }
     static MultiValuedString none() { return MultiValuedString(); }
+    ///@}
 
-    bool isNone() const { return std::holds_alternative<None>(value_); }
+    bool isNone() const { return std::holds_alternative<None>(value_); } ///< no file at all
     /// Null unless `single`.
     const std::string* singleValue() const;
     /// Null unless `multiple`.

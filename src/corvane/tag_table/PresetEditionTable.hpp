@@ -20,14 +20,22 @@ namespace corvane {
 class PresetEditionTable : public ExtendedGenericTable<PresetEditionTable, PresetEditionTableContent,
                                                        PresetEditionTableReloadType> {
 public:
+    /// The types a view works with: the request, the content, what a reload changed, a row, a row's
+    /// value.
+    ///@{
     using Request = PresetEditionTableRequest;
     using Content = PresetEditionTableContent;
     using ReloadType = PresetEditionTableReloadType;
     using Entry = PresetEditionEntry;
     using RowValue = PresetEditionRow;
+    ///@}
 
+    /// Posted before and after each reload that changes something, on the main queue's thread, with
+    /// the reload type under `reloadTypeKey`.
+    ///@{
     static constexpr std::string_view willReloadNotification = "PresetTableWillReloadNotification";
     static constexpr std::string_view didReloadNotification = "PresetTableDidReloadNotification";
+    ///@}
 
     /// Computes the first content on the calling thread, then starts observing. Posts nothing.
     static std::shared_ptr<PresetEditionTable> create(Request request);
@@ -37,7 +45,7 @@ private:
                                       PresetEditionTableReloadType>;
     explicit PresetEditionTable(Request request) : ExtendedGenericTable(std::move(request)) {}
 
-    // Follows the preset of the stored request: observes its entries, and no other preset's.
+    /// Follows the preset of the stored request: observes its entries, and no other preset's.
     void didStoreRequest();
     void presetDidChangeEntries(const Notification& note);
 

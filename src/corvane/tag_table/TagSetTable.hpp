@@ -21,13 +21,20 @@ namespace corvane {
 /// `ExtendedGenericTable` and `MainQueue`).
 class TagSetTable : public ExtendedGenericTable<TagSetTable, TagSetTableContent, TagSetTableReloadType> {
 public:
+    /// The types a view works with: the request, the content, what a reload changed, a row.
+    ///@{
     using Request = TagSetTableRequest;
     using Content = TagSetTableContent;
     using ReloadType = TagSetTableReloadType;
     using Entry = TagSetTableEntry;
+    ///@}
 
+    /// Posted before and after each reload that changes something, on the main queue's thread, with
+    /// the reload type under `reloadTypeKey`.
+    ///@{
     static constexpr std::string_view willReloadNotification = "TagSetTableWillReloadNotification";
     static constexpr std::string_view didReloadNotification = "TagSetTableDidReloadNotification";
+    ///@}
 
     /// Computes the first content on the calling thread, then starts observing. Posts nothing.
     static std::shared_ptr<TagSetTable> create(Request request);

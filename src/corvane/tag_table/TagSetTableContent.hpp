@@ -28,19 +28,26 @@ class TagSetTableRequest {
 public:
     /// Keeps a tag when it returns true. Compared by identity.
     using Filter = Identified<std::function<bool(const TagItem&)>>;
+    /// The fields `diff` tells apart.
     enum class Field { domain, filter, selection, showSections };
 
+    /// A request for the user set of `domain`.
     explicit TagSetTableRequest(TagSetManager::Domain domain) : domain_(domain) {}
 
     /// The domain whose user set is shown; a request of another domain reloads everything.
+    ///@{
     TagSetManager::Domain domain() const { return domain_; }
     void setDomain(TagSetManager::Domain domain) { domain_ = domain; }
+    ///@}
     /// Null: every known tag.
     std::shared_ptr<Filter> filter;
-    IndexSet selection;
-    bool showSections = false;
+    IndexSet selection;        ///< the rows asked for; the content keeps those that exist
+    bool showSections = false; ///< heading rows for the set's sections
 
+    /// The fields in which the two requests differ; the table rebuilds its rows unless only
+    /// `selection` differs.
     std::set<Field> diff(const TagSetTableRequest& other) const;
+    /// No field differs.
     friend bool operator==(const TagSetTableRequest& a, const TagSetTableRequest& b) {
         return a.diff(b).empty();
     }
@@ -58,6 +65,7 @@ public:
     /// Reads the set once from `TagSetManager::shared()` and builds the rows.
     explicit TagSetTableContent(const TagSetTableRequest& request);
 
+    /// The tag rows; headings can't be selected.
     static bool isValueRow(const TagSetTableEntry& entry) {
         return std::holds_alternative<const TagItem*>(entry);
     }

@@ -23,6 +23,7 @@ class ValueTally;
 /// built from. Built off the main thread, then read-only.
 class TagValueRow {
 public:
+    /// The files a row reads.
     using Editors = std::vector<TagEditorRef>;
 
     /// Reads the tag from every editor, each through its own guard: the distinct current values
@@ -31,16 +32,22 @@ public:
     /// kept with the row, so that after an edit only the edited editors are read again.
     TagValueRow(std::shared_ptr<const Editors> editors, const TagItem& tagItem);
 
+    /// The tag; the editors read; the merged value; whether any editor has the tag edited; whether
+    /// every editor can edit it.
+    ///@{
     const TagItem& tagItem() const { return *tagItem_; }
     const Editors& editors() const { return *editors_; }
     const MultiValuedString& string() const { return string_; }
     bool isEdited() const { return isEdited_; }
     bool canBeEdited() const { return canBeEdited_; }
+    ///@}
     /// The tag's type is one the library converts.
     bool isSupported() const { return isSupported_; }
     /// What the request's `convert` made of the row; empty without one. Opaque to the table.
+    ///@{
     const std::any& objectValue() const { return objectValue_; }
     void setObjectValue(std::any value) { objectValue_ = std::move(value); }
+    ///@}
 
 private:
     friend class TagValueTableContent;

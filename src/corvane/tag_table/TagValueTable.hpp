@@ -30,6 +30,9 @@ namespace corvane {
 class TagValueTable
     : public ExtendedGenericTable<TagValueTable, TagValueTableContent, TagValueTableReloadType> {
 public:
+    /// The types a view works with: the request, the content, what a reload changed, a row, a row's
+    /// value, the value sets, the filter.
+    ///@{
     using Request = TagValueTableRequest;
     using Content = TagValueTableContent;
     using ReloadType = TagValueTableReloadType;
@@ -37,9 +40,14 @@ public:
     using RowValue = TagValueRow;
     using ValueSet = TagValueSet;
     using Filter = TagValueFilter;
+    ///@}
 
+    /// Posted before and after each reload that changes something, on the main queue's thread, with
+    /// the reload type under `reloadTypeKey`.
+    ///@{
     static constexpr std::string_view willReloadNotification = "TagValueTableWillReloadNotification";
     static constexpr std::string_view didReloadNotification = "TagValueTableDidReloadNotification";
+    ///@}
 
     /// Computes the first content on the calling thread, then starts observing. Posts nothing.
     static std::shared_ptr<TagValueTable> create(Request request);
@@ -49,7 +57,7 @@ private:
     explicit TagValueTable(Request request) : ExtendedGenericTable(std::move(request)) {}
 
     void historyDidFlush(const Notification& note);
-    // The operation of a partial reload.
+    /// The operation of a partial reload.
     void reloadValues(const HistoryEdition& history);
 
     NoteSubscriber tagSetManagerDidEditSetsSubcriber_;

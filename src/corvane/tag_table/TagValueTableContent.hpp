@@ -25,6 +25,7 @@ public:
 
     /// The merged state of the selected rows.
     const TagValueSet& valueSet() const { return valueSet_; }
+    /// The value rows; headings can't be selected.
     static bool isValueRow(const TagValueEntry& entry) { return std::holds_alternative<TagValueRow>(entry); }
 
     /// The merged value set of the value rows at these indexes, over the request's editors.
@@ -47,7 +48,7 @@ private:
     friend class BasicTableContent<TagValueTableContent, TagValueTableRequest, TagValueEntry>;
     void reloadEntries();
     void selectionDidChange() { reloadValueSet(); }
-    // Sets the row's object value through the request's `convert`, if any.
+    /// Sets the row's object value through the request's `convert`, if any.
     void convert(TagValueRow& row) const;
 
     TagValueSet valueSet_;

@@ -12,16 +12,26 @@ namespace corvane {
 ///   the rebuilt row indexes in the did-notification. Row count and order are unchanged;
 /// - `entries`: every row may have changed;
 /// - `selection`: only the selection and the value set changed.
+///
+/// Both notifications are posted on the main queue's thread: the host drains the main queue:
+/// `MainQueue::shared().drain()` (or `runUntil`) in a tool, its event loop woken by
+/// `MainQueue::setWakeHook` in an application.
 class TagValueTableReloadType {
 public:
+    /// See the class comment.
     enum class Kind { values, entries, selection };
 
+    /// A reload of every row; of the selection only.
+    ///@{
     static const TagValueTableReloadType entries;
     static const TagValueTableReloadType selection;
+    ///@}
+    /// A reload of some rows in place; `indexes` are given in the did-notification only.
     static TagValueTableReloadType values(std::optional<IndexSet> indexes) {
         return TagValueTableReloadType(Kind::values, std::move(indexes));
     }
 
+    /// Which of the three.
     Kind kind() const { return kind_; }
     /// The rebuilt rows of a `values` did-notification; nothing otherwise.
     const std::optional<IndexSet>& indexes() const { return indexes_; }

@@ -12,44 +12,61 @@ namespace corvane {
 
 class TagItem;
 
-// A tag's full name: its family and its key, written "EXIF:Artist".
+/// A tag's full name: its family and its key, written "EXIF:Artist".
 class TagName {
 public:
     TagName() : hash_(hashOf(stream_, key_)) {}
+    /// The name of `key` in the family `stream`; no check against the catalogue.
     TagName(TagStream stream, TagKey key)
         : stream_(std::move(stream)), key_(std::move(key)), hash_(hashOf(stream_, key_)) {}
 
-    // Parses "Stream:Key"; anything else gives no name.
+    /// Parses "Stream:Key"; anything else gives no name.
     static std::optional<TagName> fromRawValue(std::string_view text);
 
+    /// The family ("EXIF"), the key ("Artist"), and both as written, "EXIF:Artist".
+    ///@{
     const TagStream& stream() const { return stream_; }
     const TagKey& key() const { return key_; }
     std::string rawValue() const;
+    ///@}
 
+    /// The name with an empty family and key, which no tag has; `isEmpty()` tells it.
+    ///@{
     static const TagName empty;
     bool isEmpty() const { return stream_.rawValue().empty() && key_.rawValue().empty(); }
+    ///@}
 
-    // Names with different hashes differ: most unequal names are told apart without their texts.
+    /// Names with different hashes differ: most unequal names are told apart without their texts.
     friend bool operator==(const TagName& a, const TagName& b) {
         return a.hash_ == b.hash_ && a.stream_ == b.stream_ && a.key_ == b.key_;
     }
-    // By stream text, then key text.
+    /// By stream text, then key text.
     friend std::strong_ordering operator<=>(const TagName& a, const TagName& b) {
         if (auto c = a.stream_.rawValue() <=> b.stream_.rawValue(); c != 0) return c;
         return a.key_.rawValue() <=> b.key_.rawValue();
     }
 
-    // The catalogue entry of this name, or nullptr.
+    /// The catalogue entry of this name, or nullptr.
     const TagItem* item() const;
-    // Counterparts in the ExifTool and image I/O vocabularies.
+    /// Counterparts in the ExifTool and image I/O vocabularies.
+    ///@{
     std::optional<TagName> etName() const;
     std::optional<TagName> cgName() const;
+    ///@}
 
+    /// Whether the family is one of the catalogue, one of maker notes; the name with a maker's
+    /// family folded to MakerNotes.
+    ///@{
     bool isInG0Stream() const { return stream_.isG0Stream(); }
     bool isInMakerStream() const { return stream_.isMakerStream(); }
     TagName makerFamilyFixed() const { return TagName(stream_.makerFamilyFixed(), key_); }
+    ///@}
 
-    // Tag-name groups, built once.
+    /// Each family's tags that go together: GPS coordinates with their references, GPS date and
+    /// time stamps, place as text, thumbnail and preview, the location tags of each family (their
+    /// union in `locationTagNames`), QuickTime artwork, and the iTunes MOVI tags.
+    /// Tag-name groups, built once.
+    ///@{
     static const std::vector<TagName>& exifGPSCoordinatesTagNames();
     static const std::vector<TagName>& exifGPSDateStampTagNames();
     static const std::vector<TagName>& exifLocationTagNames();
@@ -65,11 +82,12 @@ public:
     static const std::vector<TagName>& quicktimeArtworkTagNames();
     static const std::vector<TagName>& locationTagNames();
     static const std::vector<TagName>& iTunMOVITagNames();
-    // (width, height) pairs in the order TagEditor::imageSize() tries them.
+    ///@}
+    /// (width, height) pairs in the order TagEditor::imageSize() tries them.
     static const std::vector<std::pair<TagName, TagName>>& imageSizePairs();
 
-    // The hash of both texts, computed once: names are looked up in the value maps of every
-    // storage, often thousands of times for one row of a table.
+    /// The hash of both texts, computed once: names are looked up in the value maps of every
+    /// storage, often thousands of times for one row of a table.
     std::size_t hash() const { return hash_; }
 
 private:
@@ -85,10 +103,10 @@ private:
 
 inline const TagName TagName::empty{};
 
-// A name stands in JSON as its raw value, "EXIF:Artist"; any other JSON is a
-// type error (nlohmann::json::type_error or std::invalid_argument).
+/// A name stands in JSON as its raw value, "EXIF:Artist"; any other JSON is a
+/// type error (nlohmann::json::type_error or std::invalid_argument).
 void to_json(nlohmann::json& j, const TagName& name);
-void from_json(const nlohmann::json& j, TagName& name);
+void from_json(const nlohmann::json& j, TagName& name); ///< see `to_json`
 
 } // namespace corvane
 

@@ -10,35 +10,46 @@ namespace corvane {
 
 class TagItem;
 
-// A metadata family, named as ExifTool names its family-0 group ("EXIF",
-// "IPTC", "XMP", ...) or, for maker notes, the maker's family-1 group ("Canon").
+/// A metadata family, named as ExifTool names its family-0 group ("EXIF",
+/// "IPTC", "XMP", ...) or, for maker notes, the maker's family-1 group ("Canon").
 class TagStream {
 public:
     TagStream() = default;
+    /// A family by its name, as ExifTool spells it ("EXIF", "Canon"); any text is accepted.
     explicit TagStream(std::string rawValue) : rawValue_(std::move(rawValue)) {}
 
+    /// The family's name.
     const std::string& rawValue() const { return rawValue_; }
 
+    /// Equal and ordered by name (for the display order, see `sortWithIndex`).
+    ///@{
     friend bool operator==(const TagStream&, const TagStream&) = default;
     friend auto operator<=>(const TagStream& a, const TagStream& b) { return a.rawValue_ <=> b.rawValue_; }
+    ///@}
 
-    // Every family of the catalogue, in catalogue order.
+    /// Every family of the catalogue, in catalogue order.
     static const std::vector<TagStream>& allCases();
-    // The families that hold maker notes; they fold to streamMakerNotes.
+    /// The families that hold maker notes; they fold to streamMakerNotes.
     static const std::vector<TagStream>& makerStreams();
 
-    // Place in the display order: File, EXIF, IPTC, XMP, then the rest of
-    // allCases in catalogue order. Absent for a family outside allCases.
+    /// Place in the display order: File, EXIF, IPTC, XMP, then the rest of
+    /// allCases in catalogue order. Absent for a family outside allCases.
     std::optional<int> index() const;
-    // Deliberately non-strict for two indexed families (rhs >= lhs).
+    /// Deliberately non-strict for two indexed families (rhs >= lhs).
     static bool sortWithIndex(const TagStream& lhs, const TagStream& rhs);
 
+    /// True for a family of the catalogue; true for a catalogue family that holds maker notes.
+    ///@{
     bool isG0Stream() const;
     bool isMakerStream() const;
+    ///@}
+    /// `streamMakerNotes` for a maker family, else this family: how views group the makers' notes.
     TagStream makerFamilyFixed() const;
-    // Catalogue entries of this family, sorted; empty for an unknown family.
+    /// Catalogue entries of this family, sorted; empty for an unknown family.
     const std::vector<const TagItem*>& items() const;
 
+    /// One constant per family the library names, spelt as its name ("ICC_Profile", "Jpeg2000").
+    ///@{
     static const TagStream streamAFCP;
     static const TagStream streamAIFF;
     static const TagStream streamAPE;
@@ -144,6 +155,7 @@ public:
     static const TagStream streamComposite;
     static const TagStream streamAPP8;
     static const TagStream streamMNG;
+    ///@}
 
 private:
     std::string rawValue_;

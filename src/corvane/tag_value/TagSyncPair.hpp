@@ -13,17 +13,22 @@ namespace corvane {
 /// {"from": "EXIF:DateTimeOriginal", "to": "XMP:CreateDate"}, each name in its "Family:Key" form.
 class TagSyncPair {
 public:
+    /// Copy the value of `from` into `to`.
     TagSyncPair(TagName from, TagName to) : from_(std::move(from)), to_(std::move(to)) {}
 
     /// The pair a text "FROM>TO" names ("EXIF:DateTimeOriginal>XMP:CreateDate"); nothing when either
     /// side isn't a "Family:Key" name.
     static std::optional<TagSyncPair> fromText(std::string_view text);
 
+    /// The tag read; the tag written.
+    ///@{
     const TagName& from() const { return from_; }
     const TagName& to() const { return to_; }
+    ///@}
 
     /// Throws nlohmann::json::exception when a key is missing or not a tag name.
     static TagSyncPair fromJSON(const nlohmann::json& json);
+    /// {"from": ..., "to": ...}, as `fromJSON` reads.
     nlohmann::json toJSON() const;
 
     friend bool operator==(const TagSyncPair&, const TagSyncPair&) = default;

@@ -32,7 +32,7 @@ public:
         std::string text;
         /// Why the value can't be written; empty when it can.
         std::string error;
-        bool isValid() const { return error.empty(); }
+        bool isValid() const { return error.empty(); } ///< the value can be written
     };
 
     /// Checks `typed` for `item`. The empty text clears a tag and is always valid.

@@ -22,8 +22,9 @@ namespace corvane {
 /// joins `errors()` and the editors are read again from their files, whatever state they are in.
 class CleanTagValuesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the files to clean
         /// The families to remove.
         std::vector<TagStream> streams;
         /// Let ExifTool fix maker-note offsets; absent counts as true.
@@ -32,11 +33,16 @@ public:
         std::optional<bool> ignoreMinorErrors;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { unauthorizedAccess, engineIsNotAvailable, editorIsNotSupported };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit CleanTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<CleanTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
 
     /// ExifTool's arguments for the families: "-All=" when they are every family there is, else
@@ -54,6 +60,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(CleanTagValuesTask::ProcessError error);
 
 } // namespace corvane

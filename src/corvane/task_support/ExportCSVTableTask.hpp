@@ -23,20 +23,25 @@ namespace corvane {
 /// file that replaces the destination once complete.
 class ExportCSVTableTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, std::vector<const TagItem*> tagItems,
                  std::optional<std::filesystem::path> destinationURL)
             : editors(std::move(editors)), tagItems(std::move(tagItems)),
               destinationURL(std::move(destinationURL)) {}
 
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the files, one row each
         /// The columns after the two file columns.
         std::vector<const TagItem*> tagItems;
+        /// The CSV file to write; none is an error of the task.
         std::optional<std::filesystem::path> destinationURL;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         engineIsNotAvailable,
         destinationIsMissing,
@@ -44,9 +49,12 @@ public:
         tableTypeIsUnknown
     };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit ExportCSVTableTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<ExportCSVTableTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -61,6 +69,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ExportCSVTableTask::ProcessError error);
 
 } // namespace corvane

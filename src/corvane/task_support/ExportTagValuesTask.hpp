@@ -25,9 +25,11 @@ namespace corvane {
 /// later editor in the list is written, the earlier one passed over.
 class ExportTagValuesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields; the others keep their defaults.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, std::optional<std::string> sidecarType)
             : editors(std::move(editors)), sidecarType(std::move(sidecarType)) {}
 
@@ -39,11 +41,16 @@ public:
         std::optional<std::string> sidecarType;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { engineIsNotAvailable, sidecarTypeIsMissing, sidecarTypeIsUnknown };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit ExportTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<ExportTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -62,16 +69,21 @@ public:
 protected:
     void internProcess() override;
 
+    /// Writes one sidecar with the library's own writer; all sidecars of a type in one ExifTool
+    /// run.
+    ///@{
     virtual void exportSidecarWithWriter(const MediaType& type, const std::shared_ptr<TagEditor>& editor);
     virtual void exportSidecarWithExifTool(const MediaType& type);
-    // An ICC file is the profile block of each file, as ExifTool gives it ("-ICC_Profile -b"):
-    // it can't be made from tags. A file without a profile is an error that names the sidecar.
+    ///@}
+    /// An ICC file is the profile block of each file, as ExifTool gives it ("-ICC_Profile -b"):
+    /// it can't be made from tags. A file without a profile is an error that names the sidecar.
     virtual void exportICCProfiles(const MediaType& type);
 
 private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ExportTagValuesTask::ProcessError error);
 
 } // namespace corvane

@@ -21,20 +21,28 @@ namespace corvane {
 /// task, also when the result is empty or the run failed; the failure is then in `errors()`.
 class FetchTagValuesTask : public AbstractTask {
 public:
+    /// The values by file, as the caller named the file.
     using Values = std::map<std::filesystem::path, std::string>;
+    /// Receives the values once, on the thread that runs the task.
     using Completion = std::function<void(const Values&)>;
 
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
-        std::vector<TagStorageSource> sources;
-        TagName tagName;
-        Completion completion;
+        std::vector<TagStorageSource> sources; ///< the files to read
+        TagName tagName;                       ///< the tag to read
+        Completion completion;                 ///< called once with the values
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { sourcesAreMissing, completionIsMissing, outputIsInvalid };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FetchTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FetchTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
 
     /// The values of ExifTool's JSON output ("-j") for `sources`: each object's one value other
@@ -52,6 +60,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FetchTagValuesTask::ProcessError error);
 
 } // namespace corvane

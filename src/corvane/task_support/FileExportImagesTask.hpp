@@ -20,13 +20,17 @@ namespace corvane {
 /// image can't be decoded or written, is an error of its own, and the others go on.
 class FileExportImagesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
-        std::vector<std::shared_ptr<TagEditor>> editors;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the files whose images are written
+        /// The embedded image to write.
         ETEmbeddedImageReader::ImageSource source = ETEmbeddedImageReader::ImageSource::previewImage;
         /// The folder to write into; absent writes each image beside its file.
         std::optional<std::filesystem::path> destinationURL;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         engineIsNotAvailable,
         imageDataInvalid,
@@ -37,7 +41,9 @@ public:
     /// A failure of one file: the error's text after the file's path, "PATH: Image writing failed".
     class FileException : public Error {
     public:
+        /// A failure of `url`, for `reason`.
         FileException(std::filesystem::path url, const std::string& reason);
+        /// The file whose image wasn't written.
         const std::filesystem::path& url() const { return url_; }
 
     private:
@@ -50,9 +56,12 @@ public:
                                            ETEmbeddedImageReader::ImageSource source,
                                            const std::optional<std::filesystem::path>& destination);
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FileExportImagesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FileExportImagesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     /// The images written, in no particular order. Complete once the task has ended.
     std::vector<std::filesystem::path> exportedFiles() const;
@@ -71,6 +80,7 @@ private:
     std::vector<std::filesystem::path> nonAtomicExportedFiles_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FileExportImagesTask::ProcessError error);
 
 } // namespace corvane

@@ -18,17 +18,24 @@ namespace corvane {
 /// error.
 class FileExportToPhotosTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
+        /// Settings for these files.
         explicit Settings(std::vector<std::filesystem::path> urls) : urls(std::move(urls)) {}
-        std::vector<std::filesystem::path> urls;
+        std::vector<std::filesystem::path> urls; ///< the files to add to the photo library
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { unauthorizedAccess };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FileExportToPhotosTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FileExportToPhotosTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     /// The local identifiers of the assets made, in the order of the files added; complete once
     /// the task has ended. Any thread.
@@ -45,6 +52,7 @@ private:
     std::vector<std::string> nonAtomicCreatedAssets_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FileExportToPhotosTask::ProcessError error);
 
 } // namespace corvane

@@ -18,18 +18,22 @@ namespace corvane {
 /// ExifTool can't read is left out, its error in `errors()`, unless minor errors stop the export.
 class FolderExportGeotagTask : public AbstractTask {
 public:
+    /// The track file formats ExifTool can print.
     enum class Format { gpx, kml };
 
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
         /// An editor of a folder; it recurses into subfolders as it is set to.
         std::shared_ptr<ETTagEditor> editor;
         /// The file to write.
         std::optional<std::filesystem::path> outputURL;
-        Format format = Format::gpx;
+        Format format = Format::gpx; ///< the track file's format
         /// Let ExifTool go on past minor errors; absent counts as true.
         std::optional<bool> ignoreMinorErrors;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         editorIsNotAFolder,
         engineIsNotAvailable,
@@ -39,6 +43,7 @@ public:
 
     /// "GPX", "KML".
     static std::string rawValue(Format format);
+    /// The format of "GPX" or "KML" in any case; nothing for another text.
     static std::optional<Format> format(std::string_view rawValue);
     /// The print-format file of a format, as ExifTool reads it ("-p"): the library's resource named
     /// "gpx" or "kml". Throws formatFileIsMissing when the library has none.
@@ -46,9 +51,12 @@ public:
     /// The document for a folder without any file: the format's head and tail lines.
     static std::string emptyDocument(Format format);
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FolderExportGeotagTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FolderExportGeotagTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
 
     Priority priority() const override { return Priority::reading; }
@@ -62,6 +70,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FolderExportGeotagTask::ProcessError error);
 
 } // namespace corvane

@@ -19,6 +19,7 @@ namespace corvane {
 /// dates; the editor's values are not. Files outside the track's time span are left alone.
 class FolderImportGeotagTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     struct Settings {
         /// An editor of a folder; it recurses into subfolders as it is set to.
         std::shared_ptr<ETTagEditor> editor;
@@ -30,6 +31,8 @@ public:
         std::optional<bool> ignoreMinorErrors;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         editorIsNotAFolder,
         engineIsNotAvailable,
@@ -40,9 +43,12 @@ public:
     /// The track-log extensions ExifTool reads, lower-case.
     static const std::vector<std::string>& supportedTypes();
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit FolderImportGeotagTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<FolderImportGeotagTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
 
     Priority priority() const override { return Priority::writing; }
@@ -56,6 +62,7 @@ private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(FolderImportGeotagTask::ProcessError error);
 
 } // namespace corvane

@@ -26,9 +26,11 @@ namespace corvane {
 /// tags an editor can't edit are passed over.
 class ImportTagValuesTask : public AbstractTask {
 public:
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields; the others keep their defaults.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, std::optional<TagStorageSource> source)
             : editors(std::move(editors)), source(std::move(source)) {}
 
@@ -42,11 +44,16 @@ public:
         std::unordered_set<TagStream> excludedTagStreams;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError { engineIsNotAvailable, sourceURLIsMissing, sourceTypeIsUnknown };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit ImportTagValuesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<ImportTagValuesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -69,19 +76,23 @@ public:
 protected:
     void internProcess() override;
 
+    /// Reads the values through ExifTool; through the library's own reader for a format it knows.
+    ///@{
     virtual void importTagValuesWithExifTool(const TagStorageSource& source);
     virtual void importTagValuesWithReader(const TagStorageSource& source, const MediaType& type);
+    ///@}
 
 private:
     using Values = std::unordered_map<TagName, std::string>;
-    // Leaves out the excluded names and streams.
+    /// Leaves out the excluded names and streams.
     Values filtered(Values values) const;
-    // Sets on each editor the values that change it.
+    /// Sets on each editor the values that change it.
     void applyValues(const Values& values);
 
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(ImportTagValuesTask::ProcessError error);
 
 } // namespace corvane

@@ -25,16 +25,19 @@ namespace corvane {
 /// refusal is an error of that file.
 class SyncSidecarFilesTask : public AbstractTask {
 public:
+    /// Whether the sidecars are read into the editors or written from them.
     enum class Action { importSidecar, exportSidecar };
 
+    /// The task's settings: what it works on and how. The task keeps its own copy.
     class Settings {
     public:
         Settings() = default;
+        /// Settings with these fields; the others keep their defaults.
         Settings(std::vector<std::shared_ptr<TagEditor>> editors, Action action)
             : editors(std::move(editors)), action(action) {}
 
-        std::vector<std::shared_ptr<TagEditor>> editors;
-        Action action = Action::exportSidecar;
+        std::vector<std::shared_ptr<TagEditor>> editors; ///< the editors whose files the sidecars go with
+        Action action = Action::exportSidecar;           ///< the direction
         /// The sidecar's format key in any case ("xmp"); none means the file's own extension,
         /// which only makes sense with a `sidecarFolderURL`.
         std::optional<std::string> sidecarType;
@@ -46,6 +49,8 @@ public:
         std::optional<bool> ignoreMinorErrors;
     };
 
+    /// The failures the task records in `errors()`, each as a `TaskError<ProcessError>` whose
+    /// `what()` is `message(error)`.
     enum class ProcessError {
         engineIsNotAvailable,
         processActionIsUnknown,
@@ -58,18 +63,25 @@ public:
     /// A file whose sidecar isn't there to import. `what()` is "PATH: No sidecar SIDECAR".
     class MissingSidecarError : public Error {
     public:
+        /// The file, and the sidecar that was looked for.
         MissingSidecarError(std::filesystem::path url, std::filesystem::path sidecar);
+        /// The file without a sidecar; the sidecar looked for.
+        ///@{
         const std::filesystem::path& url() const { return url_; }
         const std::filesystem::path& sidecar() const { return sidecar_; }
+        ///@}
 
     private:
         std::filesystem::path url_;
         std::filesystem::path sidecar_;
     };
 
+    /// A pending task. Applications use `create`: a task must live in a std::shared_ptr.
     explicit SyncSidecarFilesTask(Settings settings);
+    /// A pending task, to hand to `TaskManager::shared().add()` or to run with `perform()`.
     static std::shared_ptr<SyncSidecarFilesTask> create(Settings settings);
 
+    /// The settings the task was made with.
     const Settings& settings() const { return settings_; }
     std::string title() const override;
     bool isProgressIndeterminate() const override { return false; }
@@ -92,12 +104,14 @@ public:
 
 protected:
     void internProcess() override;
+    /// After an import through ExifTool: the editors re-read from their files.
     virtual void reloadFileEditors(const std::vector<std::shared_ptr<TagEditor>>& editors);
 
 private:
     const Settings settings_;
 };
 
+/// The text of a case: the `what()` of the exception thrown for it.
 std::string_view message(SyncSidecarFilesTask::ProcessError error);
 
 } // namespace corvane

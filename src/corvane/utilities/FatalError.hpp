@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-// Stops the process on a programming fault, with the message on standard error.
+/// Stops the process on a programming fault, with the message on standard error.
 [[noreturn]] void fatalError(std::string_view message);
 
 } // namespace corvane

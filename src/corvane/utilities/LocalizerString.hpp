@@ -5,15 +5,20 @@
 
 namespace corvane {
 
-// A key of the default string table, as a typed value.
+/// A key of the default string table, as a typed value.
 class LocalizerString {
 public:
+    /// The key `rawValue`.
+    ///@{
     explicit LocalizerString(std::string rawValue) : rawValue_(std::move(rawValue)) {}
     LocalizerString(const char* rawValue) : rawValue_(rawValue) {}
+    ///@}
 
+    /// The key's text.
     const std::string& rawValue() const { return rawValue_; }
 
-    // The keys the library uses by name.
+    /// The keys the library uses by name.
+    ///@{
     static LocalizerString tagComparisonTagsTitle() { return LocalizerString("TagComparisonTagsTitle"); }
     static LocalizerString mediaKindAudio() { return LocalizerString("MediaKindAudio"); }
     static LocalizerString mediaKindImage() { return LocalizerString("MediaKindImage"); }
@@ -25,6 +30,7 @@ public:
     static LocalizerString languageSpanish() { return LocalizerString("LanguageSpanish"); }
     static LocalizerString languageFrench() { return LocalizerString("LanguageFrench"); }
     static LocalizerString languageItalian() { return LocalizerString("LanguageItalian"); }
+    ///@}
 
     friend bool operator==(const LocalizerString&, const LocalizerString&) = default;
 

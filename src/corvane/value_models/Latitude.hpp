@@ -8,13 +8,14 @@
 
 namespace corvane {
 
+/// The sides of the equator.
 enum class LatitudeReference { north, south };
 
-// A position north or south of the equator. No range is enforced: 99 is a
-// valid latitude. The parts in degrees, minutes and seconds are derived once.
+/// A position north or south of the equator. No range is enforced: 99 is a
+/// valid latitude. The parts in degrees, minutes and seconds are derived once.
 class Latitude : public AngularAxis<Latitude, LatitudeReference> {
 public:
-    // From signed decimal degrees, positive to the north.
+    /// From signed decimal degrees, positive to the north.
     explicit Latitude(double value) : AngularAxis(value) {}
 
 private:

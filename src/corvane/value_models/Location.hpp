@@ -14,22 +14,30 @@
 
 namespace corvane {
 
-// A place in one flat record: position, height, time, direction and address.
-// This is the form saved locations are stored in (JSON with thirteen keys in
-// snake case).
+/// A place in one flat record: position, height, time, direction and address.
+/// This is the form saved locations are stored in (JSON with thirteen keys in
+/// snake case).
 class Location {
 public:
+    /// An optional text field of the address.
     using Text = std::optional<std::string>;
 
+    /// A place at this position (decimal degrees, north and east positive), nothing else known.
+    ///@{
     Location(double latitude, double longitude) : latitude_(latitude), longitude_(longitude) {}
     explicit Location(const Coordinate& coordinate)
         : Location(coordinate.latitude().value(), coordinate.longitude().value()) {}
-    // Altitude keeps its sign; the stamp becomes a moment; text fields come
-    // from `text` where given.
+    ///@}
+    /// Altitude keeps its sign; the stamp becomes a moment; text fields come
+    /// from `text` where given.
     Location(const GPSLocation& gps, const std::optional<TextLocation>& text);
-    // Coordinate, altitude and time of a fix; no text.
+    /// Coordinate, altitude and time of a fix; no text.
     explicit Location(const PlatformLocation& location);
 
+    /// Position in decimal degrees (north and east positive), altitude in metres (negative below
+    /// sea level), the moment of the fix, direction in degrees from north; then the address fields,
+    /// each absent when unknown. Setters take the value as given: nothing is range-checked.
+    ///@{
     double latitude() const { return latitude_; }
     void setLatitude(double v) { latitude_ = v; }
     double longitude() const { return longitude_; }
@@ -56,18 +64,25 @@ public:
     void setCountryName(Text v) { countryName_ = std::move(v); }
     const Text& countryCode() const { return countryCode_; }
     void setCountryCode(Text v) { countryCode_ = std::move(v); }
+    ///@}
 
+    /// The position alone.
     Coordinate coordinate() const { return Coordinate(latitude_, longitude_); }
+    /// The GPS part (position, altitude, stamp, direction) and the address part, as the tag editors
+    /// write them.
+    ///@{
     GPSLocation gpsLocation() const;
     TextLocation textLocation() const;
+    ///@}
+    /// The same place without its moment, for comparing places.
     Location withNoStamp() const;
 
-    // JSON object with all thirteen keys, absent values as null. The stamp is a
-    // number of seconds since 2001-01-01 00:00:00 UTC, the reference date of the
-    // platform's JSON coder, so saved locations keep their meaning across hosts.
+    /// JSON object with all thirteen keys, absent values as null. The stamp is a
+    /// number of seconds since 2001-01-01 00:00:00 UTC, the reference date of the
+    /// platform's JSON coder, so saved locations keep their meaning across hosts.
     nlohmann::json toJson() const;
-    // Requires all thirteen keys (null for an absent value) and numeric
-    // latitude and longitude; throws nlohmann::json::exception otherwise.
+    /// Requires all thirteen keys (null for an absent value) and numeric
+    /// latitude and longitude; throws nlohmann::json::exception otherwise.
     static Location fromJson(const nlohmann::json& json);
 
     friend bool operator==(const Location&, const Location&) = default;
@@ -91,8 +106,12 @@ private:
 } // namespace corvane
 
 namespace nlohmann {
+/// Lets nlohmann::json read and write a `Location` in its JSON form (`Location::fromJson`,
+/// `toJson`).
 template <> struct adl_serializer<corvane::Location> {
+    /// Reads the JSON form (`Location::fromJson`).
     static corvane::Location from_json(const json& j);
+    /// Writes the JSON form (`Location::toJson`).
     static void to_json(json& j, const corvane::Location& l);
 };
 } // namespace nlohmann

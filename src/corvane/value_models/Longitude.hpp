@@ -8,13 +8,14 @@
 
 namespace corvane {
 
+/// The sides of the prime meridian.
 enum class LongitudeReference { east, west };
 
-// A position east or west of the prime meridian. No range is enforced: 199 is a
-// valid longitude. The parts in degrees, minutes and seconds are derived once.
+/// A position east or west of the prime meridian. No range is enforced: 199 is a
+/// valid longitude. The parts in degrees, minutes and seconds are derived once.
 class Longitude : public AngularAxis<Longitude, LongitudeReference> {
 public:
-    // From signed decimal degrees, positive to the east.
+    /// From signed decimal degrees, positive to the east.
     explicit Longitude(double value) : AngularAxis(value) {}
 
 private:
