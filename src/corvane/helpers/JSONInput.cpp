@@ -1,5 +1,7 @@
 #include "corvane/helpers/JSONInput.hpp"
 
+#include "corvane/helpers/detail/JSONText.hpp"
+
 namespace corvane {
 
 JSONNestingError::JSONNestingError(const std::string& source)
@@ -8,19 +10,10 @@ JSONNestingError::JSONNestingError(const std::string& source)
 
 void checkJSONNesting(std::string_view data, const std::string& source) {
     std::size_t depth = 0;
-    bool inString = false;
     for (std::size_t i = 0; i < data.size(); ++i) {
-        const char c = data[i];
-        if (inString) {
-            if (c == '\\')
-                ++i;
-            else if (c == '"')
-                inString = false;
-            continue;
-        }
-        switch (c) {
+        switch (data[i]) {
         case '"':
-            inString = true;
+            i = detail::endOfJSONString(data, i) - 1;
             break;
         case '[':
         case '{':

@@ -11,6 +11,7 @@
 
 #include "corvane/helpers/JSONInput.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
+#include "corvane/helpers/detail/JSONText.hpp"
 
 namespace corvane::detail {
 namespace {
@@ -437,18 +438,10 @@ std::string joinOutputs(const std::vector<std::string>& chunks) {
 std::optional<std::string> quoteOutOfRangeNumbers(std::string_view json) {
     std::string out;
     std::size_t copied = 0;
-    bool inString = false;
     for (std::size_t i = 0; i < json.size(); ++i) {
         const char c = json[i];
-        if (inString) {
-            if (c == '\\')
-                ++i;
-            else if (c == '"')
-                inString = false;
-            continue;
-        }
         if (c == '"') {
-            inString = true;
+            i = endOfJSONString(json, i) - 1;
             continue;
         }
         if (c != '-' && (c < '0' || c > '9')) continue;
