@@ -20,24 +20,13 @@ protected:
     static void SetUpTestSuite() {
         folder_ = new test::TemporaryFolder("corvane-sidecar-roundtrip");
         const fs::path jpeg = test::makeJPEG(*folder_ / "tagged.jpg");
-        test::tagWithExifTool(jpeg, {
-                                        "-EXIF:Artist=Zoë Ünsal 東京 😀",
-                                        "-EXIF:Make=ACME, Inc. \"Pro\"",
-                                        "-EXIF:ISO=200",
-                                        "-EXIF:ExposureTime=1/250",
-                                        "-EXIF:FNumber=2.8",
-                                        "-EXIF:DateTimeOriginal=2024:05:01 12:34:56",
-                                        "-EXIF:GPSLatitude=48.8584",
-                                        "-EXIF:GPSLatitudeRef=N",
-                                        "-IPTC:Keywords=Alpha",
-                                        "-IPTC:Keywords=Beta",
-                                        "-IPTC:Keywords=Gamma",
-                                        "-IPTC:Caption-Abstract=Line one\nLine two; with \"quotes\"",
-                                        "-XMP:Title=Été à Paris",
-                                        "-XMP:Rating=4",
-                                        "-XMP:Subject=one",
-                                        "-XMP:Subject=two",
-                                    });
+        test::tagWithExifTool(
+            jpeg, {"-EXIF:Artist=Zoë Ünsal 東京 😀", "-EXIF:Make=ACME, Inc. \"Pro\"", "-EXIF:ISO=200",
+                   "-EXIF:ExposureTime=1/250", "-EXIF:FNumber=2.8",
+                   "-EXIF:DateTimeOriginal=2024:05:01 12:34:56", "-EXIF:GPSLatitude=48.8584",
+                   "-EXIF:GPSLatitudeRef=N", "-IPTC:Keywords=Alpha", "-IPTC:Keywords=Beta",
+                   "-IPTC:Keywords=Gamma", "-IPTC:Caption-Abstract=Line one\nLine two; with \"quotes\"",
+                   "-XMP:Title=Été à Paris", "-XMP:Rating=4", "-XMP:Subject=one", "-XMP:Subject=two"});
         const fs::path mov = test::makeMOV(*folder_ / "tagged.mov");
         test::tagWithExifTool(mov, {"-XMP:Title=Film ñ", "-QuickTime:Artist=Réal Isateur"});
 

@@ -64,24 +64,29 @@ TEST(TagStorageValues, SettingTheFileValueAgainOrARestoreRemovesTheEdit) {
     EXPECT_FALSE(storage.isEdited());
 }
 
-TEST(TagStorageValues, CurrentValueIsTheEditElseTheOriginal) {
+TEST(TagStorageValues, CurrentValueIsTheEditElseTheOriginalAndTagListsAreSortedAndUnited) {
     TagStorage storage = fileStorage();
+    storage.setOriginalValue("Ed", byLine());
     EXPECT_EQ(storage.currentValue(copyright()), std::nullopt);
     EXPECT_TRUE(storage.setValue("Bob", artist()));
     EXPECT_EQ(storage.originalValue(artist()), "Ann");
     EXPECT_EQ(storage.currentValue(artist()), "Bob");
-    // A new tag is an edit without an original; a clear of a known tag is an edit to "".
-    EXPECT_TRUE(storage.setValue("(c) Ann", copyright()));
+    // A new tag is an edit without an original.
+    EXPECT_TRUE(storage.setValue("(c)", copyright()));
     EXPECT_FALSE(storage.originalValues().contains(copyright()));
-    EXPECT_EQ(storage.currentValue(copyright()), "(c) Ann");
+    EXPECT_EQ(storage.currentValue(copyright()), "(c)");
+    EXPECT_EQ(storage.currentTagNames(), (std::vector<TagName>{artist(), copyright(), byLine()}));
+    EXPECT_EQ(storage.originalTagNames(), (std::vector<TagName>{artist(), byLine()}));
+    EXPECT_EQ(storage.writtenTagNames(), (std::vector<TagName>{artist(), copyright()}));
+    EXPECT_EQ(storage.debugDescription(), "EXIF:Artist:Bob\nEXIF:Copyright:(c)\nIPTC:By-line:Ed\n");
+    // A clear of a known tag is an edit to "".
     EXPECT_TRUE(storage.setValue("", artist()));
     EXPECT_EQ(storage.writtenValue(artist()), "");
     EXPECT_EQ(storage.currentValue(artist()), "");
-    EXPECT_EQ(storage.writtenTagNames(), (std::vector<TagName>{artist(), copyright()}));
     expectNoOriginalInWritten(storage);
 }
 
-TEST(TagStorageValues, ClearingAnUnknownTagIsANoOpOnAFileButAnEditOnAFolder) {
+TEST(TagStorageValues, ClearingAnUnknownTagIsANoOpOnAFileButAnEditOnAFolderWithoutValue) {
     TagStorage file = fileStorage();
     EXPECT_TRUE(file.setValue("", copyright()));
     EXPECT_FALSE(file.isValueEdited(copyright()));
@@ -92,6 +97,13 @@ TEST(TagStorageValues, ClearingAnUnknownTagIsANoOpOnAFileButAnEditOnAFolder) {
     EXPECT_EQ(folder.writtenValue(copyright()), "");
     EXPECT_TRUE(folder.isEdited());
     EXPECT_FALSE(folder.setValue("", copyright())) << "already cleared";
+    // Empty strings are no values of their family.
+    folder.setOriginalValue("", byLine());
+    EXPECT_FALSE(folder.hasValues(TagStream::streamEXIF));
+    EXPECT_FALSE(folder.hasValues(TagStream::streamIPTC));
+    folder.setValue("Ed", byLine());
+    EXPECT_TRUE(folder.hasValues(TagStream::streamIPTC));
+    EXPECT_FALSE(folder.hasValues(TagStream::streamXMP));
 }
 
 TEST(TagStorageValues, SetOriginalValueKeepsInvariants) {
@@ -208,29 +220,6 @@ TEST(TagStorageValues, CleanStorageRemovesStreamsFromBothDictionaries) {
     EXPECT_EQ(removed, expected);
     EXPECT_EQ(storage.currentTagNames(), std::vector<TagName>{TagItem::itemXMPHeadline().name()});
     EXPECT_TRUE(storage.cleanStorage({}).empty());
-}
-
-TEST(TagStorageValues, TagListsAreSortedAndUnited) {
-    TagStorage storage = fileStorage();
-    storage.setOriginalValue("Ed", byLine());
-    storage.setValue("(c)", copyright());
-    storage.setValue("Bob", artist());
-    const std::vector<TagName> current{artist(), copyright(), byLine()};
-    EXPECT_EQ(storage.currentTagNames(), current);
-    EXPECT_EQ(storage.originalTagNames(), (std::vector<TagName>{artist(), byLine()}));
-    EXPECT_EQ(storage.writtenTagNames(), (std::vector<TagName>{artist(), copyright()}));
-    EXPECT_EQ(storage.debugDescription(), "EXIF:Artist:Bob\nEXIF:Copyright:(c)\nIPTC:By-line:Ed\n");
-}
-
-TEST(TagStorageValues, HasValuesIgnoresEmptyStrings) {
-    TagStorage storage = folderStorage();
-    storage.setOriginalValue("", artist());
-    storage.setValue("", byLine());
-    EXPECT_FALSE(storage.hasValues(TagStream::streamEXIF));
-    EXPECT_FALSE(storage.hasValues(TagStream::streamIPTC));
-    storage.setValue("Ed", byLine());
-    EXPECT_TRUE(storage.hasValues(TagStream::streamIPTC));
-    EXPECT_FALSE(storage.hasValues(TagStream::streamXMP));
 }
 
 TEST(TagStorageValues, CopiesAreSnapshotsSharingTheTemporaryURL) {
