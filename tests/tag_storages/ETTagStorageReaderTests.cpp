@@ -47,40 +47,39 @@ protected:
     }
 };
 
+// An empty value is stored; ExifTool prints numeric-looking text as numbers, and text tags keep it
+// as printed; the first occurrence of a name wins; the file's own resources are completed from the
+// source. What the file holds is shown even where the tag's converter can't read it: more numbers
+// than the tag's table declares, an unset date, a number ExifTool prints as text, a date alone.
 TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
     const TagStorage storage = decodeOne(R"(
         "EXIF:IFD0": {"Artist": "Zoë", "NotInTheCatalogue": "x", "Copyright": ""},
         "IPTC:IPTC": {"Keywords": ["one", "two"]},
         "XMP:XMP-dc": {"Title": 1.50, "Subject": ["007", 2.0]},
         "XMP:XMP-other": {"Title": "second"},
-        "JFIF:JFIF": {"NothingKnown": 1})");
-    // An empty value is stored; ExifTool prints numeric-looking text as numbers, and text tags keep
-    // it as printed; the first occurrence of a name wins; the file's own resources are completed
-    // from the source.
-    const Values expected{
-        {"EXIF:Artist", "Zoë"},       {"EXIF:NotInTheCatalogue", {}}, {"EXIF:Copyright", ""},
-        {"IPTC:Keywords", "one,two"}, {"XMP:Title", "1.50"},          {"XMP:Subject", "007,2.0"},
-        {"File:FileName", "a.jpg"},   {"File:Directory", "/photos"},  {"File:FileTypeExtension", "jpg"}};
+        "JFIF:JFIF": {"NothingKnown": 1},
+        "EXIF:ExifIFD": {"ExifImageWidth": "100 0", "DateTimeOriginal": "0000:00:00 00:00:00",
+                         "DigitalZoomRatio": "undef", "ExposureTime": 0.002},
+        "XMP:XMP-photoshop": {"DateCreated": "2004:02:26"})");
+    const Values expected{{"EXIF:Artist", "Zoë"},
+                          {"EXIF:NotInTheCatalogue", {}},
+                          {"EXIF:Copyright", ""},
+                          {"IPTC:Keywords", "one,two"},
+                          {"XMP:Title", "1.50"},
+                          {"XMP:Subject", "007,2.0"},
+                          {"File:FileName", "a.jpg"},
+                          {"File:Directory", "/photos"},
+                          {"File:FileTypeExtension", "jpg"},
+                          {"EXIF:ExifImageWidth", "100 0"},
+                          {"EXIF:DateTimeOriginal", "0000:00:00 00:00:00"},
+                          {"EXIF:DigitalZoomRatio", "undef"},
+                          {"EXIF:ExposureTime", "0.00200000"},
+                          {"XMP:DateCreated", "2004:02:26"}};
     EXPECT_EQ(valuesOf(storage, expected), expected);
     // A group without any known tag still marks its stream as present.
     EXPECT_TRUE(storage.originalStreams().contains(TagStream::streamJFIF));
     EXPECT_TRUE(storage.originalStreams().contains(TagStream::streamEXIF));
     EXPECT_TRUE(storage.writtenValues().empty());
-}
-
-// What the file holds is shown even where the tag's converter can't read it: more numbers than the
-// tag's table declares, an unset date, a number ExifTool prints as text.
-TEST_F(ETReaderDecoding, ValuesTheConverterCantReadAreKeptAsPrinted) {
-    const TagStorage storage = decodeOne(R"(
-        "EXIF:ExifIFD": {"ExifImageWidth": "100 0", "DateTimeOriginal": "0000:00:00 00:00:00",
-                         "DigitalZoomRatio": "undef", "ExposureTime": 0.002},
-        "XMP:XMP-photoshop": {"DateCreated": "2004:02:26"})");
-    const Values expected{{"EXIF:ExifImageWidth", "100 0"},
-                          {"EXIF:DateTimeOriginal", "0000:00:00 00:00:00"},
-                          {"EXIF:DigitalZoomRatio", "undef"},
-                          {"EXIF:ExposureTime", "0.00200000"},
-                          {"XMP:DateCreated", "2004:02:26"}}; // a date alone stays so
-    EXPECT_EQ(valuesOf(storage, expected), expected);
 }
 
 TEST_F(ETReaderDecoding, BannedGroupsAndValuesAreDropped) {
