@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <fstream>
 
 namespace corvane {
@@ -115,13 +116,12 @@ TEST_F(ETReaderDecoding, MakerNotesAndQuickTimeKeysAreLookedUpUnderTheirOwnNames
     EXPECT_EQ(userData->name().rawValue(), "QuickTime:CameraLensModel")
         << "only the Keys group is searched again; elsewhere the name is shown as it stands";
 
-    const TagItem* canonItem = nullptr;
-    for (const TagItem* item : TagStream::streamCanon.items())
-        if (item->type() == TagType::string && !item->isList()) {
-            canonItem = item;
-            break;
-        }
-    ASSERT_NE(canonItem, nullptr);
+    const auto& items = TagStream::streamCanon.items();
+    const auto found = std::find_if(items.begin(), items.end(), [](const TagItem* item) {
+        return item->type() == TagType::string && !item->isList();
+    });
+    ASSERT_NE(found, items.end());
+    const TagItem* canonItem = *found;
     const std::string key = canonItem->key().rawValue();
     EXPECT_EQ(ETTagStorageReader::findTagItem("MakerNotes", "Canon", key), canonItem);
 
