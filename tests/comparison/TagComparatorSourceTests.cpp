@@ -36,9 +36,8 @@ TEST(ComparisonSource, FlattensGroupsIntoRowsAndNamesColumnsAndWithoutTableIsEmp
     EXPECT_EQ(rowsOf(source), (std::vector<std::string>{"# EXIF", "EXIF Artist", "EXIF Make", "# XMP",
                                                         "XMP Title", "# IPTC", "IPTC Caption-Abstract"}));
     EXPECT_EQ(source.numberOfColumns(), 3u);
-    EXPECT_EQ(source.title(0), "Tags");
-    EXPECT_EQ(source.title(1), "first.jpg");
-    EXPECT_EQ(source.title(2), "second.jpg");
+    EXPECT_EQ((std::vector{source.title(0), source.title(1), source.title(2)}),
+              (std::vector<std::string>{"Tags", "first.jpg", "second.jpg"}));
     EXPECT_THROW(source.title(3), std::out_of_range);
 
     EXPECT_FALSE(source.searchValue(0, 1, true)); // a heading row has no cells
@@ -48,9 +47,7 @@ TEST(ComparisonSource, FlattensGroupsIntoRowsAndNamesColumnsAndWithoutTableIsEmp
     EXPECT_TRUE(cell->isShared);
     // Without a table, everything is empty.
     TagComparatorSource none;
-    EXPECT_TRUE(none.isEmpty());
-    EXPECT_EQ(none.numberOfRows(), 0u);
-    EXPECT_EQ(none.numberOfColumns(), 0u);
+    EXPECT_TRUE(none.isEmpty() && none.numberOfRows() == 0 && none.numberOfColumns() == 0);
     EXPECT_EQ(none.displayedTable(), nullptr);
     EXPECT_EQ(none.title(0), "Tags");
     EXPECT_THROW(none.title(1), std::out_of_range);

@@ -73,11 +73,13 @@ TEST_F(ComparisonTable, ProviderShowsEditsBeforeOriginalsAndClearedTagsWithoutVa
     EXPECT_EQ(provider.valuesCount(TagStream::streamEXIF), 3u);
     EXPECT_EQ(provider.key(0, TagStream::streamEXIF), TagKey("Artist"));
     EXPECT_EQ(provider.key(3, TagStream::streamEXIF), std::nullopt);
-    EXPECT_EQ(provider.value(name("EXIF:Make")), (TagComparatorValue{true, "Edited"}));
-    EXPECT_EQ(provider.value(name("EXIF:Model")), (TagComparatorValue{true, std::nullopt}));
-    EXPECT_EQ(provider.value(name("EXIF:Artist")), (TagComparatorValue{true, "New"}));
-    EXPECT_EQ(provider.value(name("XMP:Title")), (TagComparatorValue{false, "Été"}));
-    EXPECT_EQ(provider.value(name("IPTC:Keywords")), (TagComparatorValue{false, std::nullopt}));
+    std::vector<TagComparatorValue> values;
+    for (const char* tag : {"EXIF:Make", "EXIF:Model", "EXIF:Artist", "XMP:Title", "IPTC:Keywords"})
+        values.push_back(provider.value(name(tag)));
+    EXPECT_EQ(
+        values,
+        (std::vector<TagComparatorValue>{
+            {true, "Edited"}, {true, std::nullopt}, {true, "New"}, {false, "Été"}, {false, std::nullopt}}));
     EXPECT_FALSE(provider.contains(TagStream::streamIPTC));
     EXPECT_TRUE(provider.keys(TagStream::streamIPTC).empty());
 }
@@ -122,8 +124,6 @@ TEST_F(ComparisonTable, FilterKeepsRowsMatchingNameOrValueAndDropsEmptyGroups) {
 TEST_F(ComparisonTable, KeyTextsFollowHidesStream) {
     TagComparatorGroupKey shown(name("EXIF:DateTimeOriginal"), false);
     TagComparatorGroupKey hidden(name("EXIF:DateTimeOriginal"), true);
-    EXPECT_EQ(shown.localizedNameText(), "EXIF Date/Time Original");
-    EXPECT_EQ(shown.localizedKeyText(), "Date/Time Original");
     EXPECT_EQ(shown.localizedText(), "EXIF Date/Time Original");
     EXPECT_EQ(hidden.localizedText(), "Date/Time Original");
     EXPECT_NE(shown, hidden);
@@ -150,11 +150,8 @@ TEST(ComparisonEntry, IsSharedComparesWithTheFirstValue) {
     EXPECT_EQ(nameCell->text(), "EXIF Make");
     EXPECT_EQ(entry.search(0, false)->text(), "Make");
     auto valueCell = entry.search(2, true);
-    EXPECT_FALSE(valueCell->isTag);
     EXPECT_EQ(valueCell->text(), "Other");
-    EXPECT_TRUE(valueCell->isEdited);
-    EXPECT_TRUE(valueCell->isShared);
-    EXPECT_TRUE(valueCell->isMultiValued);
+    EXPECT_TRUE(!valueCell->isTag && valueCell->isEdited && valueCell->isShared && valueCell->isMultiValued);
     EXPECT_FALSE(entry.search(3, true));
 }
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <fstream>
 
 using namespace corvane;
@@ -16,6 +17,14 @@ fs::path write(const test::TemporaryFolder& folder, const std::string& name, std
     std::ofstream(folder / name, std::ios::binary)
         .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return folder / name;
+}
+
+// `columns` header names, then `blankRows` empty lines.
+std::string wideHeaderOverBlankLines(std::size_t columns, std::size_t blankRows) {
+    std::string text;
+    for (std::size_t i = 0; i < columns; ++i)
+        text += (i ? ",c" : "c") + std::to_string(i);
+    return text + std::string(blankRows + 1, '\n');
 }
 
 } // namespace
@@ -59,7 +68,7 @@ TEST(CSVViews, NamedRowsAreKeyedByTheFirstRowEnumeratedOnesByIndexAndTheDelimite
     EXPECT_THROW(CSVReader<NamedCSVView>::fromString("a\n\"x\"y"), CSVParseError);
 }
 
-TEST(CSVReader, ByteOrderMarksAreDropped) {
+TEST(CSVReader, EncodingsAreDetectedOrGivenAndByteOrderMarksDropped) {
     test::TemporaryFolder folder;
     auto utf8 = CSVReader<NamedCSVView>::fromFile(write(folder, "bom.csv", "\xEF\xBB\xBFid;v\n1;\xC3\xA9"));
     EXPECT_EQ(utf8.delimiter(), CSVDelimiter::semicolon());
@@ -76,10 +85,7 @@ TEST(CSVReader, ByteOrderMarksAreDropped) {
     auto utf16 = CSVReader<EnumeratedCSVView>::fromFile(write(folder, "be.csv", be), std::nullopt,
                                                         TextEncoding::utf16BigEndian(), false, false);
     EXPECT_EQ(utf16.content().rows().front(), (std::vector<std::string>{"a", "b"}));
-}
 
-TEST(CSVReader, OtherEncodingsAndDetection) {
-    test::TemporaryFolder folder;
     const fs::path latin1 = write(folder, "latin1.csv", "name\ncaf\xE9\n");
     auto read = CSVReader<EnumeratedCSVView>::fromFile(latin1, std::nullopt, TextEncoding::isoLatin1());
     EXPECT_EQ(read.content().rows().front().front(), "caf\u00E9");
@@ -97,7 +103,25 @@ TEST(CSVReader, OtherEncodingsAndDetection) {
 
     EXPECT_EQ(TextEncoding::detect("plain,ascii"), TextEncoding::utf8());
     EXPECT_FALSE(TextEncoding::named("no-such-charset"));
-    EXPECT_EQ(TextEncoding::named("latin1")->codeUnitBits(), 8);
-    EXPECT_EQ(TextEncoding::utf16LittleEndian().codeUnitBits(), 16);
-    EXPECT_EQ(TextEncoding::utf32().codeUnitBits(), 32);
+}
+
+// Views pad short rows to the header's width: blank lines under a wide header once made a
+// 34 KB text take 5 GB. Tables past the cell budget are refused; tables within it, and every row
+// limit, read as before.
+TEST(CSVViewSize, BlankLinesUnderAWideHeaderAreRefusedAndTheGreatestRowLimitMeansEveryRow) {
+    const std::string hostile = wideHeaderOverBlankLines(500, 1'500); // 3.4 KB
+    EXPECT_THROW(NamedCSVView(hostile, CSVDelimiter::comma(), false), CSVParseError);
+    EXPECT_THROW(EnumeratedCSVView(hostile, CSVDelimiter::comma(), true, true), CSVParseError);
+    // Without columns the enumerated view holds the rows as they stand, one empty cell each.
+    EXPECT_EQ(EnumeratedCSVView(hostile, CSVDelimiter::comma(), false, true).rows().size(), 1'500u);
+
+    // A table of short rows of a reasonable size is read whole.
+    const std::string modest = wideHeaderOverBlankLines(50, 1'000);
+    const NamedCSVView view(modest, CSVDelimiter::comma(), true);
+    EXPECT_EQ(view.rows().size(), 1'000u);
+    EXPECT_EQ(view.columns()->at("c49").size(), 1'000u);
+    const std::string text = "a,b\n1,2\n3,4\n";
+    EXPECT_EQ(NamedCSVView(text, CSVDelimiter::comma(), false, true, SIZE_MAX).rows().size(), 2u);
+    EXPECT_EQ(EnumeratedCSVView(text, CSVDelimiter::comma(), false, true, SIZE_MAX).rows().size(), 2u);
+    EXPECT_EQ(EnumeratedCSVView(text, CSVDelimiter::comma(), false, true, SIZE_MAX - 1).rows().size(), 2u);
 }

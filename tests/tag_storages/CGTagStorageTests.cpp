@@ -5,11 +5,11 @@
 #include "corvane/tag_storages/CGTagStorageWriter.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
+#include "ReadBack.hpp"
 #include "support/Corpus.hpp"
 #include "support/EngineAgreement.hpp"
 #include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
-#include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -142,13 +142,11 @@ TEST_F(CGTagStorage, EditsOfEveryFamilyAreReadBackByExifToolAndTheImageDataIsUnt
         // The in-process reader finds the same values under the same names.
         const TagStorage read =
             CGTagStorageReader(CGTagStorageReader::Settings()).read(TagStorageSource(file));
-        EXPECT_EQ(read.originalValue(tagName("EXIF:Artist")), "Zoë Nakamura");
-        EXPECT_EQ(read.originalValue(tagName("IPTC:Keywords")), "alpha,beta,gamma");
-        EXPECT_EQ(read.originalValue(tagName("EXIF:GPSLongitudeRef")), "W");
-        EXPECT_EQ(read.originalValue(tagName("EXIF:ISO")), "400");
-        EXPECT_EQ(read.originalValue(tagName("IPTC:DateCreated")), "2021:03:04");
-        EXPECT_EQ(read.originalValue(tagName("EXIF:ApertureValue")), "2.80000000");
-        EXPECT_EQ(read.originalValue(tagName("EXIF:UserComment")), "Zoë's comment");
+        const test::Values values{{"EXIF:Artist", "Zoë Nakamura"},      {"IPTC:Keywords", "alpha,beta,gamma"},
+                                  {"EXIF:GPSLongitudeRef", "W"},        {"EXIF:ISO", "400"},
+                                  {"IPTC:DateCreated", "2021:03:04"},   {"EXIF:ApertureValue", "2.80000000"},
+                                  {"EXIF:UserComment", "Zoë's comment"}};
+        EXPECT_EQ(test::valuesOf(read, values), values);
     }
 }
 
@@ -211,12 +209,11 @@ TEST_F(CGTagStorage, FilesThatCannotBeWrittenGiveTheirErrorAndStayByteIdentical)
 
 TEST_F(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
     const auto plain = test::makeJPEG(folder / "plain.jpg");
-    const auto tagged = test::makeTIFF(folder / "tagged.tif");
-    test::tagWithExifTool(tagged, {"-EXIF:Artist=Ansel", "-EXIF:FNumber=2.8"});
+    const auto tiff = test::makeTIFF(folder / "image.tif");
     const auto png = test::makePNG(folder / "small.png");
     const auto sub = folder.makeSubfolder("sub");
     std::vector<TagStorageSource> sources = {TagStorageSource(plain), TagStorageSource(sub),
-                                             TagStorageSource(tagged), TagStorageSource(png),
+                                             TagStorageSource(tiff), TagStorageSource(png),
                                              TagStorageSource(plain)};
 
     CGTagStorageReader::Settings settings(sources);
@@ -234,10 +231,7 @@ TEST_F(CGTagStorage, ReaderGivesFolderStoragesFileValuesAndProgressPerSource) {
     for (const auto& [tag, value] : storages.at(plain).originalValues())
         EXPECT_EQ(tag.stream(), TagStream::streamFile) << tag.rawValue();
     EXPECT_EQ(storages.at(plain).originalValue(tagName("File:FileName")), "plain.jpg");
-    const auto& tiff = storages.at(tagged);
-    EXPECT_EQ(tiff.originalValue(tagName("EXIF:Artist")), "Ansel");
-    EXPECT_EQ(tiff.originalValue(tagName("EXIF:FNumber")), "2.80000000");
-    EXPECT_TRUE(tiff.originalStreams().contains(TagStream::streamEXIF));
+    EXPECT_TRUE(storages.at(tiff).originalStreams().contains(TagStream::streamEXIF));
 }
 
 TEST_F(CGTagStorage, DestinationsAndFolders) {

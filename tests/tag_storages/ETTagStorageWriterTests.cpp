@@ -6,9 +6,9 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
+#include "ReadBack.hpp"
 #include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
-#include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/Unwritable.hpp"
 
@@ -24,8 +24,11 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
+using nlohmann::json;
 using nlohmann::ordered_json;
 using testing::ElementsAre;
+using testing::StrEq;
+using testing::ThrowsMessage;
 
 using test::edit;
 using test::fileBytes;
@@ -35,12 +38,7 @@ TagName name(std::string_view raw) {
 }
 
 TagStorageMap readAll(const std::vector<fs::path>& paths) {
-    std::vector<TagStorageSource> sources;
-    for (const auto& path : paths)
-        sources.emplace_back(path);
-    ETTagStorageReader::Settings settings(sources);
-    settings.setupDefaultBannedValues();
-    return ETTagStorageReader(settings).readStorages();
+    return test::readWithExifTool({paths.begin(), paths.end()});
 }
 
 TagStorage readOne(const fs::path& path) {
@@ -69,78 +67,52 @@ TEST(ETWriterRecords, ValuesBecomeImportEntries) {
                    {"EXIF:Copyright", "  "},
                    {"XMP:Title", ""},
                    {"IPTC:Keywords", "one, two,three"},
-                   {"XMP:Description", "-"},
-                   {"XMP:Rights", "base64:SGVsbG8="},
                    {canonItem->name().rawValue(), "maker"}});
     std::string marker;
     const ordered_json record = recordOf(storage, {}, &marker);
     ASSERT_TRUE(record.is_object()) << record;
     EXPECT_EQ(record.begin().key(), "SourceFile");
-    EXPECT_EQ(record["SourceFile"], "/photos/a.jpg");
-    EXPECT_EQ(record["EXIF:Artist"], "Zoë");
-    EXPECT_EQ(record["EXIF:Copyright"], marker) << "a blank value clears the tag";
-    EXPECT_EQ(record["XMP:Title"], marker);
-    EXPECT_EQ(record["XMP:Description"], "-") << "a typed \"-\" is a value like any other";
-    EXPECT_EQ(record["XMP:Rights"], "base64:YmFzZTY0OlNHVnNiRzg9") << "sent so that ExifTool decodes it back";
     EXPECT_NE(marker, ETTagStorageWriter{ETTagStorageWriter::Settings()}.deletionMarker())
         << "one per writer";
-    EXPECT_EQ(record["XMP:XMPToolkit"], KitSettings::shared().xmpToolkit()) << "the XMP's writer is named";
-    EXPECT_FALSE(record.contains("EXIF:NotInTheCatalogue"));
-    EXPECT_FALSE(record.contains("File:FileModifyDate")) << "file resources aren't ExifTool's";
-    EXPECT_EQ(record["IPTC:Keywords"], ordered_json::array({"one", "two", "three"})) << "lists go as arrays";
-    EXPECT_EQ(record["MakerNotes:" + canonItem->key().rawValue()], "maker");
-    EXPECT_FALSE(record.contains(canonItem->name().rawValue()));
+    // A blank value clears the tag; lists go as arrays; file resources and unknown tags aren't
+    // ExifTool's; maker notes go under their group; the XMP's writer is named.
+    EXPECT_EQ(json::parse(record.dump()), (json{{"SourceFile", "/photos/a.jpg"},
+                                                {"EXIF:Artist", "Zoë"},
+                                                {"EXIF:Copyright", marker},
+                                                {"XMP:Title", marker},
+                                                {"IPTC:Keywords", {"one", "two", "three"}},
+                                                {"IPTC:CodedCharacterSet", "UTF8"},
+                                                {"MakerNotes:" + canonItem->key().rawValue(), "maker"},
+                                                {"XMP:XMPToolkit", KitSettings::shared().xmpToolkit()}}));
 }
 
-TEST(ETWriterRecords, FoldersAndAssetsNameTheirTargets) {
-    TagStorage folder(TagStorageSource("/photos/trip"));
-    edit(folder, {{"EXIF:Artist", "all"}});
-    EXPECT_EQ(recordOf(folder)["SourceFile"], "*");
-
+// A folder's record names every file ("*"), which the folder write below reads back.
+TEST(ETWriterRecords, AnAssetIsWrittenThroughItsTemporaryFile) {
     TagStorage asset(TagStorageSource("/library/asset.heic", AssetHandle("A1")));
     edit(asset, {{"EXIF:Artist", "asset"}});
     EXPECT_EQ(recordOf(asset)["SourceFile"], asset.temporaryURL().string());
     EXPECT_EQ(ETTagStorageWriter::targetURL(asset), asset.temporaryURL());
-    EXPECT_EQ(ETTagStorageWriter::targetURL(folder), "/photos/trip");
 }
 
+// What ExifTool does with these records is read back in the real writes below; here, the cases
+// those don't reach.
 TEST(ETWriterRecords, IPTCIsDeclaredUTF8OnlyWhereNeeded) {
     const std::string charset = "IPTC:CodedCharacterSet";
     TagStorage iptc(TagStorageSource("/photos/a.jpg"));
     edit(iptc, {{"IPTC:By-line", "Ünïcödé"}});
-    EXPECT_EQ(recordOf(iptc)[charset], "UTF8");
-
     ETTagStorageWriter::Settings off;
     off.setForceIPTCUTF8(false);
     EXPECT_FALSE(recordOf(iptc, off).contains(charset));
-
-    TagStorage declared(TagStorageSource("/photos/a.jpg"));
-    declared.setOriginalValue("Latin", name(charset));
-    edit(declared, {{"IPTC:By-line", "x"}});
-    EXPECT_FALSE(recordOf(declared).contains(charset)) << "a declared character set is kept";
+    // Undeclared IPTC in the file that can't be written again in UTF-8 keeps its set.
+    iptc.setOriginalValue("x", name("IPTC:NotInTheCatalogue"));
+    EXPECT_FALSE(recordOf(iptc).contains(charset));
 
     TagStorage exifOnly(TagStorageSource("/photos/a.jpg"));
     edit(exifOnly, {{"EXIF:Artist", "x"}});
-    EXPECT_FALSE(recordOf(exifOnly).contains(charset));
     EXPECT_FALSE(recordOf(exifOnly).contains("XMP:XMPToolkit")) << "XMP not written, toolkit untouched";
-
-    // Undeclared IPTC already in the file is Latin: writing another tag leaves the set alone, and
-    // declaring UTF-8 writes every value again with it.
-    TagStorage latin(TagStorageSource("/photos/a.jpg"));
-    latin.setOriginalValue("©2009 Julie Doe", name("IPTC:CopyrightNotice"));
-    latin.setOriginalValue("ä,ö", name("IPTC:Keywords"));
-    edit(latin, {{"EXIF:Artist", "x"}});
-    EXPECT_FALSE(recordOf(latin).contains(charset)) << "no IPTC written, no new set";
-    EXPECT_FALSE(recordOf(latin).contains("IPTC:CopyrightNotice"));
-    edit(latin, {{"IPTC:By-line", "東京"}});
-    const ordered_json carried = recordOf(latin);
-    EXPECT_EQ(carried[charset], "UTF8");
-    EXPECT_EQ(carried["IPTC:CopyrightNotice"], "©2009 Julie Doe");
-    EXPECT_EQ(carried["IPTC:Keywords"], ordered_json::array({"ä", "ö"}));
-    latin.setOriginalValue("x", name("IPTC:NotInTheCatalogue"));
-    EXPECT_FALSE(recordOf(latin).contains(charset)) << "a value that can't be written again keeps the set";
 }
 
+// Each setting's effect on a file is read back in the real writes below.
 TEST(ETWriterRecords, DigestFollowsTheSetting) {
     const std::string digest = "Photoshop:IPTCDigest";
     TagStorage plain(TagStorageSource("/photos/a.jpg"));
@@ -148,22 +120,12 @@ TEST(ETWriterRecords, DigestFollowsTheSetting) {
     TagStorage withDigest = plain;
     withDigest.setOriginalValue("0123456789abcdef0123456789abcdef", name(digest));
 
-    auto with = [](IPTCDigestUpdate update) {
-        ETTagStorageWriter::Settings settings;
-        settings.setForceIPTCDigest(update);
-        return settings;
-    };
     EXPECT_FALSE(recordOf(plain).contains(digest)) << "ignore is the default";
     EXPECT_EQ(recordOf(withDigest)[digest], "new") << "a digest the file holds follows its IPTC";
     TagStorage exifOnly = withDigest;
     exifOnly.setWrittenValues({});
     edit(exifOnly, {{"EXIF:Artist", "x"}});
     EXPECT_FALSE(recordOf(exifOnly).contains(digest)) << "IPTC unchanged, digest untouched";
-    std::string marker;
-    EXPECT_EQ(recordOf(plain, with(IPTCDigestUpdate::delete_), &marker)[digest], marker);
-    EXPECT_EQ(recordOf(plain, with(IPTCDigestUpdate::update))[digest], "new");
-    EXPECT_FALSE(recordOf(plain, with(IPTCDigestUpdate::updateIfExists)).contains(digest));
-    EXPECT_EQ(recordOf(withDigest, with(IPTCDigestUpdate::updateIfExists))[digest], "new");
     EXPECT_EQ(IPTCDigestUpdate::fromRawValue("update_if_exists"), IPTCDigestUpdate::updateIfExists);
     EXPECT_THAT(IPTCDigestUpdate(IPTCDigestUpdate::updateIfExists).exifToolArguments(),
                 ElementsAre("-if", "$Photoshop:IPTCDigest", "-Photoshop:IPTCDigest=new"));
@@ -218,6 +180,8 @@ protected:
     }
 };
 
+// Texts in every script, lists, a clear, and values that mean something to ExifTool's command line
+// ("-", "<", "-all=", "base64:", "$HOME") arrive as typed.
 TEST_F(ETWriter, EXIFIPTCAndXMPValuesRoundTripOnJPEG) {
     const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
     test::tagWithExifTool(jpeg, {"-EXIF:Copyright=to be cleared", "-XMP:Creator=Keep"});
@@ -225,13 +189,20 @@ TEST_F(ETWriter, EXIFIPTCAndXMPValuesRoundTripOnJPEG) {
     const std::map<std::string, std::string> values{
         {"EXIF:Artist", "Zoë Ünïcödé ✓"},
         {"EXIF:ImageDescription", "line one\nline two"},
+        {"EXIF:Make", "-"},
+        {"EXIF:Model", "base64:SGVsbG8="},
+        {"EXIF:Software", "$HOME %d"},
+        {"EXIF:DateTimeOriginal", "2023:04:05 06:07:08"},
+        {"EXIF:Copyright", ""},
         {"IPTC:By-line", "Jürgen Łukasz"},
         {"IPTC:Caption-Abstract", "写真の説明"},
         {"IPTC:Keywords", "alpha,béta,γ"},
         {"XMP:Subject", "x,y,ζ"},
         {"XMP:Title", "Tïtle \"quoted\""},
-        {"EXIF:DateTimeOriginal", "2023:04:05 06:07:08"},
-        {"EXIF:Copyright", ""},
+        {"XMP:Headline", "<x"},
+        {"XMP:Rights", "-all="},
+        {"XMP:Label", "base64:x"},
+        {"XMP:Description", std::string(100 * 1024, 'x') + "é"},
     };
     edit(storage, values);
     std::vector<std::string> events;
@@ -244,20 +215,14 @@ TEST_F(ETWriter, EXIFIPTCAndXMPValuesRoundTripOnJPEG) {
     });
     EXPECT_THAT(events, ElementsAre("start", "end"));
 
-    const TagStorage back = readOne(jpeg);
-    for (const auto& [raw, value] : values) {
-        if (value.empty())
-            EXPECT_EQ(originalValue(back, raw), std::nullopt) << raw << " was cleared";
-        else
-            EXPECT_EQ(originalValue(back, raw), value) << raw;
-    }
-    EXPECT_EQ(originalValue(back, "XMP:Creator"), "Keep") << "tags not written stay";
+    test::Values expected{{"XMP:Creator", "Keep"}}; // tags not written stay
+    for (const auto& [raw, value] : values)
+        expected[raw] = value.empty() ? std::nullopt : std::optional(value);
+    const auto toolkit = KitSettings::shared().xmpToolkit();
+    expected["XMP:XMPToolkit"] = toolkit.empty() ? std::nullopt : std::optional(toolkit);
+    EXPECT_EQ(test::valuesOf(readOne(jpeg), expected), expected);
     // Lists are real lists in the file, not one item holding commas.
     EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Keywords"), "alpha, béta, γ");
-    EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
-    EXPECT_EQ(originalValue(back, "XMP:XMPToolkit"), KitSettings::shared().xmpToolkit().empty()
-                                                         ? std::nullopt
-                                                         : std::optional(KitSettings::shared().xmpToolkit()));
     EXPECT_FALSE(fs::exists(fs::path(jpeg.string() + "_original"))) << "written in place";
 }
 
@@ -273,20 +238,19 @@ TEST_F(ETWriter, QuickTimeAndXMPValuesRoundTripOnMOV) {
     };
     edit(storage, values);
     write({storage});
-    const TagStorage back = readOne(mov);
-    for (const auto& [raw, value] : values)
-        EXPECT_EQ(originalValue(back, raw), value) << raw;
+    const test::Values expected(values.begin(), values.end());
+    EXPECT_EQ(test::valuesOf(readOne(mov), expected), expected);
 
     writeEdits(mov, {{"QuickTime:Title", ""}, {"XMP:Subject", " "}});
-    const TagStorage cleared = readOne(mov);
-    EXPECT_EQ(originalValue(cleared, "QuickTime:Title"), std::nullopt);
-    EXPECT_EQ(originalValue(cleared, "XMP:Subject"), std::nullopt);
-    EXPECT_EQ(originalValue(cleared, "QuickTime:Artist"), "Ana Ñúñez");
+    const test::Values cleared{
+        {"QuickTime:Title", {}}, {"XMP:Subject", {}}, {"QuickTime:Artist", "Ana Ñúñez"}};
+    EXPECT_EQ(test::valuesOf(readOne(mov), cleared), cleared);
 }
 
 TEST_F(ETWriter, FilesWithDifficultNamesAreWrittenInOneRun) {
-    const std::vector<std::string> names{" .jpg",        "quote's \"here\".jpg", "-dash.jpg",
-                                         "Zoë 写真.png", "line\nbreak.tif",      "semi;colon$HOME.jpg"};
+    const std::vector<std::string> names{
+        " .jpg",          "blank name.jpg",  "quote's \"here\".jpg", "-dash.jpg",
+        "Zoë 写真 ✓.png", "line\nbreak.tif", "semi;colon$HOME.jpg"};
     std::vector<fs::path> paths;
     std::vector<TagStorage> storages;
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -310,6 +274,7 @@ TEST_F(ETWriter, FilesWithDifficultNamesAreWrittenInOneRun) {
         ASSERT_TRUE(back.contains(paths[i])) << names[i];
         EXPECT_EQ(originalValue(back.at(paths[i]), "XMP:Title"), "title " + std::to_string(i)) << names[i];
         EXPECT_EQ(originalValue(back.at(paths[i]), "EXIF:Artist"), "artist " + names[i]) << names[i];
+        EXPECT_EQ(originalValue(back.at(paths[i]), "File:FileName"), names[i]);
     }
     const ETOutput output = writer.process().output();
     const auto& arguments = output.arguments();
@@ -368,26 +333,18 @@ TEST_F(ETWriter, FailuresOfTheImportFileStopTheWriteBeforeExifTool) {
     const fs::path jpeg = test::makeJPEG(folder / "refused.jpg");
     const std::string before = fileBytes(jpeg);
     TagStorage storage = readOne(jpeg);
-    const auto expectRefused = [&](const std::string& artist, ETTagStorageWriter::WriteError error,
-                                   const char* text) {
+    const auto expectRefused = [&](const std::string& artist, const char* text) {
         edit(storage, {{"EXIF:Artist", artist}});
         ETTagStorageWriter writer{ETTagStorageWriter::Settings({storage})};
-        try {
-            writer.write();
-            ADD_FAILURE() << text;
-        } catch (const ETTagStorageWriter::WriteException& e) {
-            EXPECT_EQ(e.error(), error);
-            EXPECT_STREQ(e.what(), text);
-        }
+        EXPECT_THAT([&] { writer.write(); }, ThrowsMessage<ETTagStorageWriter::WriteException>(StrEq(text)));
         EXPECT_TRUE(writer.process().output().arguments().empty()) << "ExifTool was not started";
         EXPECT_EQ(fileBytes(jpeg), before);
     };
-    expectRefused("caf\xE9", ETTagStorageWriter::WriteError::jsonEncodingFailed, "JSON encoding failed");
+    expectRefused("caf\xE9", "JSON encoding failed");
     // The import file goes to the temporary folder, which takes no new file now.
     test::Unwritable guard(temporary.path());
     if (!guard.ok()) GTEST_SKIP() << "cannot make a folder unwritable on this volume";
-    expectRefused("never", ETTagStorageWriter::WriteError::jsonFileCreationFailed,
-                  "JSON file creation failed");
+    expectRefused("never", "JSON file creation failed");
 }
 
 TEST_F(ETWriter, MinorErrorsFailUnlessIgnored) {
@@ -418,19 +375,18 @@ TEST_F(ETWriter, FinderResourcesAreWrittenWithoutExifTool) {
     EXPECT_TRUE(writer.process().output().arguments().empty()) << "nothing for ExifTool, no run";
     EXPECT_EQ(fileBytes(jpeg), before);
 
-    const TagStorage back = readOne(jpeg);
-    EXPECT_EQ(back.originalValues().at(tags.name()), *tagsText);
-    EXPECT_EQ(back.originalValues().at(modify.name()), *dateText);
+    TagStorage back = readOne(jpeg);
+    const test::Values finder{{"File:MDItemUserTags", tagsText}, {"File:FileModifyDate", dateText}};
+    EXPECT_EQ(test::valuesOf(back, finder), finder);
 
     // With metadata written too, the dates set afterwards are the ones that stay.
-    TagStorage both = back;
-    edit(both, {{"EXIF:Artist", "x"}});
-    both.unsafeSetValue(*modify.stringValueFromNativeValue(DynamicValue(Date(1500000000))), modify.name());
-    write({both});
+    edit(back, {{"EXIF:Artist", "x"}});
+    back.unsafeSetValue(*modify.stringValueFromNativeValue(DynamicValue(Date(1500000000))), modify.name());
+    write({back});
     const TagStorage again = readOne(jpeg);
     EXPECT_EQ(originalValue(again, "EXIF:Artist"), "x");
     EXPECT_EQ(again.currentNativeValue(modify), DynamicValue(Date(1500000000)));
-    EXPECT_EQ(again.originalValues().at(tags.name()), *tagsText);
+    EXPECT_EQ(originalValue(again, "File:MDItemUserTags"), tagsText);
 }
 
 TEST_F(ETWriter, IPTCDigestIsUpdatedOrDeletedAsAsked) {
@@ -442,48 +398,21 @@ TEST_F(ETWriter, IPTCDigestIsUpdatedOrDeletedAsAsked) {
 
     writeEdits(jpeg, {{"IPTC:Caption-Abstract", "first"}}, withDigest(IPTCDigestUpdate::update));
     const auto digest = originalValue(readOne(jpeg), "Photoshop:IPTCDigest");
-    ASSERT_TRUE(digest.has_value());
-    EXPECT_EQ(digest->size(), 32u) << *digest;
+    EXPECT_EQ(digest.value_or("").size(), 32u) << digest.value_or("none");
     // ExifTool compares the digest with the IPTC data: a current digest gives no warning.
     EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "");
 
     writeEdits(jpeg, {{"IPTC:Caption-Abstract", "second"}}, withDigest(IPTCDigestUpdate::updateIfExists));
     const auto second = originalValue(readOne(jpeg), "Photoshop:IPTCDigest");
-    ASSERT_TRUE(second.has_value());
-    EXPECT_NE(second, digest) << "recomputed for the new IPTC data";
+    EXPECT_TRUE(second && second != digest) << "recomputed for the new IPTC data";
     EXPECT_EQ(test::exifToolValue(jpeg, "Warning"), "");
 
     writeEdits(jpeg, {{"IPTC:Caption-Abstract", "third"}}, withDigest(IPTCDigestUpdate::delete_));
     EXPECT_EQ(originalValue(readOne(jpeg), "Photoshop:IPTCDigest"), std::nullopt);
 
     writeEdits(other, {{"IPTC:Caption-Abstract", "no digest"}}, withDigest(IPTCDigestUpdate::updateIfExists));
-    const TagStorage plainBack = readOne(other);
-    EXPECT_EQ(originalValue(plainBack, "Photoshop:IPTCDigest"), std::nullopt);
-    EXPECT_EQ(originalValue(plainBack, "IPTC:Caption-Abstract"), "no digest");
-}
-
-TEST_F(ETWriter, ValuesThatMeanSomethingToExifToolArriveAsTyped) {
-    const fs::path jpeg = test::makeJPEG(folder / "hostile.jpg");
-    const std::map<std::string, std::string> values{
-        {"EXIF:Artist", "-"},
-        {"EXIF:Copyright", "base64:x"},
-        {"EXIF:ImageDescription", "base64:SGVsbG8="},
-        {"XMP:Title", "<x"},
-        {"XMP:Rights", "-all="},
-        {"XMP:Creator", "$HOME %d"},
-        {"XMP:Label", "line one\nline two"},
-        {"XMP:Description", std::string(100 * 1024, 'x') + "é"},
-    };
-    TagStorage storage = readOne(jpeg);
-    edit(storage, values);
-    write({storage});
-    const TagStorage back = readOne(jpeg);
-    for (const auto& [raw, value] : values)
-        EXPECT_EQ(originalValue(back, raw), value) << raw;
-
-    // A real clear still deletes.
-    writeEdits(jpeg, {{"EXIF:Artist", ""}});
-    EXPECT_EQ(originalValue(readOne(jpeg), "EXIF:Artist"), std::nullopt);
+    const test::Values noDigest{{"Photoshop:IPTCDigest", {}}, {"IPTC:Caption-Abstract", "no digest"}};
+    EXPECT_EQ(test::valuesOf(readOne(other), noDigest), noDigest);
 }
 
 TEST_F(ETWriter, IPTCCharacterSetsAreKeptAndTheDigestStaysCurrent) {

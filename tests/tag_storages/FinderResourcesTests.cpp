@@ -15,7 +15,11 @@
 #include <sys/xattr.h>
 
 using namespace corvane;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::Property;
+using testing::Throws;
+using Tags = std::vector<std::string>;
 namespace fs = std::filesystem;
 
 namespace {
@@ -31,6 +35,14 @@ std::optional<std::string> attribute(const fs::path& path, const char* name) {
     ssize_t size = getxattr(path.c_str(), name, buffer, sizeof buffer);
     if (size < 0) return std::nullopt;
     return std::string(buffer, static_cast<size_t>(size));
+}
+
+FinderResources resources(std::optional<Date> create, std::optional<Date> modify, std::optional<Tags> tags) {
+    FinderResources result;
+    result.setCreateDate(create);
+    result.setModifyDate(modify);
+    result.setFinderTags(std::move(tags));
+    return result;
 }
 
 FinderResources readAt(const fs::path& path) {
@@ -70,31 +82,11 @@ private:
 
 } // namespace
 
-TEST_F(FinderResourcesTest, NothingSetWritesNothingAndAReadKeepsWhatTheFileLacks) {
-    FinderResources resources;
-    EXPECT_TRUE(resources.isEmpty());
-    resources.setFinderTags(std::vector<std::string>{});
-    EXPECT_FALSE(resources.isEmpty()) << "an empty list of tags is not absent";
-
-    const auto before = fs::last_write_time(file);
-    FinderResources().write(file);
-    EXPECT_EQ(fs::last_write_time(file), before);
-    EXPECT_FALSE(attribute(file, FinderResources::creationDateAttribute));
-    EXPECT_FALSE(attribute(file, FinderResources::tagsAttribute));
-
-    // A read keeps the fields the file doesn't have.
-    resources.setFinderTags(std::vector<std::string>{"Kept"});
-    resources.read(file);
-    EXPECT_THAT(resources.finderTags().value_or(std::vector<std::string>{}), ElementsAre("Kept"));
-    EXPECT_TRUE(resources.modifyDate());
-}
-
 TEST_F(FinderResourcesTest, RoundTripOfDatesAndTags) {
-    FinderResources written;
-    written.setCreateDate(Date(1262304000.25));     // 2010-01-01 00:00:00.25 UTC
-    written.setModifyDate(Date(1714564800.123456)); // keeps sub-second precision
-    written.setFinderTags(std::vector<std::string>{"Red", "Holiday 2024", "Paris, France", "a\\b"});
-    written.write(file);
+    // 2010-01-01 00:00:00.25 UTC; the modification date keeps sub-second precision.
+    resources(Date(1262304000.25), Date(1714564800.123456),
+              Tags{"Red", "Holiday 2024", "Paris, France", "a\\b"})
+        .write(file);
 
     FinderResources read = readAt(file);
     ASSERT_TRUE(read.createDate() && read.modifyDate() && read.finderTags());
@@ -111,31 +103,30 @@ TEST_F(FinderResourcesTest, RoundTripOfDatesAndTags) {
     EXPECT_EQ(attribute(file, FinderResources::creationDateAttribute), "2010-01-01T00:00:00.250000Z");
 }
 
-TEST_F(FinderResourcesTest, OnlyTheFieldsSetAreWritten) {
-    FinderResources first;
-    first.setCreateDate(Date(1000000000));
-    first.setFinderTags(std::vector<std::string>{"Blue"});
-    first.write(file);
+TEST_F(FinderResourcesTest, OnlyTheFieldsSetAreWrittenAndAReadKeepsWhatTheFileLacks) {
+    EXPECT_TRUE(FinderResources().isEmpty());
+    EXPECT_FALSE(resources(std::nullopt, std::nullopt, Tags{}).isEmpty())
+        << "an empty list of tags is not absent";
+    const auto before = fs::last_write_time(file);
+    FinderResources().write(file);
+    EXPECT_EQ(fs::last_write_time(file), before);
+    EXPECT_FALSE(attribute(file, FinderResources::creationDateAttribute));
+    EXPECT_FALSE(attribute(file, FinderResources::tagsAttribute));
+    FinderResources read = resources(std::nullopt, std::nullopt, Tags{"Kept"});
+    read.read(file);
+    EXPECT_EQ(read.finderTags(), Tags{"Kept"});
+    EXPECT_TRUE(read.modifyDate());
 
-    FinderResources onlyDate;
-    onlyDate.setModifyDate(Date(1600000000.5));
-    onlyDate.write(file);
-    FinderResources read = readAt(file);
-    EXPECT_EQ(read.createDate(), Date(1000000000));
-    EXPECT_THAT(read.finderTags().value_or(std::vector<std::string>{}), ElementsAre("Blue"));
-    EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1600000000.5, 1e-6);
+    resources(Date(1000000000), std::nullopt, Tags{"Blue"}).write(file);
+    resources(std::nullopt, Date(1600000000.5), std::nullopt).write(file);
+    EXPECT_EQ(readAt(file), resources(Date(1000000000), Date(1600000000.5), Tags{"Blue"}));
     EXPECT_EQ(test::fileBytes(file), "content");
-
-    // An empty list removes every tag; the dates stay.
-    FinderResources noTags;
-    noTags.setFinderTags(std::vector<std::string>{});
+    // An empty list removes every tag, the dates stay; removing tags that are gone is no failure.
+    const FinderResources noTags = resources(std::nullopt, std::nullopt, Tags{});
+    noTags.write(file);
     noTags.write(file);
     EXPECT_FALSE(attribute(file, FinderResources::tagsAttribute));
-    read = readAt(file);
-    EXPECT_FALSE(read.finderTags());
-    EXPECT_EQ(read.createDate(), Date(1000000000));
-    EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1600000000.5, 1e-6);
-    noTags.write(file); // removing tags that are gone is no failure
+    EXPECT_EQ(readAt(file), resources(Date(1000000000), Date(1600000000.5), std::nullopt));
 }
 
 TEST_F(FinderResourcesTest, CreationDateFromBirthTimeUntilOneIsWritten) {
@@ -149,9 +140,8 @@ TEST_F(FinderResourcesTest, CreationDateFromBirthTimeUntilOneIsWritten) {
     EXPECT_NEAR(read.createDate()->timeIntervalSince1970(), birth, 1e-6);
     EXPECT_FALSE(read.finderTags());
 
-    FinderResources written;
-    written.setCreateDate(Date(946684800)); // earlier than the birth time: an imported photo
-    written.write(file);
+    // Earlier than the birth time: an imported photo.
+    resources(Date(946684800), std::nullopt, std::nullopt).write(file);
     EXPECT_EQ(readAt(file).createDate(), Date(946684800));
 
     // A damaged stored date is passed over for the birth time.
@@ -161,63 +151,40 @@ TEST_F(FinderResourcesTest, CreationDateFromBirthTimeUntilOneIsWritten) {
 
 TEST_F(FinderResourcesTest, MissingFileFailsAndChangesNothing) {
     const fs::path missing = folder / "missing.jpg";
-    FinderResources resources;
-    resources.setModifyDate(Date(5));
-    try {
-        resources.read(missing);
-        FAIL() << "read of a missing file";
-    } catch (const FileError& error) {
-        EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
-        EXPECT_EQ(error.path(), missing);
-    }
-    EXPECT_EQ(resources.modifyDate(), Date(5));
-    EXPECT_FALSE(resources.createDate());
-
-    resources.setFinderTags(std::vector<std::string>{"x"});
-    EXPECT_THROW(resources.write(missing), FileError);
+    FinderResources kept = resources(std::nullopt, Date(5), std::nullopt);
+    EXPECT_THAT([&] { kept.read(missing); },
+                Throws<FileError>(AllOf(Property(&FileError::code, std::errc::no_such_file_or_directory),
+                                        Property(&FileError::path, missing))));
+    EXPECT_EQ(kept, resources(std::nullopt, Date(5), std::nullopt));
+    EXPECT_THROW(resources(std::nullopt, Date(5), Tags{"x"}).write(missing), FileError);
     EXPECT_FALSE(fs::exists(missing));
 }
 
 TEST(FinderResourcesVolume, FileWithoutBirthTimeOrAttributes) {
     // A kernel file: no birth time and no user attributes, readable by anyone.
-    FinderResources kernelFile = readAt("/proc/self/status");
-    EXPECT_FALSE(kernelFile.createDate());
-    EXPECT_FALSE(kernelFile.finderTags());
+    const FinderResources kernelFile = readAt("/proc/self/status");
     EXPECT_TRUE(kernelFile.modifyDate());
+    EXPECT_EQ(kernelFile, resources(std::nullopt, kernelFile.modifyDate(), std::nullopt));
 
     test::TemporaryFolder folder{"corvane-finder-volume"};
     PlainVolume volume(folder / "volume");
     if (!volume.mounted()) GTEST_SKIP() << volume.reason();
     const fs::path file = makeFile(folder / "volume" / "clip.mov", "movie");
 
-    FinderResources read = readAt(file);
-    EXPECT_FALSE(read.createDate());
-    EXPECT_FALSE(read.finderTags());
-    ASSERT_TRUE(read.modifyDate());
+    const FinderResources read = readAt(file);
+    EXPECT_TRUE(read.modifyDate());
+    EXPECT_EQ(read, resources(std::nullopt, read.modifyDate(), std::nullopt));
 
     // The volume refuses the attributes; the modification date is still set,
     // the failure names the refused attribute and the file is intact.
-    FinderResources written;
-    written.setCreateDate(Date(1000000000));
-    written.setModifyDate(Date(1500000000.75));
-    written.setFinderTags(std::vector<std::string>{"Green"});
-    try {
-        written.write(file);
-        FAIL() << "a volume without extended attributes took them";
-    } catch (const FileError& error) {
-        EXPECT_EQ(error.code(), std::errc::not_supported);
-        EXPECT_THAT(error.what(), testing::HasSubstr("creation date"));
-        EXPECT_EQ(error.path(), file);
-    }
-    read = readAt(file);
-    EXPECT_NEAR(read.modifyDate()->timeIntervalSince1970(), 1500000000.75, 1e-6);
-    EXPECT_FALSE(read.createDate());
+    EXPECT_THAT([&] { resources(Date(1000000000), Date(1500000000.75), Tags{"Green"}).write(file); },
+                Throws<FileError>(AllOf(Property(&FileError::code, std::errc::not_supported),
+                                        Property(&FileError::path, file),
+                                        Property(&FileError::what, testing::HasSubstr("creation date")))));
+    EXPECT_EQ(readAt(file), resources(std::nullopt, Date(1500000000.75), std::nullopt));
     EXPECT_EQ(test::fileBytes(file), "movie");
-
     // Only a modification date needs no attribute at all.
-    FinderResources onlyDate;
-    onlyDate.setModifyDate(Date(1400000000));
-    EXPECT_NO_THROW(onlyDate.write(file));
+    EXPECT_NO_THROW(resources(std::nullopt, Date(1400000000), std::nullopt).write(file));
     EXPECT_EQ(readAt(file).modifyDate(), Date(1400000000));
 }
 

@@ -16,6 +16,7 @@
 #include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -79,13 +80,12 @@ TEST(UnwritableValues, ImageEngineWriterThrowsBeforeTouchingTheFile) {
     const fs::path jpeg = test::makeJPEG(folder.path() / "photo.jpg");
     const std::string before = fileBytes(jpeg);
     CGTagStorageWriter writer(CGTagStorageWriter::Settings({edited(jpeg, {{"EXIF:ISO", "1e999"}})}));
-    try {
-        writer.write();
-        ADD_FAILURE() << "no error";
-    } catch (const UnwritableValueError& error) {
-        EXPECT_EQ(error.url(), jpeg);
-        EXPECT_STREQ(error.what(), (jpeg.string() + ": EXIF:ISO: \"1e999\" is not a finite number").c_str());
-    }
+    EXPECT_THAT([&] { writer.write(); },
+                testing::Throws<UnwritableValueError>(testing::AllOf(
+                    testing::Property(&UnwritableValueError::url, jpeg),
+                    testing::Property(
+                        &UnwritableValueError::what,
+                        testing::StrEq(jpeg.string() + ": EXIF:ISO: \"1e999\" is not a finite number")))));
     EXPECT_EQ(fileBytes(jpeg), before);
 }
 #endif

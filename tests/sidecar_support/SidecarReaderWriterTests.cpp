@@ -1,0 +1,200 @@
+// The two sidecar formats: JSON grouped by family with typed values, CSV one row per tag; what each
+// reader skips or refuses, and the files behind them.
+
+#include "corvane/sidecar_support/CSVSidecarReader.hpp"
+#include "corvane/sidecar_support/CSVSidecarWriter.hpp"
+#include "corvane/sidecar_support/JSONSidecarReader.hpp"
+#include "corvane/sidecar_support/JSONSidecarWriter.hpp"
+#include "corvane/tag_storages/TagStorage.hpp"
+#include "corvane/tag_value/TagItem.hpp"
+#include "corvane/utilities/FileError.hpp"
+
+#include "support/StorageValues.hpp"
+#include "support/TemporaryFolder.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <map>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using Texts = std::map<std::string, std::string>;
+using testing::StrEq;
+using testing::ThrowsMessage;
+
+TagName name(std::string_view raw) {
+    return test::tagName(raw);
+}
+
+TagStorage storageWith(std::initializer_list<std::pair<std::string_view, std::string>> originals) {
+    TagStorage storage(TagStorageSource("/photos/a.jpg"));
+    for (const auto& [raw, value] : originals)
+        storage.setOriginalValue(value, name(raw));
+    return storage;
+}
+
+// The values read from a sidecar by "Family:Key", to be compared whole.
+Texts texts(const SidecarReader::Values& values) {
+    Texts result;
+    for (const auto& [tag, value] : values)
+        result.emplace(tag.rawValue(), value);
+    return result;
+}
+
+TEST(JSONSidecarWriter, GroupsTagsByStreamWithTypedJSONValuesWrittenOnesWinning) {
+    auto storage = storageWith({{"EXIF:Make", "ACME"},
+                                {"EXIF:ExifImageWidth", "200"},
+                                {"XMP:Rating", "4.5"},
+                                {"IPTC:Keywords", "Alpha,Beta"},
+                                {"XMP:NotInCatalogue", "42"}});
+    // A tag the catalogue doesn't know passes as text, not as a number; lists go as arrays.
+    EXPECT_EQ(json::parse(JSONSidecarWriter().data(storage)), json::parse(R"({
+        "EXIF": {"Make": "ACME", "ExifImageWidth": 200}, "IPTC": {"Keywords": ["Alpha", "Beta"]},
+        "XMP": {"Rating": 4.5, "NotInCatalogue": "42"}})"));
+    EXPECT_TRUE(json::parse(JSONSidecarWriter().data(storage))["EXIF"]["ExifImageWidth"].is_number_integer());
+    EXPECT_EQ(json::parse(JSONSidecarWriter().data(storageWith({}))), json::object());
+
+    storage = storageWith({{"EXIF:Make", "ACME"}, {"EXIF:Artist", "Old"}});
+    storage.unsafeSetValue("New", name("EXIF:Artist"));
+    storage.unsafeSetValue("", name("EXIF:ISO")); // cleared: no number to write
+    EXPECT_EQ(json::parse(JSONSidecarWriter().data(storage)),
+              json::parse(R"({"EXIF": {"Make": "ACME", "Artist": "New", "ISO": null}})"));
+}
+
+TEST(JSONSidecarWriter, RefusesTextThatIsNotUTF8AndNumbersThatJSONCannotHold) {
+    const auto refused = ThrowsMessage<JSONSidecarWriter::WriteException>(StrEq("Data validation failed"));
+    EXPECT_THAT([] { JSONSidecarWriter().data(storageWith({{"EXIF:Artist", "bad \xFF byte"}})); }, refused);
+    // The number converters read "nan" and "inf" as C does; JSON has no such numbers, and writing
+    // them as null would lose the tag without a word.
+    for (const char* text : {"nan", "inf", "-inf"})
+        EXPECT_THAT(
+            [&] {
+                JSONSidecarWriter().data(storageWith({{"EXIF:ExposureCompensation", text}}));
+            },
+            refused)
+            << text;
+    EXPECT_THAT([] { JSONSidecarWriter().data(storageWith({{"XMP:Rating", "nan"}})); }, refused);
+}
+
+TEST(JSONSidecarReader, ReadsAnyMemberOrderNormalisesAndKeepsTheLastOfDuplicates) {
+    const std::string text = R"({
+        "XMP": {"Subject": ["one", "two"], "Rating": 3, "Unknown": 12.5, "Gone": null},
+        "EXIF": {"ISO": 400, "Make": "ACME \"Pro\"", "Artist": "Zoë 東京 😀"},
+        "Ignored": "not an object",
+        "Other": [1, 2]
+    })";
+    auto values = texts(JSONSidecarReader().readString(text));
+    EXPECT_FALSE(values.at("XMP:Unknown").empty());
+    values.erase("XMP:Unknown");
+    EXPECT_EQ(values,
+              (Texts{{"EXIF:Artist", "Zoë 東京 😀"},
+                     {"EXIF:ISO", "400"},
+                     {"EXIF:Make", "ACME \"Pro\""},
+                     {"XMP:Rating",
+                      *TagItem::find(name("XMP:Rating"))->converter()->stringValueFromStringValue("3")},
+                     {"XMP:Subject", "one,two"}}));
+    EXPECT_EQ(texts(JSONSidecarReader().readString(R"({"EXIF": {"Make": "First", "Make": "Second"}})")),
+              (Texts{{"EXIF:Make", "Second"}}));
+}
+
+TEST(JSONSidecarReader, MalformedInputFailsWithClearErrors) {
+    JSONSidecarReader reader;
+    const auto refusedAs = [](const char* text) {
+        return ThrowsMessage<JSONSidecarReader::ReadException>(StrEq(text));
+    };
+    EXPECT_THAT([&] { reader.readString(R"([{"EXIF": {"Make": "ACME"}}])"); },
+                refusedAs("Data decoding failed"));
+    EXPECT_THAT([&] { reader.readString(R"("just text")"); }, refusedAs("Data decoding failed"));
+    EXPECT_THAT([&] { reader.readString("{\"EXIF\": {\"Make\": \"\xC3\"}}"); },
+                refusedAs("String decoding failed"));
+
+    // Syntax errors are the parser's own, with its position.
+    EXPECT_THROW(reader.readString(R"({"EXIF": {"Make": "ACME")"), nlohmann::json::parse_error);
+    EXPECT_THROW(reader.readString(""), nlohmann::json::parse_error);
+    EXPECT_THROW(reader.readData("{\"EXIF\": {\"Make\": \"\xFF\"}}"), nlohmann::json::parse_error);
+}
+
+TEST(JSONSidecarFiles, WriteCreatesFoldersAndReadsBack) {
+    test::TemporaryFolder folder("corvane-sidecars");
+    const fs::path url = folder / "deep" / "er" / "a.json";
+    auto storage = storageWith({{"EXIF:Make", "ACME"}, {"IPTC:Keywords", "k1,k2,k3"}});
+    JSONSidecarWriter().write(storage, url);
+    ASSERT_TRUE(fs::exists(url));
+    auto values = JSONSidecarReader().readContentsOf(url);
+    EXPECT_EQ(values.at(name("EXIF:Make")), "ACME");
+    EXPECT_EQ(values.at(name("IPTC:Keywords")), "k1,k2,k3");
+
+    // The file system's errors go through.
+    EXPECT_THROW(JSONSidecarReader().readContentsOf(folder / "missing.json"), FileError);
+    std::ofstream(folder / "blocker") << "x";
+    EXPECT_THROW(JSONSidecarWriter().write(storage, folder / "blocker" / "a.json"), FileError);
+}
+
+TEST(CSVSidecarWriter, WritesOneQuotedWhereNeededRowPerTag) {
+    TagStorage storage = storageWith(
+        {{"EXIF:Make", "ACME, Inc."}, {"EXIF:ISO", "200"}, {"IPTC:Caption-Abstract", "Say \"hi\"\nthen go"}});
+    storage.unsafeSetValue("", name("EXIF:Artist"));
+    EXPECT_EQ(CSVSidecarWriter().data(storage), "EXIF:Artist,\n"
+                                                "EXIF:ISO,200\n"
+                                                "EXIF:Make,\"ACME, Inc.\"\n"
+                                                "IPTC:Caption-Abstract,\"Say \"\"hi\"\"\nthen go\"");
+    EXPECT_EQ(CSVSidecarWriter().data(storageWith({})), "");
+}
+
+TEST(CSVSidecarReader, SkipsOddRowsGuessesTheDelimiterAndTrimsOnlyTheEnds) {
+    const std::string text = "EXIF:Make,ACME\n"
+                             "EXIF:Artist,A,extra\n"      // three fields
+                             "just one field\n"           // one field
+                             "NotAName,value\n"           // no colon
+                             "XMP:NotInCatalogue,value\n" // unknown to the catalogue
+                             "  EXIF:ISO , \t 400 \r\n"   // blanks around name and value
+                             "IPTC:Keywords,\"a, b,c\"\n"
+                             "EXIF:Make,ACME 2\n"; // a later row wins
+    // A list's text is kept as written.
+    EXPECT_EQ(texts(CSVSidecarReader().readString(text)),
+              (Texts{{"EXIF:ISO", "400"}, {"EXIF:Make", "ACME 2"}, {"IPTC:Keywords", "a, b,c"}}));
+    EXPECT_TRUE(CSVSidecarReader().readString("").empty());
+    EXPECT_EQ(texts(CSVSidecarReader().readString(
+                  "EXIF:Make;ACME, Inc.\nIPTC:Caption-Abstract;\"one\ntwo; three\"\n")),
+              (Texts{{"EXIF:Make", "ACME, Inc."}, {"IPTC:Caption-Abstract", "one\ntwo; three"}}));
+    // Unicode blanks trimmed at the ends only; a value of line ends alone is empty.
+    EXPECT_EQ(texts(CSVSidecarReader().readString(
+                  " \u00A0 EXIF:Artist\u3000, a  b \u00A0\u2028\r\nEXIF:Make,\"\r\n\r\n\"\r\n")),
+              (Texts{{"EXIF:Artist", "a  b"}, {"EXIF:Make", ""}}));
+}
+
+TEST(CSVSidecarReader, MalformedInputFailsWithClearErrors) {
+    EXPECT_THAT([] { CSVSidecarReader().readData("EXIF:Make,\xC3\x28"); },
+                ThrowsMessage<CSVSidecarReader::ReadException>(StrEq("Data decoding failed")));
+    // An unterminated quote runs to the end of the text: the rest stays in the value, nothing is dropped.
+    EXPECT_EQ(texts(CSVSidecarReader().readString("EXIF:Make,\"ACME\nEXIF:ISO,200\n")),
+              (Texts{{"EXIF:Make", "ACME\nEXIF:ISO,200"}}));
+    // A byte-order mark doesn't spoil the first tag.
+    EXPECT_EQ(texts(CSVSidecarReader().readData("\xEF\xBB\xBF"
+                                                "EXIF:Make,ACME\n")),
+              (Texts{{"EXIF:Make", "ACME"}}));
+}
+
+TEST(CSVSidecarFiles, ReadsFilesAndRefusesBytesThatAreNotUTF8) {
+    test::TemporaryFolder folder("corvane-sidecars");
+    std::ofstream(folder / "latin1.csv", std::ios::binary) << "EXIF:Artist,Zo\xEB\n";
+    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder / "latin1.csv"), CSVSidecarReader::ReadException);
+    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder / "missing.csv"), FileError);
+    // A folder opens like a file, has no meaningful size, and fails only when read.
+    EXPECT_THROW(CSVSidecarReader().readContentsOf(folder.makeSubfolder("folder.csv")), FileError);
+
+    const TagStorage storage = storageWith({{"EXIF:Artist", "Zoë"}});
+    SidecarWriter::writeSidecar(storage, folder / "out" / "a.CSV");
+    EXPECT_EQ(SidecarReader::readSidecar(folder / "out" / "a.CSV").at(name("EXIF:Artist")), "Zoë");
+    EXPECT_THROW(SidecarWriter::writeSidecar(storage, folder / "a.xmp"), NotASidecarError);
+    EXPECT_THROW(SidecarReader::readSidecar(folder / "a.txt"), NotASidecarError);
+}
+
+} // namespace
+} // namespace corvane
