@@ -41,80 +41,42 @@ protected:
     TemporaryFolder folder;
 };
 
-TEST_F(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIITextAndClears) {
-    auto jpeg = makeJPEG(folder / "photo.jpg");
-    auto mov = makeMOV(folder / "clip.mov");
-    test::tagWithExifTool(jpeg, {"-EXIF:Copyright=Someone", "-XMP:Label=Old"});
-
-    const std::map<std::string, std::string> jpegValues = {
-        {"EXIF:Artist", "Zoë Åström — 東京"},
-        {"IPTC:Caption-Abstract", "Ünïcödé caption ✓"},
-        {"IPTC:Keywords", "été,hiver"},
-        {"XMP:Title", "Titre « français »"},
-    };
-    const std::map<std::string, std::string> movValues = {
-        {"QuickTime:Title", "Фильм 🎬"},
-        {"QuickTime:Artist", "Ærø"},
-    };
-
-    auto editors = importFiles(sourcesOf({jpeg, mov}));
-    ASSERT_EQ(editors.size(), 2u);
-    auto movEditor = editors[0], jpegEditor = editors[1];
-    ASSERT_EQ(jpegEditor->source().url(), jpeg);
-    for (const auto& [name, value] : jpegValues)
-        jpegEditor->setValue(value, tag(name.c_str()));
-    for (const auto& [name, value] : movValues)
-        movEditor->setValue(value, tag(name.c_str()));
-    // An empty value and a blank one both remove their tag.
-    jpegEditor->setValue(std::string(), tag("EXIF:Copyright"));
-    jpegEditor->setValue(std::string("   "), tag("XMP:Label"));
-    ASSERT_TRUE(jpegEditor->isEdited());
-    ASSERT_TRUE(movEditor->isEdited());
-
-    auto task = save({jpegEditor, movEditor});
-    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
-    EXPECT_EQ(task->status(), AbstractTask::Status::completed);
-    // Flushed before the write: the saved values are now the originals.
-    EXPECT_FALSE(jpegEditor->isEdited());
-    EXPECT_EQ(jpegEditor->originalValue(tag("EXIF:Artist")), jpegValues.at("EXIF:Artist"));
-    EXPECT_FALSE(jpegEditor->originalValue(tag("XMP:Label")));
-
-    // ExifTool itself sees the values, and a fresh import reads them back equal.
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), jpegValues.at("EXIF:Artist"));
-    EXPECT_EQ(exifToolValue(mov, "QuickTime:Title"), movValues.at("QuickTime:Title"));
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Copyright"), "");
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:Label"), "");
-    auto reread = importFiles(sourcesOf({jpeg, mov}));
-    ASSERT_EQ(reread.size(), 2u);
-    for (const auto& [name, value] : jpegValues)
-        EXPECT_EQ(reread[1]->originalValue(tag(name.c_str())), value) << name;
-    for (const auto& [name, value] : movValues)
-        EXPECT_EQ(reread[0]->originalValue(tag(name.c_str())), value) << name;
-    // IPTC written without a declared character set is declared UTF-8.
-    EXPECT_EQ(exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
-}
-
-TEST_F(ImportSaveTasks, fileNamesOfEveryDifficultKind) {
+// One save writes every editor of a batch, photos of every difficult name beside a movie, and
+// flushes the editors before the write, so the saved values become their originals. The values of
+// every family, clears and character sets are the writer's own tests.
+TEST_F(ImportSaveTasks, aBatchOfDifficultNamesIsSavedFlushedAndReadBack) {
     const std::vector<std::string> names = {"with space.jpg",    "-leading-dash.jpg",  "quote'\"both.jpg",
                                             "ünïcødé 東京.jpg",  "semi;amp&pipe|.jpg", "dollar $HOME `x`.jpg",
                                             "back\\slash.jpg",   "line\nbreak.jpg",    "UPPER.JPG",
-                                            "percent%20=eq.jpg", "#hash*star?.jpg",    "tab\there.jpg"};
+                                            "percent%20=eq.jpg", "#hash*star?.jpg",    "tab\there.jpg",
+                                            "clip.mov"};
     std::vector<fs::path> paths;
     for (const auto& name : names)
-        paths.push_back(makeJPEG(folder / name));
+        paths.push_back(name.ends_with(".mov") ? makeMOV(folder / name) : makeJPEG(folder / name));
+    test::tagWithExifTool(paths[0], {"-EXIF:Copyright=Someone"});
+    const auto tagOf = [](const fs::path& path) {
+        return tag(path.extension() == ".mov" ? "QuickTime:Title" : "EXIF:Artist");
+    };
+    const auto valueOf = [](const fs::path& path) { return "Zoë — " + path.filename().string(); };
 
     auto editors = importFiles(sourcesOf(paths));
     ASSERT_EQ(editors.size(), names.size());
-    for (const auto& editor : editors)
-        editor->setValue("Name: " + editor->source().url().filename().string(), tag("EXIF:Artist"));
+    for (const auto& editor : editors) {
+        editor->setValue(valueOf(editor->source().url()), tagOf(editor->source().url()));
+        if (editor->source().url() == paths[0]) editor->setValue(std::string("   "), tag("EXIF:Copyright"));
+    }
     auto task = save(editors);
     EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
-
-    auto reread = importFiles(sourcesOf(paths));
-    ASSERT_EQ(reread.size(), names.size());
-    for (const auto& editor : reread)
-        EXPECT_EQ(editor->originalValue(tag("EXIF:Artist")),
-                  "Name: " + editor->source().url().filename().string())
+    EXPECT_EQ(task->status(), AbstractTask::Status::completed);
+    for (const auto& editor : editors) {
+        EXPECT_FALSE(editor->isEdited()) << editor->source().url();
+        EXPECT_EQ(editor->originalValue(tagOf(editor->source().url())), valueOf(editor->source().url()));
+        EXPECT_FALSE(editor->originalValue(tag("EXIF:Copyright"))) << "a blank value removes the tag";
+    }
+    EXPECT_EQ(exifToolValue(paths[0], "EXIF:Copyright"), "");
+    EXPECT_EQ(exifToolValue(paths.back(), "QuickTime:Title"), valueOf(paths.back()));
+    for (const auto& editor : importFiles(sourcesOf(paths)))
+        EXPECT_EQ(editor->originalValue(tagOf(editor->source().url())), valueOf(editor->source().url()))
             << editor->source().url();
 }
 
@@ -176,7 +138,6 @@ TEST_F(ImportSaveTasks, corruptFileInABatch) {
         editor->setValue(std::string("Batch"), tag("EXIF:Artist"));
     auto batch = save(editors);
     EXPECT_EQ(errorTexts(*batch), std::vector<std::string>{cut.string() + ": Corrupted JPEG image"});
-    EXPECT_NE(batch->errorListDescription().find(cut.string() + ": Corrupted JPEG image"), std::string::npos);
     using Status = ETTagStorageWriter::FileOutcome::Status;
     std::map<fs::path, Status> outcomes;
     for (const auto& outcome : batch->fileOutcomes())
@@ -202,11 +163,8 @@ TEST_F(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
         EXPECT_EQ(task->status(), AbstractTask::Status::completed);
         EXPECT_EQ(fileBytes(locked), before);
     }
-    // No temporary file of ExifTool's was left behind.
-    std::size_t entries = 0;
-    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(sub))
-        ++entries;
-    EXPECT_EQ(entries, 1u);
+    EXPECT_EQ(std::distance(fs::directory_iterator(sub), fs::directory_iterator()), 1)
+        << "no temporary file of ExifTool's is left behind";
 }
 
 // A photo library that authorises or refuses, and records what it was asked.
