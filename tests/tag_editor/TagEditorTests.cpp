@@ -6,6 +6,7 @@
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
+#include "support/NoteRecorder.hpp"
 #include "tag_edition/EditionRecorder.hpp"
 
 #include <gtest/gtest.h>
@@ -202,17 +203,8 @@ TEST_F(TagEditorTest, FolderSettingsOfAnExifToolEditor) {
     EXPECT_FALSE(editor->storage().recurseSubfolders().has_value()) << "reading doesn't store the default";
     EXPECT_FALSE(editor->filePathFilter().has_value());
 
-    std::vector<std::string> seen;
-    auto& center = NotificationCenter::defaultCenter();
-    auto recurse = center.subscribe(std::string(ETTagEditor::didChangeRecurseSubfoldersNotification),
-                                    editor.get(), [&](const Notification& note) {
-                                        EXPECT_EQ(note.object<ETTagEditor>(), editor);
-                                        seen.push_back(note.name());
-                                    });
-    auto filter =
-        center.subscribe(std::string(ETTagEditor::didChangeFilePathFilterNotification), editor.get(),
-                         [&](const Notification& note) { seen.push_back(note.name()); });
-
+    test::NoteRecorder recurse(ETTagEditor::didChangeRecurseSubfoldersNotification);
+    test::NoteRecorder filter(ETTagEditor::didChangeFilePathFilterNotification);
     editor->setRecurseSubfolders(false);
     EXPECT_EQ(editor->storage().recurseSubfolders(), std::optional<bool>(false)) << "stored as present";
     editor->modifyRecurseSubfolders([](bool& value) { value = !value; });
@@ -222,10 +214,11 @@ TEST_F(TagEditorTest, FolderSettingsOfAnExifToolEditor) {
     EXPECT_EQ(editor->filePathFilter()->extensions(), (std::vector<std::string>{"JPG", "TIF", "PNG"}));
     EXPECT_EQ(editor->filename(), "trip/**.JPG|TIF|PNG");
 
-    EXPECT_EQ(seen, (std::vector<std::string>{"ETTagEditorDidChangeRecurseSuboldersNotification",
-                                              "ETTagEditorDidChangeRecurseSuboldersNotification",
-                                              "ETTagEditorDidChangeFilePathFilterNotification",
-                                              "ETTagEditorDidChangeFilePathFilterNotification"}));
+    ASSERT_EQ(recurse.notes.size(), 2u);
+    EXPECT_EQ(recurse.notes[0].name(), "ETTagEditorDidChangeRecurseSuboldersNotification");
+    EXPECT_EQ(recurse.notes[0].object<ETTagEditor>(), editor);
+    ASSERT_EQ(filter.notes.size(), 2u);
+    EXPECT_EQ(filter.notes[1].name(), "ETTagEditorDidChangeFilePathFilterNotification");
     EXPECT_TRUE(recorder.drain().empty()) << "folder settings are no tag edits";
 }
 

@@ -26,6 +26,7 @@ using testing::errorTexts;
 using testing::importFiles;
 using testing::performed;
 using testing::sourcesOf;
+using testing::succeeded;
 
 TagName tag(const char* text) {
     return *TagName::fromRawValue(text);
@@ -45,8 +46,7 @@ TEST(CleanTagValuesTaskTest, RemovesOneFamilyOrAllFromFilesAndEditorsAndAFailure
     auto editors = importFiles(sourcesOf(photos));
     ASSERT_EQ(editors.size(), 2u);
 
-    auto task = performed(CleanTagValuesTask::create({{editors[0]}, {TagStream("XMP")}, {}, {}}));
-    EXPECT_TRUE(task->errors().empty()) << testing::errorTexts(*task).front();
+    succeeded(CleanTagValuesTask::create({{editors[0]}, {TagStream("XMP")}, {}, {}}));
     EXPECT_EQ(test::exifToolValue(photos[0], "XMP:Title"), "");
     EXPECT_EQ(test::exifToolValue(photos[0], "EXIF:Artist"), "A");
     EXPECT_EQ(test::exifToolValue(photos[0], "IPTC:Keywords"), "K");
@@ -163,8 +163,7 @@ TEST(FolderImportGeotagTaskTest, InterpolatesTheTrackAtEachPhotosShiftedTime) {
     const auto modified = seconds(half);
 
     // The camera was a minute behind.
-    auto task = performed(FolderImportGeotagTask::create({folderEditor(photos), track, "+0:01:00", {}}));
-    EXPECT_TRUE(task->errors().empty()) << errorTexts(*task).front();
+    succeeded(FolderImportGeotagTask::create({folderEditor(photos), track, "+0:01:00", {}}));
     EXPECT_NEAR(number(half, "Composite:GPSLatitude"), 45.05, 1e-5);
     EXPECT_NEAR(number(half, "Composite:GPSLongitude"), 6.1, 1e-5);
     EXPECT_NEAR(number(quarter, "Composite:GPSLatitude"), 45.025, 1e-5);

@@ -7,6 +7,8 @@
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 #include "support/FileBytes.hpp"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -24,15 +26,26 @@ template <class T> std::shared_ptr<T> performed(std::shared_ptr<T> task) {
     return task;
 }
 
+// The editors an import made, in the order of their files' paths.
+inline std::vector<std::shared_ptr<TagEditor>> sortedEditors(const ImportTagEditorsTask& task) {
+    auto editors = task.importedEditors();
+    std::sort(editors.begin(), editors.end(),
+              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    return editors;
+}
+
+// Runs a task as `performed` does and expects it to end without an error.
+template <class T> std::shared_ptr<T> succeeded(std::shared_ptr<T> task) {
+    performed(task);
+    EXPECT_TRUE(task->errors().empty()) << task->longDescription();
+    return task;
+}
+
 inline std::vector<std::shared_ptr<TagEditor>> importFiles(std::vector<TagStorageSource> sources,
                                                            std::optional<bool> ignoreMinorErrors = {}) {
     ImportTagEditorsTask::Settings settings(std::move(sources));
     settings.ignoreMinorErrors = ignoreMinorErrors;
-    auto task = performed(ImportTagEditorsTask::create(std::move(settings)));
-    auto editors = task->importedEditors();
-    std::sort(editors.begin(), editors.end(),
-              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
-    return editors;
+    return sortedEditors(*performed(ImportTagEditorsTask::create(std::move(settings))));
 }
 
 inline std::vector<TagStorageSource> sourcesOf(const std::vector<std::filesystem::path>& paths) {

@@ -31,6 +31,7 @@ using testing::fileBytes;
 using testing::importFiles;
 using testing::performed;
 using testing::sourcesOf;
+using testing::succeeded;
 
 // The tags ExifTool reads in a file, by "Family:Key", in one run.
 nlohmann::json tagsOf(const fs::path& file) {
@@ -166,8 +167,7 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
         SCOPED_TRACE(type);
         ExportTagValuesTask::Settings exportSettings(source, type);
         exportSettings.destinationURL = folder / ("out-" + type);
-        auto exported = performed(ExportTagValuesTask::create(exportSettings));
-        ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+        succeeded(ExportTagValuesTask::create(exportSettings));
         const fs::path sidecar = folder / ("out-" + type) / ("source." + type);
         ASSERT_TRUE(fs::exists(sidecar));
         // Only the finished sidecar is left in the folder.
@@ -176,11 +176,9 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
         auto png = test::makePNG(folder / ("to-" + type + ".png"));
         auto mov = test::makeMOV(folder / ("to-" + type + ".mov"));
         auto targets = importFiles(sourcesOf({png, mov}));
-        auto imported = performed(
+        succeeded(
             ImportTagValuesTask::create(ImportTagValuesTask::Settings(targets, TagStorageSource(sidecar))));
-        ASSERT_TRUE(imported->errors().empty()) << imported->longDescription();
-        auto saved = performed(SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(targets)));
-        ASSERT_TRUE(saved->errors().empty()) << saved->longDescription();
+        succeeded(SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(targets)));
         const auto pngTags = tagsOf(png);
         if (type == "exif") {
             // An EXIF file holds EXIF alone, which a PNG takes and a movie doesn't.
@@ -213,8 +211,7 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
     fs::copy_file(withProfile, folder / "profiled.jpg");
     ExportTagValuesTask::Settings real(importFiles(sourcesOf({folder / "profiled.jpg"})), "icc");
     real.destinationURL = folder / "out-icc";
-    auto exported = performed(ExportTagValuesTask::create(real));
-    ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+    succeeded(ExportTagValuesTask::create(real));
     const auto profile =
         test::runExifTool({"-b", "-ICC_Profile", (folder / "profiled.jpg").string()}).standardOutput;
     EXPECT_EQ(fileBytes(folder / "out-icc" / "profiled.icc"), profile);
@@ -234,13 +231,11 @@ TEST_F(ValueTransferTasks, sidecarNamesAndExclusionsAreDeterministic) {
     for (int round = 0; round < 3; ++round) {
         ExportTagValuesTask::Settings settings(editors, "JSON");
         settings.destinationURL = folder / "together";
-        auto task = performed(ExportTagValuesTask::create(settings));
-        ASSERT_TRUE(task->errors().empty()) << task->longDescription();
+        succeeded(ExportTagValuesTask::create(settings));
         EXPECT_NE(fileBytes(folder / "together" / "photo.json").find("second"), std::string::npos);
         EXPECT_EQ(fileBytes(folder / "together" / "photo.json").find("first"), std::string::npos);
     }
-    auto beside = performed(ExportTagValuesTask::create(ExportTagValuesTask::Settings({editors[0]}, "XMP")));
-    ASSERT_TRUE(beside->errors().empty()) << beside->longDescription();
+    succeeded(ExportTagValuesTask::create(ExportTagValuesTask::Settings({editors[0]}, "XMP")));
     EXPECT_TRUE(fs::exists(folder / "a" / "photo.xmp"));
     EXPECT_FALSE(fs::exists(folder / "a" / "photo.XMP"));
 
@@ -248,8 +243,7 @@ TEST_F(ValueTransferTasks, sidecarNamesAndExclusionsAreDeterministic) {
     ImportTagValuesTask::Settings settings({editors[0]}, TagStorageSource(second));
     settings.excludedTagStreams = {TagStream::streamEXIF};
     settings.excludedTagNames = {name("IPTC:City")};
-    auto imported = performed(ImportTagValuesTask::create(settings));
-    ASSERT_TRUE(imported->errors().empty()) << imported->longDescription();
+    succeeded(ImportTagValuesTask::create(settings));
     EXPECT_EQ(editors[0]->currentValue(name("XMP:Title")), "second");
     EXPECT_EQ(editors[0]->currentValue(name("EXIF:Artist")), "first");
     EXPECT_FALSE(editors[0]->currentValue(name("IPTC:City")));
@@ -269,8 +263,7 @@ TEST_F(ValueTransferTasks, aFolderSyncsToXMPSidecarsAndBack) {
     auto editors = importFiles(sourcesOf(photos));
     SyncSidecarFilesTask::Settings exportSettings(editors, SyncSidecarFilesTask::Action::exportSidecar);
     exportSettings.sidecarType = "XMP";
-    auto exported = performed(SyncSidecarFilesTask::create(exportSettings));
-    ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+    succeeded(SyncSidecarFilesTask::create(exportSettings));
     for (int i = 0; i < 4; ++i)
         ASSERT_EQ(exifToolValue(folder / ("p" + std::to_string(i) + ".xmp"), "XMP:Title"),
                   "title " + std::to_string(i));
@@ -316,8 +309,7 @@ TEST_F(ValueTransferTasks, tagCopiesChangeFilesInMemoryAndFoldersOnDisk) {
     editors.push_back(TagEditor::create(TagStorage(TagStorageSource(sub))));
     std::vector<TagSyncPair> pairs{*TagSyncPair::fromText("EXIF:DateTimeOriginal>XMP:CreateDate"),
                                    *TagSyncPair::fromText("EXIF:Artist>XMP:Creator")};
-    auto task = performed(SyncTagValuesTask::create(SyncTagValuesTask::Settings(editors, pairs)));
-    ASSERT_TRUE(task->errors().empty()) << task->longDescription();
+    auto task = succeeded(SyncTagValuesTask::create(SyncTagValuesTask::Settings(editors, pairs)));
     EXPECT_EQ(task->copyArguments(), (std::vector<std::string>{"-XMP:CreateDate<EXIF:DateTimeOriginal",
                                                                "-XMP:Creator<EXIF:Artist"}));
 
@@ -362,17 +354,14 @@ TEST_F(ValueTransferTasks, aTableOfFiftyFilesRoundTripsAndAppliesItsEdits) {
                                       TagItem::find(name("XMP:Rating")),
                                       TagItem::find(name("XMP:Title"))};
     const fs::path table = folder / "table.csv";
-    auto exported =
-        performed(ExportCSVTableTask::create(ExportCSVTableTask::Settings(editors, items, table)));
-    ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+    succeeded(ExportCSVTableTask::create(ExportCSVTableTask::Settings(editors, items, table)));
     const std::string text = fileBytes(table);
     EXPECT_EQ(
         text.substr(0, text.find('\n')),
         "File:FileName,File:FilePath,XMP:Title,XMP:Subject,EXIF:DateTimeOriginal,EXIF:Artist,XMP:Rating");
     EXPECT_NE(text.find("-NoData-"), std::string::npos);
 
-    auto imported = performed(ImportCSVTableTask::create(ImportCSVTableTask::Settings(editors, table)));
-    ASSERT_TRUE(imported->errors().empty()) << imported->longDescription();
+    succeeded(ImportCSVTableTask::create(ImportCSVTableTask::Settings(editors, table)));
     for (const auto& editor : editors)
         EXPECT_FALSE(editor->isEdited()) << editor->pathDescription() << " " << editor->debugDescription();
 
