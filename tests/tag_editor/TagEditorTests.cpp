@@ -250,12 +250,9 @@ TEST(TagEditorKeys, EditorsOfOneFileShareABucketButNotAKey) {
     EXPECT_FALSE(*a == *b);
     EXPECT_TRUE(*a == *a);
 
-    std::unordered_map<std::shared_ptr<TagEditor>, int, TagEditorHash, TagEditorEqual> map;
-    map[a] = 1;
-    map[b] = 2;
-    map[c] = 3;
+    std::unordered_map<std::shared_ptr<TagEditor>, int, TagEditorHash, TagEditorEqual> map{
+        {a, 1}, {b, 2}, {c, 3}};
     EXPECT_EQ(map.size(), 3u);
-    EXPECT_EQ(map.at(a), 1);
     EXPECT_EQ(map.at(b), 2);
     EXPECT_EQ(map.bucket(a), map.bucket(b));
     EXPECT_FALSE(map.contains(ETTagEditor::create(TagStorage(TagStorageSource("/photos/shot.jpg")))));
