@@ -1,4 +1,5 @@
 #include "TaskTestsSupport.hpp"
+#include "tag_edition/EditionRecorder.hpp"
 
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_edition/EditionTask.hpp"
@@ -8,16 +9,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <set>
 
 using namespace corvane;
 using namespace corvane::testing;
 
 namespace {
-
-const std::vector<std::string_view> editionNotes = {EditionManager::didBeginSessionNotification,
-                                                    EditionManager::didFlushHistoryNotification,
-                                                    EditionManager::didEndSessionNotification};
 
 std::shared_ptr<TagEditor> makeEditor(const std::string& path) {
     return TagEditor::create(TagStorage(TagStorageSource(path)));
@@ -40,40 +36,31 @@ TEST_F(TaskEditionTest, EditsOfManyEditorsMakeOneFlushOnTheEditionQueue) {
     for (int i = 0; i < 12; ++i)
         editors.push_back(makeEditor("/tmp/corvane-edition-task-" + std::to_string(i) + ".jpg"));
 
-    std::mutex seenMutex;
-    std::set<TagEditor*> seen;
     std::atomic<int> outOfPlace{0}; // out of a session or off the edition queue
     auto task = std::make_shared<EditionTask>(editors, [&](const std::shared_ptr<TagEditor>& editor) {
         if (!EditionManager::shared().isInSession() ||
             !TaskManager::shared().editionTasksQueue().isCurrentQueue())
             ++outOfPlace;
         editor->unsafeSetValue("Ada", artist);
-        std::lock_guard lock(seenMutex);
-        seen.insert(editor.get());
     });
     EXPECT_FALSE(task->label().has_value());
     EXPECT_EQ(task->taskDescription(), "Untitled Edition (Pending)");
-    NoteRecorder recorder(editionNotes, &EditionManager::shared());
+    test::EditionRecorder recorder;
 
     TaskManager::shared().add(task);
     TaskManager::shared().waitAllTasks();
-    drainMainQueue();
 
     EXPECT_EQ(outOfPlace.load(), 0);
     EXPECT_FALSE(EditionManager::shared().isInSession());
-    EXPECT_EQ(seen.size(), editors.size());
     EXPECT_TRUE(task->errors().empty());
     EXPECT_EQ(task->status(), AbstractTask::Status::completed);
-    for (const auto& editor : editors)
+    // Every editor edited, in one session, with one flush that names every editor.
+    const auto events = recorder.drain();
+    ASSERT_EQ(test::EditionRecorder::kinds(events), "begin flush end");
+    for (const auto& editor : editors) {
         EXPECT_EQ(editor->writtenValue(artist), "Ada");
-    // One session, one flush that names every editor.
-    ASSERT_EQ(recorder.names(), (std::vector<std::string>{"EditionManagerDidBeginSessionNotification",
-                                                          "EditionManagerDidFlushHistoryNotification",
-                                                          "EditionManagerDidEndSessionNotification"}));
-    const HistoryEdition* history = EditionManager::history(recorder.notes[1]);
-    ASSERT_NE(history, nullptr);
-    for (const auto& editor : editors)
-        EXPECT_TRUE(history->hasEditions({editor}, {artist}));
+        EXPECT_TRUE(events[1].history.hasEditions({editor}, {artist}));
+    }
 }
 
 TEST_F(TaskEditionTest, FailingEditionClosesItsSession) {
