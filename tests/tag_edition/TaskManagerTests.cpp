@@ -41,15 +41,6 @@ std::vector<AbstractTask*> identities(const std::vector<std::shared_ptr<Abstract
     return result;
 }
 
-bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout = 10s) {
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
-}
-
 class TaskManagerTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -116,7 +107,8 @@ TEST_F(TaskManagerTest, TaskWaitsForItsQueueWhileOtherQueuesGoOn) {
     manager.add(writing);
 
     // The edition and the write finish while the read still holds its queue.
-    EXPECT_TRUE(waitFor([&] { return !manager.hasEditingTasks() && !manager.hasWritingTasks(); }));
+    EXPECT_TRUE(MainQueue::shared().runUntil(
+        [&] { return !manager.hasEditingTasks() && !manager.hasWritingTasks(); }, 10s));
     EXPECT_EQ(edition->status(), Status::completed);
     EXPECT_EQ(writing->status(), Status::completed);
     EXPECT_EQ(waiting->status(), Status::pending);
