@@ -5,7 +5,6 @@
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
-#include "corvane/utilities/KitSettings.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/Unwritable.hpp"
@@ -228,11 +227,10 @@ TEST_F(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
 TEST_F(ImportSaveTasks, unsupportedEditorsMissingEnginesAndEmptyLists) {
     auto file = makeJPEG(folder / "a.jpg");
     const std::string bytes = fileBytes(file);
-    auto& kit = KitSettings::shared();
-    const EngineOption saved = kit.engineOption();
-    kit.setEngineOption(EngineOption());
-    auto none = performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sourcesOf({file}))));
-    kit.setEngineOption(saved);
+    auto none = [&] {
+        EngineGuard noEngine{EngineOption()};
+        return performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sourcesOf({file}))));
+    }();
     EXPECT_EQ(errorTexts(*none), std::vector<std::string>{"Engine is not available"});
     EXPECT_TRUE(none->importedEditors().empty());
 
@@ -335,9 +333,7 @@ TEST_F(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
     sources.emplace_back(corrupt);
     sources.emplace_back(folder.path());
 
-    auto& kit = KitSettings::shared();
-    const EngineOption saved = kit.engineOption();
-    kit.setEngineOption(EngineOption::coreImage());
+    EngineGuard inProcess{EngineOption::coreImage()};
     auto task = performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sources)));
     auto editors = sortedEditors(*task);
     std::vector<std::optional<std::string>> read;
@@ -346,7 +342,6 @@ TEST_F(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
         editor->setValue("Saved " + editor->source().url().stem().string(), tag("EXIF:Artist"));
     }
     auto saving = save(editors);
-    kit.setEngineOption(saved);
 
     // The folder can't be opened by this engine, nor the damaged file; the others are read.
     auto errors = errorTexts(*task);

@@ -5,6 +5,7 @@
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
+#include "corvane/utilities/KitSettings.hpp"
 #include "support/FileBytes.hpp"
 
 #include <gtest/gtest.h>
@@ -54,6 +55,13 @@ inline std::vector<TagStorageSource> sourcesOf(const std::vector<std::filesystem
         sources.emplace_back(path);
     return sources;
 }
+
+// Engines are read when a task is made; this puts them back after a test that narrows them.
+struct EngineGuard {
+    EngineOption saved = KitSettings::shared().engineOption();
+    explicit EngineGuard(EngineOption option) { KitSettings::shared().setEngineOption(option); }
+    ~EngineGuard() { KitSettings::shared().setEngineOption(saved); }
+};
 
 using test::fileBytes;
 

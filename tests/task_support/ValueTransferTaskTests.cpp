@@ -12,7 +12,6 @@
 #include "corvane/task_support/ImportTagValuesTask.hpp"
 #include "corvane/task_support/SyncSidecarFilesTask.hpp"
 #include "corvane/task_support/SyncTagValuesTask.hpp"
-#include "corvane/utilities/KitSettings.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,6 +27,7 @@ using test::exifToolValue;
 using test::makeJPEG;
 using test::tagWithExifTool;
 using ::testing::ElementsAre;
+using testing::EngineGuard;
 using testing::errorTexts;
 using testing::fileBytes;
 using ::testing::HasSubstr;
@@ -57,13 +57,6 @@ template <class E> std::optional<E> onlyError(const AbstractTask& task) {
     if (task.errors().size() != 1) return std::nullopt;
     return AbstractTask::processError<E>(task.errors().front());
 }
-
-// Engines are read when a task is made; this puts them back after a test that narrows them.
-struct EngineGuard {
-    EngineOption saved = KitSettings::shared().engineOption();
-    explicit EngineGuard(EngineOption option) { KitSettings::shared().setEngineOption(option); }
-    ~EngineGuard() { KitSettings::shared().setEngineOption(saved); }
-};
 
 class ValueTransferTasks : public ::testing::Test {
 protected:
