@@ -172,7 +172,6 @@ TEST(EditionDateTest, ShiftsCrossMonthAndYearEnds) {
                               {&TagItem::itemEXIFCreateDate(), "2023:12:31 12:00:00"},
                               {&TagItem::itemEXIFGPSDateStamp(), "2024:02:28"},
                               {&TagItem::itemEXIFArtist(), "Jane"}});
-    EditionRecorder recorder;
     TagEditorEditions editions(*editor);
     editions.editDate(DateEdition::shift(offset(std::nullopt, 1)),
                       {TagItem::itemEXIFDateTimeOriginal().name(), TagItem::itemEXIFArtist().name()});
