@@ -69,7 +69,6 @@ TEST_F(EditionFileRoundTrip, LocationAndOrientationOnJPEG) {
     TagEditorEditions(*editor).rotateRightOrientation();
     save(editor);
 
-    EXPECT_EQ(test::exifToolValue(jpeg, "EXIF:GPSLatitudeRef", true), "S");
     EXPECT_EQ(test::exifToolValue(jpeg, "IPTC:Sub-location"), "Opera House");
 
     auto back = readEditor(jpeg);
@@ -105,8 +104,6 @@ TEST_F(EditionFileRoundTrip, LocationOnHEIC) {
     TagEditorEditions(*editor).setLocation(TypedTagValue<Location>::value(sydney()));
     save(editor);
 
-    EXPECT_EQ(test::exifToolValue(heic, "EXIF:GPSLatitudeRef", true), "S");
-    EXPECT_EQ(test::exifToolValue(heic, "EXIF:GPSLongitudeRef", true), "E");
     auto back = readEditor(heic);
     expectSydney(EXIFAccessor(*back).exifGPSCoordinate());
     expectSydney(XMPAccessor(*back).xmpGPSCoordinate());
