@@ -47,6 +47,16 @@ TEST_F(EditionManagerTest, OneChangeOutOfSessionGivesBeginFlushWithTheTagEnd) {
     events = recorder.drain();
     ASSERT_EQ(EditionRecorder::kinds(events), "begin flush end");
     EXPECT_FALSE(events[1].history.hasEditions());
+
+    // A registration out of any session waits for the next flush.
+    manager.registerTag(editor, artist());
+    MainQueue::shared().drain();
+    EXPECT_TRUE(recorder.pending().empty());
+    manager.beginSession();
+    manager.endSession();
+    events = recorder.drain();
+    ASSERT_EQ(EditionRecorder::kinds(events), "begin flush end");
+    EXPECT_TRUE(events[1].history.hasEditions({editor}));
 }
 
 TEST_F(EditionManagerTest, NestedSessionsMergeIntoOneFlushAtTheOutermostEnd) {
@@ -93,31 +103,17 @@ TEST_F(EditionManagerTest, TheHundredAndFirstRegistrationFlushesInMidSession) {
     EXPECT_TRUE(events[1].history.tagNamesOf(editor)->contains(names[100]));
     EXPECT_EQ(events[2].history.tagNamesOf(editor)->size(), 29u);
     EXPECT_FALSE(events[2].history.tagNamesOf(editor)->contains(names[100]));
-}
 
-TEST_F(EditionManagerTest, RegistrationsCountEvenWhenTheyRepeatATag) {
-    auto editor = folderEditor();
+    // Registrations count even when they repeat a tag.
     {
         EditionManager::Session session;
         for (int i = 0; i < 101; ++i)
             manager.registerTag(editor, artist());
     }
-    auto events = recorder.drain();
+    events = recorder.drain();
     ASSERT_EQ(EditionRecorder::kinds(events), "begin flush flush end");
     EXPECT_EQ(events[1].history.tagNamesOf(editor)->size(), 1u);
     EXPECT_FALSE(events[2].history.hasEditions());
-}
-
-TEST_F(EditionManagerTest, RegisteringOutOfSessionWaitsForTheNextFlush) {
-    auto editor = folderEditor();
-    manager.registerTag(editor, artist());
-    MainQueue::shared().drain();
-    EXPECT_TRUE(recorder.pending().empty());
-    manager.beginSession();
-    manager.endSession();
-    auto events = recorder.drain();
-    ASSERT_EQ(EditionRecorder::kinds(events), "begin flush end");
-    EXPECT_TRUE(events[1].history.hasEditions({editor}));
 }
 
 TEST_F(EditionManagerTest, SessionsOnTwoThreadsShareOneCount) {

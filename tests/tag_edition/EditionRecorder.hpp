@@ -25,20 +25,16 @@ public:
     EditionRecorder() {
         MainQueue::shared().registerCurrentThreadAsMain();
         MainQueue::shared().drain(); // leftovers of earlier tests
-        const void* manager = &EditionManager::shared();
-        auto& center = NotificationCenter::defaultCenter();
-        subscribers_.push_back(
-            center.subscribe(std::string(EditionManager::didBeginSessionNotification), manager,
-                             [this](const Notification&) { record(EditionEvent::begin); }));
-        subscribers_.push_back(center.subscribe(
-            std::string(EditionManager::didFlushHistoryNotification), manager,
-            [this](const Notification& note) {
-                const HistoryEdition* history = EditionManager::history(note);
-                events_.push_back({EditionEvent::flush, history ? *history : HistoryEdition()});
-            }));
-        subscribers_.push_back(center.subscribe(std::string(EditionManager::didEndSessionNotification),
-                                                manager,
-                                                [this](const Notification&) { record(EditionEvent::end); }));
+        using Kind = EditionEvent::Kind;
+        for (const auto& [name, kind] : {std::pair{EditionManager::didBeginSessionNotification, Kind::begin},
+                                         std::pair{EditionManager::didFlushHistoryNotification, Kind::flush},
+                                         std::pair{EditionManager::didEndSessionNotification, Kind::end}})
+            subscribers_.push_back(NotificationCenter::defaultCenter().subscribe(
+                std::string(name), &EditionManager::shared(), [this, kind](const Notification& note) {
+                    const HistoryEdition* history =
+                        kind == Kind::flush ? EditionManager::history(note) : nullptr;
+                    events_.push_back({kind, history ? *history : HistoryEdition()});
+                }));
     }
 
     // Runs the main queue and hands over what arrived since the last call.
@@ -62,8 +58,6 @@ public:
     }
 
 private:
-    void record(EditionEvent::Kind kind) { events_.push_back({kind, HistoryEdition()}); }
-
     std::vector<EditionEvent> events_; // main thread only
     std::vector<NoteSubscriber> subscribers_;
 };

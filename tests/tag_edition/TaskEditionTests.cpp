@@ -1,4 +1,5 @@
 #include "TaskTestsSupport.hpp"
+#include "tag_edition/EditionRecorder.hpp"
 
 #include "corvane/tag_edition/EditionManager.hpp"
 #include "corvane/tag_edition/EditionTask.hpp"
@@ -8,16 +9,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <set>
 
 using namespace corvane;
 using namespace corvane::testing;
 
 namespace {
-
-const std::vector<std::string_view> editionNotes = {EditionManager::didBeginSessionNotification,
-                                                    EditionManager::didFlushHistoryNotification,
-                                                    EditionManager::didEndSessionNotification};
 
 std::shared_ptr<TagEditor> makeEditor(const std::string& path) {
     return TagEditor::create(TagStorage(TagStorageSource(path)));
@@ -25,10 +21,7 @@ std::shared_ptr<TagEditor> makeEditor(const std::string& path) {
 
 class TaskEditionTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        TaskManager::shared().waitAllTasks();
-        drainMainQueue();
-    }
+    void SetUp() override { TearDown(); }
     void TearDown() override {
         TaskManager::shared().waitAllTasks();
         drainMainQueue();
@@ -43,37 +36,29 @@ TEST_F(TaskEditionTest, EditsOfManyEditorsMakeOneFlushOnTheEditionQueue) {
     for (int i = 0; i < 12; ++i)
         editors.push_back(makeEditor("/tmp/corvane-edition-task-" + std::to_string(i) + ".jpg"));
 
-    std::mutex seenMutex;
-    std::set<TagEditor*> seen;
-    std::atomic<int> outOfSession{0};
+    std::atomic<int> outOfSession{0}; // the editors' blocks run side by side, all in the task's session
     auto task = std::make_shared<EditionTask>(editors, [&](const std::shared_ptr<TagEditor>& editor) {
         if (!EditionManager::shared().isInSession()) ++outOfSession;
         editor->unsafeSetValue("Ada", artist);
-        std::lock_guard lock(seenMutex);
-        seen.insert(editor.get());
     });
     EXPECT_FALSE(task->label().has_value());
     EXPECT_EQ(task->taskDescription(), "Untitled Edition (Pending)");
-    NoteRecorder recorder(editionNotes, &EditionManager::shared());
+    test::EditionRecorder recorder;
 
     TaskManager::shared().add(task);
     TaskManager::shared().waitAllTasks();
-    drainMainQueue();
 
     EXPECT_EQ(outOfSession.load(), 0);
-    EXPECT_EQ(seen.size(), editors.size());
+    EXPECT_FALSE(EditionManager::shared().isInSession());
     EXPECT_TRUE(task->errors().empty());
     EXPECT_EQ(task->status(), AbstractTask::Status::completed);
-    for (const auto& editor : editors)
+    // Every editor edited, in one session, with one flush that names every editor.
+    const auto events = recorder.drain();
+    ASSERT_EQ(test::EditionRecorder::kinds(events), "begin flush end");
+    for (const auto& editor : editors) {
         EXPECT_EQ(editor->writtenValue(artist), "Ada");
-    // One session, one flush that names every editor.
-    ASSERT_EQ(recorder.names(), (std::vector<std::string>{"EditionManagerDidBeginSessionNotification",
-                                                          "EditionManagerDidFlushHistoryNotification",
-                                                          "EditionManagerDidEndSessionNotification"}));
-    const HistoryEdition* history = EditionManager::history(recorder.notes[1]);
-    ASSERT_NE(history, nullptr);
-    for (const auto& editor : editors)
-        EXPECT_TRUE(history->hasEditions({editor}, {artist}));
+        EXPECT_TRUE(events[1].history.hasEditions({editor}, {artist}));
+    }
 }
 
 TEST_F(TaskEditionTest, RunsOnTheEditionQueueInsideASession) {
@@ -82,17 +67,16 @@ TEST_F(TaskEditionTest, RunsOnTheEditionQueueInsideASession) {
         onEditionQueue = TaskManager::shared().editionTasksQueue().isCurrentQueue();
         inSession = EditionManager::shared().isInSession();
     });
-    EXPECT_EQ(task->label(), "Set Artist");
-    EXPECT_EQ(task->title(), "Set Artist");
     TaskManager::shared().add(task);
     TaskManager::shared().waitAllTasks();
     EXPECT_TRUE(onEditionQueue.load());
     EXPECT_TRUE(inSession.load());
-    EXPECT_FALSE(EditionManager::shared().isInSession());
 }
 
 TEST_F(TaskEditionTest, FailingEditionClosesItsSession) {
     auto task = std::make_shared<EditionTask>("Broken", [] { throw std::runtime_error("Edition failed"); });
+    EXPECT_EQ(task->label(), "Broken");
+    EXPECT_EQ(task->title(), "Broken");
     task->perform();
     EXPECT_FALSE(EditionManager::shared().isInSession());
     ASSERT_EQ(task->errors().size(), 1u);

@@ -2,6 +2,7 @@
 
 #include "corvane/utilities/KitSettings.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -16,6 +17,8 @@ using namespace std::chrono_literals;
 namespace {
 
 using Status = AbstractTask::Status;
+using ::testing::DoubleNear;
+using ::testing::ElementsAre;
 
 const std::vector<std::string_view> taskNotes = {AbstractTask::didUpdateStatusNotification,
                                                  AbstractTask::didUpdateErrorNotification,
@@ -87,6 +90,8 @@ TEST_F(TaskLifecycleTest, PerformPostsEveryNoticeOnTheMainQueueInTheOrderOfTheCh
     }
     EXPECT_EQ(task->status(), Status::completed);
     EXPECT_EQ(task->progress(), 1.0);
+    EXPECT_EQ(task->errorsDescription(), "1 error");
+    EXPECT_EQ(AbstractTask::errorDescription(task->errors().at(0)), "Work failed");
 }
 
 // Pending notices keep the task alive until delivered; the delegate is held weakly.
@@ -118,7 +123,7 @@ TEST_F(TaskLifecycleTest, CancelledPendingTaskNeverRuns) {
     drainMainQueue();
 
     EXPECT_EQ(runs.load(), 0);
-    EXPECT_EQ(task->status(), Status::cancelled);
+    EXPECT_EQ(task->taskDescription(), "Test Task (Cancelled)");
     EXPECT_EQ(task->progress(), 0.0);
     EXPECT_TRUE(task->errors().empty());
     // One status notice: the later calls change nothing.
@@ -171,7 +176,7 @@ TEST_F(TaskLifecycleTest, SecondPerformReturnsAtOnceDuringAndAfterTheFirst) {
     std::thread first([&] { task->perform(); });
     ASSERT_TRUE(started.wait());
     task->perform(); // would block on the gate if it ran the work again
-    EXPECT_EQ(task->status(), Status::processing);
+    EXPECT_EQ(task->taskDescription(), "Test Task (Processing)");
     release.open();
     first.join();
     task->perform();
@@ -183,39 +188,28 @@ TEST_F(TaskLifecycleTest, SecondPerformReturnsAtOnceDuringAndAfterTheFirst) {
               (std::vector<std::string>{statusNote, progressNote, statusNote, progressNote}));
 }
 
-TEST_F(TaskLifecycleTest, FailedWorkEndsCompletedWithItsError) {
-    auto task = BlockTask::make([](BlockTask&) { throw TaskError(TestTaskError::workFailed); });
+// Errors of every kind are kept in order of arrival; a block that succeeds adds none; a second
+// perform and a late cancel leave the completed task as it is.
+TEST_F(TaskLifecycleTest, FailedWorkEndsCompletedWithItsErrorsInOrder) {
+    auto task = BlockTask::make([](BlockTask& t) {
+        t.failable([] { throw TaskError(TestTaskError::stepFailed); });
+        t.failable([] {});
+        t.failable([] { throw std::runtime_error("Disk is full"); });
+        throw 42; // not a std::exception
+    });
     EXPECT_TRUE(task->isProgressIndeterminate());
     EXPECT_EQ(task->longDescription(), "Test Task (Pending)\nNo errors");
     EXPECT_EQ(task->errorListDescription(), "- No errors");
     task->perform();
-    task->cancel(); // a completed task stays completed
+    task->perform();
+    task->cancel();
 
     EXPECT_EQ(task->status(), Status::completed);
     EXPECT_EQ(task->progress(), 1.0);
     const auto errors = task->errors();
-    ASSERT_EQ(errors.size(), 1u);
-    EXPECT_EQ(AbstractTask::errorDescription(errors[0]), "Work failed");
-    EXPECT_EQ(AbstractTask::processError<TestTaskError>(errors[0]), TestTaskError::workFailed);
+    ASSERT_EQ(errors.size(), 3u);
+    EXPECT_EQ(AbstractTask::processError<TestTaskError>(errors[0]), TestTaskError::stepFailed);
     EXPECT_EQ(AbstractTask::processError<Status>(errors[0]), std::nullopt);
-    EXPECT_EQ(task->errorsDescription(), "1 error");
-    EXPECT_EQ(task->errorListDescription(), "- Work failed");
-    EXPECT_EQ(task->taskDescription(), "Test Task (Completed)");
-    EXPECT_EQ(AbstractTask::localizedDescription(Status::processing), "Processing");
-    EXPECT_EQ(AbstractTask::localizedDescription(Status::cancelled), "Cancelled");
-}
-
-TEST_F(TaskLifecycleTest, ErrorsOfAnyKindAreKeptInOrderOfArrival) {
-    auto task = BlockTask::make([](BlockTask& t) {
-        t.failable([] { throw TaskError(TestTaskError::stepFailed); });
-        t.failable([] {}); // a block that succeeds adds nothing
-        t.failable([] { throw std::runtime_error("Disk is full"); });
-        throw 42; // not a std::exception
-    });
-    task->perform();
-    task->perform();
-
-    ASSERT_EQ(task->errors().size(), 3u);
     EXPECT_EQ(task->errorsDescription(), "3 errors");
     EXPECT_EQ(task->errorListDescription(), "- Step failed\n- Disk is full\n- Unknown error");
     EXPECT_EQ(task->longDescription(), "Test Task (Completed)\n3 errors");
@@ -293,11 +287,7 @@ TEST_F(TaskLifecycleTest, ProgressStaysBetweenZeroAndOne) {
     task->setProgress(0.7);
     task->perform();
 
-    ASSERT_EQ(seenInWork.size(), 4u);
-    EXPECT_EQ(seenInWork[0], 0.0);
-    EXPECT_NEAR(seenInWork[1], 1.0, 1e-12);
-    EXPECT_EQ(seenInWork[2], 1.0);
-    EXPECT_EQ(seenInWork[3], 0.0);
+    EXPECT_THAT(seenInWork, ElementsAre(0.0, DoubleNear(1.0, 1e-12), 1.0, 0.0));
     EXPECT_EQ(task->progress(), 1.0);
 }
 

@@ -24,19 +24,15 @@ const TagName& name(const TagItem& item) {
 }
 
 TEST(AccessorGPSTest, LatitudeReadsTheMagnitudeWithItsReference) {
-    auto south =
-        editorWith({{&TagItem::itemEXIFGPSLatitude(), "45.5"}, {&TagItem::itemEXIFGPSLatitudeRef(), "S"}});
-    ASSERT_TRUE(EXIFAccessor(*south).exifGPSLatitude());
-    EXPECT_DOUBLE_EQ(EXIFAccessor(*south).exifGPSLatitude()->value(), -45.5);
-
-    auto noReference = editorWith({{&TagItem::itemEXIFGPSLatitude(), "45.5"}});
-    EXPECT_DOUBLE_EQ(EXIFAccessor(*noReference).exifGPSLatitude()->value(), 45.5);
-
-    auto negative = editorWith({{&TagItem::itemEXIFGPSLatitude(), "-45.5"}});
-    EXPECT_FALSE(EXIFAccessor(*negative).exifGPSLatitude()) << "the number tag holds a magnitude";
-
-    auto garbage = editorWith({{&TagItem::itemEXIFGPSLatitude(), "north"}});
-    EXPECT_FALSE(EXIFAccessor(*garbage).exifGPSLatitude());
+    const TagItem &number = TagItem::itemEXIFGPSLatitude(), &reference = TagItem::itemEXIFGPSLatitudeRef();
+    const auto latitude = [](const std::vector<std::pair<const TagItem*, std::string>>& values) {
+        return EXIFAccessor(*editorWith(values)).exifGPSLatitude();
+    };
+    ASSERT_TRUE(latitude({{&number, "45.5"}, {&reference, "S"}}));
+    EXPECT_DOUBLE_EQ(latitude({{&number, "45.5"}, {&reference, "S"}})->value(), -45.5);
+    EXPECT_DOUBLE_EQ(latitude({{&number, "45.5"}})->value(), 45.5) << "no reference";
+    EXPECT_FALSE(latitude({{&number, "-45.5"}})) << "the number tag holds a magnitude";
+    EXPECT_FALSE(latitude({{&number, "north"}}));
 
     auto west =
         editorWith({{&TagItem::itemEXIFGPSLongitude(), "75.5"}, {&TagItem::itemEXIFGPSLongitudeRef(), "W"}});

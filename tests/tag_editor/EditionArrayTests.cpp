@@ -52,12 +52,10 @@ TEST(EditionArrayTest, ConcurrentEditsReachTheHistoryAsOneBatch) {
 }
 
 TEST(EditionArrayTest, FamilyValuesCountOnlyWhenAllEditorsAgree) {
-    auto a = editorWith({{&TagItem::itemEXIFGPSLatitude(), "10"},
-                         {&TagItem::itemEXIFGPSLongitude(), "20"},
-                         {&TagItem::itemIPTCCity(), "Rome"}});
-    auto b = editorWith({{&TagItem::itemEXIFGPSLatitude(), "10"},
-                         {&TagItem::itemEXIFGPSLongitude(), "20"},
-                         {&TagItem::itemIPTCCity(), "Rome"}});
+    const std::vector<std::pair<const TagItem*, std::string>> read{{&TagItem::itemEXIFGPSLatitude(), "10"},
+                                                                   {&TagItem::itemEXIFGPSLongitude(), "20"},
+                                                                   {&TagItem::itemIPTCCity(), "Rome"}};
+    auto a = editorWith(read), b = editorWith(read);
     TagEditorArrayEditions both({a, b});
     auto location = both.location();
     ASSERT_TRUE(location);

@@ -26,6 +26,7 @@ using testing::errorTexts;
 using testing::importFiles;
 using testing::performed;
 using testing::sourcesOf;
+using testing::succeeded;
 
 TagName tag(const char* text) {
     return *TagName::fromRawValue(text);
@@ -45,8 +46,7 @@ TEST(CleanTagValuesTaskTest, RemovesOneFamilyOrAllFromFilesAndEditorsAndAFailure
     auto editors = importFiles(sourcesOf(photos));
     ASSERT_EQ(editors.size(), 2u);
 
-    auto task = performed(CleanTagValuesTask::create({{editors[0]}, {TagStream("XMP")}, {}, {}}));
-    EXPECT_TRUE(task->errors().empty()) << testing::errorTexts(*task).front();
+    succeeded(CleanTagValuesTask::create({{editors[0]}, {TagStream("XMP")}, {}, {}}));
     EXPECT_EQ(test::exifToolValue(photos[0], "XMP:Title"), "");
     EXPECT_EQ(test::exifToolValue(photos[0], "EXIF:Artist"), "A");
     EXPECT_EQ(test::exifToolValue(photos[0], "IPTC:Keywords"), "K");
@@ -56,10 +56,9 @@ TEST(CleanTagValuesTaskTest, RemovesOneFamilyOrAllFromFilesAndEditorsAndAFailure
 
     EXPECT_EQ(CleanTagValuesTask::cleanArguments(TagStream::allCases()), std::vector<std::string>{"-All="});
     performed(CleanTagValuesTask::create({{editors[1]}, TagStream::allCases(), {}, {}}));
-    for (const char* name : {"EXIF:Artist", "XMP:Title", "IPTC:Keywords"}) {
-        EXPECT_EQ(test::exifToolValue(photos[1], name), "") << name;
+    for (const char* name :
+         {"EXIF:Artist", "XMP:Title", "IPTC:Keywords"}) // the file's are the cleaner's test
         EXPECT_FALSE(editors[1]->currentValue(tag(name))) << name;
-    }
     // The file system's values stay in the editor, as they do in the file.
     EXPECT_TRUE(editors[1]->currentValue(tag("File:FileName")));
 
@@ -163,8 +162,7 @@ TEST(FolderImportGeotagTaskTest, InterpolatesTheTrackAtEachPhotosShiftedTime) {
     const auto modified = seconds(half);
 
     // The camera was a minute behind.
-    auto task = performed(FolderImportGeotagTask::create({folderEditor(photos), track, "+0:01:00", {}}));
-    EXPECT_TRUE(task->errors().empty()) << errorTexts(*task).front();
+    succeeded(FolderImportGeotagTask::create({folderEditor(photos), track, "+0:01:00", {}}));
     EXPECT_NEAR(number(half, "Composite:GPSLatitude"), 45.05, 1e-5);
     EXPECT_NEAR(number(half, "Composite:GPSLongitude"), 6.1, 1e-5);
     EXPECT_NEAR(number(quarter, "Composite:GPSLatitude"), 45.025, 1e-5);

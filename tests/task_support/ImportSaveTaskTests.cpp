@@ -5,14 +5,13 @@
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
-#include "corvane/utilities/KitSettings.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/Unwritable.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <map>
 
 namespace corvane {
@@ -23,6 +22,8 @@ using test::exifToolValue;
 using test::makeJPEG;
 using test::makeMOV;
 using test::TemporaryFolder;
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
 namespace fs = std::filesystem;
 
 TagName tag(const char* text) {
@@ -41,80 +42,41 @@ protected:
     TemporaryFolder folder;
 };
 
-TEST_F(ImportSaveTasks, roundTripOfEveryFamilyWithNonASCIITextAndClears) {
-    auto jpeg = makeJPEG(folder / "photo.jpg");
-    auto mov = makeMOV(folder / "clip.mov");
-    test::tagWithExifTool(jpeg, {"-EXIF:Copyright=Someone", "-XMP:Label=Old"});
-
-    const std::map<std::string, std::string> jpegValues = {
-        {"EXIF:Artist", "Zoë Åström — 東京"},
-        {"IPTC:Caption-Abstract", "Ünïcödé caption ✓"},
-        {"IPTC:Keywords", "été,hiver"},
-        {"XMP:Title", "Titre « français »"},
-    };
-    const std::map<std::string, std::string> movValues = {
-        {"QuickTime:Title", "Фильм 🎬"},
-        {"QuickTime:Artist", "Ærø"},
-    };
-
-    auto editors = importFiles(sourcesOf({jpeg, mov}));
-    ASSERT_EQ(editors.size(), 2u);
-    auto movEditor = editors[0], jpegEditor = editors[1];
-    ASSERT_EQ(jpegEditor->source().url(), jpeg);
-    for (const auto& [name, value] : jpegValues)
-        jpegEditor->setValue(value, tag(name.c_str()));
-    for (const auto& [name, value] : movValues)
-        movEditor->setValue(value, tag(name.c_str()));
-    // An empty value and a blank one both remove their tag.
-    jpegEditor->setValue(std::string(), tag("EXIF:Copyright"));
-    jpegEditor->setValue(std::string("   "), tag("XMP:Label"));
-    ASSERT_TRUE(jpegEditor->isEdited());
-    ASSERT_TRUE(movEditor->isEdited());
-
-    auto task = save({jpegEditor, movEditor});
-    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
-    EXPECT_EQ(task->status(), AbstractTask::Status::completed);
-    // Flushed before the write: the saved values are now the originals.
-    EXPECT_FALSE(jpegEditor->isEdited());
-    EXPECT_EQ(jpegEditor->originalValue(tag("EXIF:Artist")), jpegValues.at("EXIF:Artist"));
-    EXPECT_FALSE(jpegEditor->originalValue(tag("XMP:Label")));
-
-    // ExifTool itself sees the values, and a fresh import reads them back equal.
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), jpegValues.at("EXIF:Artist"));
-    EXPECT_EQ(exifToolValue(mov, "QuickTime:Title"), movValues.at("QuickTime:Title"));
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Copyright"), "");
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:Label"), "");
-    auto reread = importFiles(sourcesOf({jpeg, mov}));
-    ASSERT_EQ(reread.size(), 2u);
-    for (const auto& [name, value] : jpegValues)
-        EXPECT_EQ(reread[1]->originalValue(tag(name.c_str())), value) << name;
-    for (const auto& [name, value] : movValues)
-        EXPECT_EQ(reread[0]->originalValue(tag(name.c_str())), value) << name;
-    // IPTC written without a declared character set is declared UTF-8.
-    EXPECT_EQ(exifToolValue(jpeg, "IPTC:CodedCharacterSet"), "UTF8");
-}
-
-TEST_F(ImportSaveTasks, fileNamesOfEveryDifficultKind) {
+// One save writes every editor of a batch, photos of every difficult name beside a movie, and
+// flushes the editors before the write, so the saved values become their originals. The values of
+// every family, clears and character sets are the writer's own tests.
+TEST_F(ImportSaveTasks, aBatchOfDifficultNamesIsSavedFlushedAndReadBack) {
     const std::vector<std::string> names = {"with space.jpg",    "-leading-dash.jpg",  "quote'\"both.jpg",
                                             "ünïcødé 東京.jpg",  "semi;amp&pipe|.jpg", "dollar $HOME `x`.jpg",
                                             "back\\slash.jpg",   "line\nbreak.jpg",    "UPPER.JPG",
-                                            "percent%20=eq.jpg", "#hash*star?.jpg",    "tab\there.jpg"};
+                                            "percent%20=eq.jpg", "#hash*star?.jpg",    "tab\there.jpg",
+                                            "clip.mov"};
     std::vector<fs::path> paths;
     for (const auto& name : names)
-        paths.push_back(makeJPEG(folder / name));
+        paths.push_back(name.ends_with(".mov") ? makeMOV(folder / name) : makeJPEG(folder / name));
+    test::tagWithExifTool(paths[0], {"-EXIF:Copyright=Someone"});
+    const auto tagOf = [](const fs::path& path) {
+        return tag(path.extension() == ".mov" ? "QuickTime:Title" : "EXIF:Artist");
+    };
+    const auto valueOf = [](const fs::path& path) { return "Zoë — " + path.filename().string(); };
 
     auto editors = importFiles(sourcesOf(paths));
     ASSERT_EQ(editors.size(), names.size());
-    for (const auto& editor : editors)
-        editor->setValue("Name: " + editor->source().url().filename().string(), tag("EXIF:Artist"));
-    auto task = save(editors);
-    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
-
-    auto reread = importFiles(sourcesOf(paths));
-    ASSERT_EQ(reread.size(), names.size());
-    for (const auto& editor : reread)
-        EXPECT_EQ(editor->originalValue(tag("EXIF:Artist")),
-                  "Name: " + editor->source().url().filename().string())
+    for (const auto& editor : editors) {
+        editor->setValue(valueOf(editor->source().url()), tagOf(editor->source().url()));
+        if (editor->source().url() == paths[0]) editor->setValue(std::string("   "), tag("EXIF:Copyright"));
+    }
+    auto task = succeeded(save(editors));
+    EXPECT_EQ(task->status(), AbstractTask::Status::completed);
+    for (const auto& editor : editors) {
+        EXPECT_FALSE(editor->isEdited()) << editor->source().url();
+        EXPECT_EQ(editor->originalValue(tagOf(editor->source().url())), valueOf(editor->source().url()));
+        EXPECT_FALSE(editor->originalValue(tag("EXIF:Copyright"))) << "a blank value removes the tag";
+    }
+    EXPECT_EQ(exifToolValue(paths[0], "EXIF:Copyright"), "");
+    EXPECT_EQ(exifToolValue(paths.back(), "QuickTime:Title"), valueOf(paths.back()));
+    for (const auto& editor : importFiles(sourcesOf(paths)))
+        EXPECT_EQ(editor->originalValue(tagOf(editor->source().url())), valueOf(editor->source().url()))
             << editor->source().url();
 }
 
@@ -125,18 +87,15 @@ TEST_F(ImportSaveTasks, corruptFileInABatch) {
     auto bad = test::writeBytes(folder / "bad.jpg", {});
 
     // Strict: one process for the batch, so one error and no editor at all.
-    ImportTagEditorsTask::Settings strictSettings(sourcesOf({good1, bad, good2}));
-    auto strict = performed(ImportTagEditorsTask::create(strictSettings));
+    auto strict = performed(
+        ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sourcesOf({good1, bad, good2}))));
     EXPECT_EQ(strict->errors().size(), 1u);
     EXPECT_TRUE(strict->importedEditors().empty());
-    EXPECT_EQ(strict->status(), AbstractTask::Status::completed);
-    EXPECT_DOUBLE_EQ(strict->progress(), 1.0);
 
     // Ignoring minor errors: no error, and the good files come in with their tags.
     ImportTagEditorsTask::Settings lenientSettings(sourcesOf({good1, bad, good2}));
     lenientSettings.ignoreMinorErrors = true;
-    auto lenient = performed(ImportTagEditorsTask::create(lenientSettings));
-    EXPECT_TRUE(lenient->errors().empty()) << lenient->errorListDescription();
+    auto lenient = succeeded(ImportTagEditorsTask::create(lenientSettings));
     std::vector<fs::path> urls;
     for (const auto& editor : lenient->importedEditors())
         if (editor->originalValue(tag("File:FileType")) == "JPEG") urls.push_back(editor->source().url());
@@ -150,17 +109,14 @@ TEST_F(ImportSaveTasks, corruptFileInABatch) {
     for (const auto& editor : editors)
         editor->setValue(std::string("Strict"), tag("EXIF:Artist"));
     auto strictSave = save(editors, false);
-    ASSERT_EQ(strictSave->errors().size(), 1u);
-    EXPECT_EQ(errorTexts(*strictSave)[0].rfind(defect.string() + ": ", 0), 0u)
-        << "the error names the file: " << errorTexts(*strictSave)[0];
+    EXPECT_THAT(errorTexts(*strictSave), ElementsAre(StartsWith(defect.string() + ": "))) << "names the file";
     EXPECT_NE(exifToolValue(defect, "EXIF:Artist"), "Strict");
     // The edits aren't put back after a failed write.
     EXPECT_FALSE(editors[1]->isEdited());
 
     for (const auto& editor : editors)
         editor->setValue(std::string("Lenient"), tag("EXIF:Artist"));
-    auto lenientSave = save(editors); // absent counts as true when saving
-    EXPECT_TRUE(lenientSave->errors().empty()) << lenientSave->errorListDescription();
+    succeeded(save(editors)); // absent counts as true when saving
     EXPECT_EQ(exifToolValue(good1, "EXIF:Artist"), "Lenient");
     EXPECT_EQ(exifToolValue(defect, "EXIF:Artist"), "Lenient");
 
@@ -176,7 +132,6 @@ TEST_F(ImportSaveTasks, corruptFileInABatch) {
         editor->setValue(std::string("Batch"), tag("EXIF:Artist"));
     auto batch = save(editors);
     EXPECT_EQ(errorTexts(*batch), std::vector<std::string>{cut.string() + ": Corrupted JPEG image"});
-    EXPECT_NE(batch->errorListDescription().find(cut.string() + ": Corrupted JPEG image"), std::string::npos);
     using Status = ETTagStorageWriter::FileOutcome::Status;
     std::map<fs::path, Status> outcomes;
     for (const auto& outcome : batch->fileOutcomes())
@@ -196,17 +151,12 @@ TEST_F(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
         test::Unwritable guard(locked);
         if (!guard.ok()) GTEST_SKIP() << "can't make a file read-only on this volume";
         editors[0]->setValue(std::string("Nobody"), tag("EXIF:Artist"));
-        auto task = save(editors);
-        EXPECT_EQ(task->errors().size(), 1u) << task->errorListDescription();
-        EXPECT_EQ(errorTexts(*task).front().rfind(locked.string() + ": ", 0), 0u) << "names the file";
-        EXPECT_EQ(task->status(), AbstractTask::Status::completed);
+        EXPECT_THAT(errorTexts(*save(editors)), ElementsAre(StartsWith(locked.string() + ": ")))
+            << "names the file";
         EXPECT_EQ(fileBytes(locked), before);
     }
-    // No temporary file of ExifTool's was left behind.
-    std::size_t entries = 0;
-    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(sub))
-        ++entries;
-    EXPECT_EQ(entries, 1u);
+    EXPECT_EQ(std::distance(fs::directory_iterator(sub), fs::directory_iterator()), 1)
+        << "no temporary file of ExifTool's is left behind";
 }
 
 // A photo library that authorises or refuses, and records what it was asked.
@@ -254,23 +204,19 @@ TEST_F(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
         PhotoLibraryGuard guard(present ? std::make_shared<RecordingLibrary>(false) : nullptr);
         auto editors = makeEditors();
         auto task = save(editors);
-        ASSERT_EQ(task->errors().size(), 1u);
+        ASSERT_EQ(errorTexts(*task), std::vector<std::string>{"Unauthorized access"});
         EXPECT_EQ(AbstractTask::processError<SaveTagEditorsTask::ProcessError>(task->errors()[0]),
                   SaveTagEditorsTask::ProcessError::unauthorizedAccess);
-        EXPECT_EQ(errorTexts(*task)[0], "Unauthorized access");
-        // Nothing written, nothing flushed.
-        EXPECT_EQ(fileBytes(assetFile), assetBytes);
-        EXPECT_EQ(fileBytes(plainFile), plainBytes);
-        EXPECT_TRUE(editors[0]->isEdited());
-        EXPECT_TRUE(editors[1]->isEdited());
+        EXPECT_TRUE(fileBytes(assetFile) == assetBytes && fileBytes(plainFile) == plainBytes)
+            << "nothing written";
+        EXPECT_TRUE(editors[0]->isEdited() && editors[1]->isEdited()) << "nothing flushed";
     }
 
     // An authorised library gets the asset copied out, written, and then replaced.
     auto library = std::make_shared<RecordingLibrary>(true);
     PhotoLibraryGuard guard(library);
     auto editors = makeEditors();
-    auto task = save(editors);
-    EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
+    succeeded(save(editors));
     EXPECT_EQ(library->authorizationRequests, 1);
     EXPECT_EQ(library->artistsAtReplacement, std::vector<std::string>{"Asset artist"});
     EXPECT_EQ(fileBytes(assetFile), assetBytes); // the asset's own file isn't written in place
@@ -281,11 +227,10 @@ TEST_F(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
 TEST_F(ImportSaveTasks, unsupportedEditorsMissingEnginesAndEmptyLists) {
     auto file = makeJPEG(folder / "a.jpg");
     const std::string bytes = fileBytes(file);
-    auto& kit = KitSettings::shared();
-    const EngineOption saved = kit.engineOption();
-    kit.setEngineOption(EngineOption());
-    auto none = performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sourcesOf({file}))));
-    kit.setEngineOption(saved);
+    auto none = [&] {
+        EngineGuard noEngine{EngineOption()};
+        return performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sourcesOf({file}))));
+    }();
     EXPECT_EQ(errorTexts(*none), std::vector<std::string>{"Engine is not available"});
     EXPECT_TRUE(none->importedEditors().empty());
 
@@ -295,13 +240,11 @@ TEST_F(ImportSaveTasks, unsupportedEditorsMissingEnginesAndEmptyLists) {
     plain->setValue(std::string("Y"), tag("EXIF:Artist"));
 
     auto task = save({et, plain});
-    ASSERT_EQ(task->errors().size(), 1u);
-    EXPECT_EQ(errorTexts(*task)[0], "Editor is not supported");
+    EXPECT_EQ(errorTexts(*task), std::vector<std::string>{"Editor is not supported"});
     EXPECT_TRUE(et->isEdited());
     EXPECT_EQ(fileBytes(file), bytes);
 
-    auto empty = save({});
-    EXPECT_TRUE(empty->errors().empty());
+    auto empty = succeeded(save({}));
     EXPECT_EQ(empty->status(), AbstractTask::Status::completed);
 
 #ifdef CORVANE_HAVE_EXIV2
@@ -309,8 +252,7 @@ TEST_F(ImportSaveTasks, unsupportedEditorsMissingEnginesAndEmptyLists) {
     auto other = makeJPEG(folder / "b.jpg");
     auto cg = CGTagEditor::create(importFiles(sourcesOf({other})).at(0)->storage());
     cg->setValue(std::string("In process"), tag("EXIF:Artist"));
-    auto mixed = save({cg, et});
-    EXPECT_TRUE(mixed->errors().empty()) << mixed->errorListDescription();
+    succeeded(save({cg, et}));
     EXPECT_EQ(exifToolValue(other, "EXIF:Artist"), "In process");
     EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "X");
 #endif
@@ -338,8 +280,7 @@ TEST_F(ImportSaveTasks, folderImport) {
         settings.unfoldFolders = unfold;
         settings.unfoldRecursively = recursive;
         settings.allowedTypes = std::move(allowed);
-        auto task = performed(ImportTagEditorsTask::create(std::move(settings)));
-        EXPECT_TRUE(task->errors().empty()) << task->errorListDescription();
+        auto task = succeeded(ImportTagEditorsTask::create(std::move(settings)));
         return task;
     };
 
@@ -370,8 +311,7 @@ TEST_F(ImportSaveTasks, sourceEditorsAreReloadedAndKeepTheirEdits) {
 
     ImportTagEditorsTask::Settings settings(sourcesOf({file}));
     settings.sourceEditors = {editor};
-    auto task = performed(ImportTagEditorsTask::create(std::move(settings)));
-    EXPECT_TRUE(task->errors().empty());
+    auto task = succeeded(ImportTagEditorsTask::create(std::move(settings)));
     EXPECT_EQ(editor->originalValue(tag("EXIF:Artist")), "Changed outside");
     EXPECT_EQ(editor->writtenValue(tag("XMP:Title")), "Pending");
 }
@@ -380,39 +320,28 @@ TEST_F(ImportSaveTasks, sourceEditorsAreReloadedAndKeepTheirEdits) {
 // The in-process engine on the task's eight-wide queue: every file is read into its own editor, a
 // file that can't be read costs only its own error, and the editors are saved in process.
 TEST_F(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
+    // One ExifTool run gives each file its own name as its artist.
     std::vector<fs::path> files;
-    std::ofstream csv(folder / "artists.csv");
-    csv << "SourceFile,EXIF:Artist\n";
+    std::vector<std::string> tagging = {"-overwrite_original", "-EXIF:Artist<FileName"};
     for (int i = 0; i < 12; ++i) {
         files.push_back(makeJPEG(folder / ("f" + std::to_string(10 + i) + ".jpg")));
-        csv << files.back().string() << ",Artist " << i << "\n";
+        tagging.push_back(files.back().string());
     }
-    csv.close();
-    // One ExifTool run gives each file its own value.
-    std::vector<std::string> tagging = {"-overwrite_original", "-csv=" + (folder / "artists.csv").string()};
-    for (const auto& file : files)
-        tagging.push_back(file.string());
     ASSERT_EQ(test::runExifTool(tagging).exitCode, 0);
-    fs::remove(folder / "artists.csv");
     const auto corrupt = test::writeBytes(folder / "corrupt.jpg", {0xFF, 0xD8, 0xFF, 0xE1, 0x00});
     auto sources = sourcesOf(files);
     sources.emplace_back(corrupt);
     sources.emplace_back(folder.path());
 
-    auto& kit = KitSettings::shared();
-    const EngineOption saved = kit.engineOption();
-    kit.setEngineOption(EngineOption::coreImage());
+    EngineGuard inProcess{EngineOption::coreImage()};
     auto task = performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(sources)));
-    auto editors = task->importedEditors();
-    std::sort(editors.begin(), editors.end(),
-              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    auto editors = sortedEditors(*task);
     std::vector<std::optional<std::string>> read;
     for (auto& editor : editors) {
         read.push_back(editor->originalValue(tag("EXIF:Artist")));
         editor->setValue("Saved " + editor->source().url().stem().string(), tag("EXIF:Artist"));
     }
     auto saving = save(editors);
-    kit.setEngineOption(saved);
 
     // The folder can't be opened by this engine, nor the damaged file; the others are read.
     auto errors = errorTexts(*task);
@@ -422,7 +351,7 @@ TEST_F(ImportSaveTasks, inProcessEngineImportsAndSavesFileByFile) {
     ASSERT_EQ(editors.size(), files.size());
     for (std::size_t i = 0; i < files.size(); ++i) {
         EXPECT_TRUE(std::dynamic_pointer_cast<CGTagEditor>(editors[i])) << files[i];
-        EXPECT_EQ(read[i], "Artist " + std::to_string(i));
+        EXPECT_EQ(read[i], files[i].filename().string());
         EXPECT_EQ(editors[i]->originalValue(tag("EXIF:Artist")), "Saved " + files[i].stem().string());
         EXPECT_EQ(exifToolValue(files[i], "EXIF:Artist"), "Saved " + files[i].stem().string());
     }

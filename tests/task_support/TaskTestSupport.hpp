@@ -5,7 +5,10 @@
 #include "corvane/tag_editor/TagEditor.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
+#include "corvane/utilities/KitSettings.hpp"
 #include "support/FileBytes.hpp"
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -24,15 +27,26 @@ template <class T> std::shared_ptr<T> performed(std::shared_ptr<T> task) {
     return task;
 }
 
+// The editors an import made, in the order of their files' paths.
+inline std::vector<std::shared_ptr<TagEditor>> sortedEditors(const ImportTagEditorsTask& task) {
+    auto editors = task.importedEditors();
+    std::sort(editors.begin(), editors.end(),
+              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    return editors;
+}
+
+// Runs a task as `performed` does and expects it to end without an error.
+template <class T> std::shared_ptr<T> succeeded(std::shared_ptr<T> task) {
+    performed(task);
+    EXPECT_TRUE(task->errors().empty()) << task->longDescription();
+    return task;
+}
+
 inline std::vector<std::shared_ptr<TagEditor>> importFiles(std::vector<TagStorageSource> sources,
                                                            std::optional<bool> ignoreMinorErrors = {}) {
     ImportTagEditorsTask::Settings settings(std::move(sources));
     settings.ignoreMinorErrors = ignoreMinorErrors;
-    auto task = performed(ImportTagEditorsTask::create(std::move(settings)));
-    auto editors = task->importedEditors();
-    std::sort(editors.begin(), editors.end(),
-              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
-    return editors;
+    return sortedEditors(*performed(ImportTagEditorsTask::create(std::move(settings))));
 }
 
 inline std::vector<TagStorageSource> sourcesOf(const std::vector<std::filesystem::path>& paths) {
@@ -41,6 +55,13 @@ inline std::vector<TagStorageSource> sourcesOf(const std::vector<std::filesystem
         sources.emplace_back(path);
     return sources;
 }
+
+// Engines are read when a task is made; this puts them back after a test that narrows them.
+struct EngineGuard {
+    EngineOption saved = KitSettings::shared().engineOption();
+    explicit EngineGuard(EngineOption option) { KitSettings::shared().setEngineOption(option); }
+    ~EngineGuard() { KitSettings::shared().setEngineOption(saved); }
+};
 
 using test::fileBytes;
 

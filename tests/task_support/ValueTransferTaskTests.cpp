@@ -12,8 +12,8 @@
 #include "corvane/task_support/ImportTagValuesTask.hpp"
 #include "corvane/task_support/SyncSidecarFilesTask.hpp"
 #include "corvane/task_support/SyncTagValuesTask.hpp"
-#include "corvane/utilities/KitSettings.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -26,11 +26,15 @@ namespace fs = std::filesystem;
 using test::exifToolValue;
 using test::makeJPEG;
 using test::tagWithExifTool;
+using ::testing::ElementsAre;
+using testing::EngineGuard;
 using testing::errorTexts;
 using testing::fileBytes;
+using ::testing::HasSubstr;
 using testing::importFiles;
 using testing::performed;
 using testing::sourcesOf;
+using testing::succeeded;
 
 // The tags ExifTool reads in a file, by "Family:Key", in one run.
 nlohmann::json tagsOf(const fs::path& file) {
@@ -54,13 +58,6 @@ template <class E> std::optional<E> onlyError(const AbstractTask& task) {
     return AbstractTask::processError<E>(task.errors().front());
 }
 
-// Engines are read when a task is made; this puts them back after a test that narrows them.
-struct EngineGuard {
-    EngineOption saved = KitSettings::shared().engineOption();
-    explicit EngineGuard(EngineOption option) { KitSettings::shared().setEngineOption(option); }
-    ~EngineGuard() { KitSettings::shared().setEngineOption(saved); }
-};
-
 class ValueTransferTasks : public ::testing::Test {
 protected:
     test::TemporaryFolder folder{"corvane-transfer"};
@@ -71,82 +68,69 @@ protected:
 TEST_F(ValueTransferTasks, badSettingsGetTheirErrorInTheOrderOfTheChecks) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     auto editors = importFiles(sourcesOf({jpeg}));
-    using ImportError = ImportTagValuesTask::ProcessError;
+    using IE = ImportTagValuesTask::ProcessError;
     auto importing = [&](std::optional<TagStorageSource> source) {
-        return performed(
-            ImportTagValuesTask::create(ImportTagValuesTask::Settings(editors, std::move(source))));
+        return performed(ImportTagValuesTask::create({editors, std::move(source)}));
     };
-    EXPECT_EQ(onlyError<ImportError>(*importing(std::nullopt)), ImportError::sourceURLIsMissing);
-    EXPECT_EQ(onlyError<ImportError>(*importing(TagStorageSource(folder / "a.unknownext"))),
-              ImportError::sourceTypeIsUnknown);
+    EXPECT_EQ(onlyError<IE>(*importing(std::nullopt)), IE::sourceURLIsMissing);
+    EXPECT_EQ(onlyError<IE>(*importing(TagStorageSource(folder / "a.unknownext"))), IE::sourceTypeIsUnknown);
     EXPECT_EQ(errorTexts(*importing(std::nullopt)).front(), "Sidecar URL is missing");
 
-    using ExportError = ExportTagValuesTask::ProcessError;
+    using XE = ExportTagValuesTask::ProcessError;
     auto exporting = [&](std::optional<std::string> type) {
-        return performed(
-            ExportTagValuesTask::create(ExportTagValuesTask::Settings(editors, std::move(type))));
+        return performed(ExportTagValuesTask::create({editors, std::move(type)}));
     };
-    EXPECT_EQ(onlyError<ExportError>(*exporting(std::nullopt)), ExportError::sidecarTypeIsMissing);
-    EXPECT_EQ(onlyError<ExportError>(*exporting("jpg")), ExportError::sidecarTypeIsUnknown);
-    EXPECT_EQ(onlyError<ExportError>(*exporting("nothing")), ExportError::sidecarTypeIsUnknown);
+    EXPECT_EQ(onlyError<XE>(*exporting(std::nullopt)), XE::sidecarTypeIsMissing);
+    EXPECT_EQ(onlyError<XE>(*exporting("jpg")), XE::sidecarTypeIsUnknown);
+    EXPECT_EQ(onlyError<XE>(*exporting("nothing")), XE::sidecarTypeIsUnknown);
 
-    using SyncError = SyncSidecarFilesTask::ProcessError;
+    using SE = SyncSidecarFilesTask::ProcessError;
     auto syncing = [&](std::optional<std::string> type) {
         SyncSidecarFilesTask::Settings settings(editors, SyncSidecarFilesTask::Action::exportSidecar);
         settings.sidecarType = std::move(type);
         return performed(SyncSidecarFilesTask::create(std::move(settings)));
     };
-    EXPECT_EQ(onlyError<SyncError>(*syncing("nothing")), SyncError::sidecarTypeIsMissing);
-    EXPECT_EQ(onlyError<SyncError>(*syncing("jpg")), SyncError::sidecarTypeIsUnknown);
+    EXPECT_EQ(onlyError<SE>(*syncing("nothing")), SE::sidecarTypeIsMissing);
+    EXPECT_EQ(onlyError<SE>(*syncing("jpg")), SE::sidecarTypeIsUnknown);
 
-    using TableError = ImportCSVTableTask::ProcessError;
+    using TE = ImportCSVTableTask::ProcessError;
     auto table = [&](const std::string& fileName, const std::string& text) {
         const fs::path url = folder / fileName;
         std::ofstream(url) << text;
         return performed(ImportCSVTableTask::create(ImportCSVTableTask::Settings(editors, url)));
     };
-    EXPECT_EQ(onlyError<TableError>(*performed(ImportCSVTableTask::create({editors, std::nullopt}))),
-              TableError::sourceIsMissing);
-    EXPECT_EQ(onlyError<TableError>(*table("t.txt", "File:FileName,File:FilePath\n")),
-              TableError::tableTypeIsUnknown);
-    EXPECT_EQ(onlyError<TableError>(*performed(ImportCSVTableTask::create({editors, folder / "none.csv"}))),
-              TableError::inputStreamIsMissing);
-    EXPECT_EQ(onlyError<TableError>(*table("n.csv", "File:FilePath,EXIF:Artist\n")),
-              TableError::nameTagIsMissing);
-    EXPECT_EQ(onlyError<TableError>(*table("p.csv", "File:FileName,EXIF:Artist,Not a tag\n")),
-              TableError::pathTagIsMissing);
+    EXPECT_EQ(onlyError<TE>(*performed(ImportCSVTableTask::create({editors, std::nullopt}))),
+              TE::sourceIsMissing);
+    EXPECT_EQ(onlyError<TE>(*table("t.txt", "File:FileName,File:FilePath\n")), TE::tableTypeIsUnknown);
+    EXPECT_EQ(onlyError<TE>(*performed(ImportCSVTableTask::create({editors, folder / "none.csv"}))),
+              TE::inputStreamIsMissing);
+    EXPECT_EQ(onlyError<TE>(*table("n.csv", "File:FilePath,EXIF:Artist\n")), TE::nameTagIsMissing);
+    EXPECT_EQ(onlyError<TE>(*table("p.csv", "File:FileName,EXIF:Artist,Not a tag\n")), TE::pathTagIsMissing);
     EXPECT_EQ(errorTexts(*table("u.txt", "")).front(), "Table type is uknown");
 
-    using ExportTableError = ExportCSVTableTask::ProcessError;
+    using XTE = ExportCSVTableTask::ProcessError;
     auto exportTable = [&](std::optional<fs::path> url) {
-        return performed(
-            ExportCSVTableTask::create(ExportCSVTableTask::Settings(editors, {}, std::move(url))));
+        return performed(ExportCSVTableTask::create({editors, {}, std::move(url)}));
     };
-    EXPECT_EQ(onlyError<ExportTableError>(*exportTable(std::nullopt)),
-              ExportTableError::destinationIsMissing);
-    EXPECT_EQ(onlyError<ExportTableError>(*exportTable(folder / "t.txt")),
-              ExportTableError::tableTypeIsUnknown);
-    EXPECT_EQ(onlyError<ExportTableError>(*exportTable(folder / "no" / "folder" / "t.csv")),
-              ExportTableError::streamIsMissing);
+    EXPECT_EQ(onlyError<XTE>(*exportTable(std::nullopt)), XTE::destinationIsMissing);
+    EXPECT_EQ(onlyError<XTE>(*exportTable(folder / "t.txt")), XTE::tableTypeIsUnknown);
+    EXPECT_EQ(onlyError<XTE>(*exportTable(folder / "no" / "folder" / "t.csv")), XTE::streamIsMissing);
 
     // Without ExifTool: the engine is the first check of the sync tasks; the import keeps its own
     // sidecars and takes no media file, which is then an unknown type, not a missing engine.
     {
         EngineGuard guard(EngineOption::coreImage());
-        EXPECT_EQ(onlyError<SyncError>(*syncing("nothing")), SyncError::engineIsNotAvailable);
-        auto copy = performed(SyncTagValuesTask::create(SyncTagValuesTask::Settings(editors, {})));
-        EXPECT_EQ(onlyError<SyncTagValuesTask::ProcessError>(*copy),
-                  SyncTagValuesTask::ProcessError::engineIsNotAvailable);
-        EXPECT_EQ(onlyError<ImportError>(*importing(TagStorageSource(jpeg))),
-                  ImportError::sourceTypeIsUnknown);
-        EXPECT_EQ(onlyError<ExportError>(*exporting("XMP")), ExportError::sidecarTypeIsUnknown);
+        EXPECT_EQ(onlyError<SE>(*syncing("nothing")), SE::engineIsNotAvailable);
+        using CE = SyncTagValuesTask::ProcessError;
+        EXPECT_EQ(onlyError<CE>(*performed(SyncTagValuesTask::create({editors, {}}))),
+                  CE::engineIsNotAvailable);
+        EXPECT_EQ(onlyError<IE>(*importing(TagStorageSource(jpeg))), IE::sourceTypeIsUnknown);
+        EXPECT_EQ(onlyError<XE>(*exporting("XMP")), XE::sidecarTypeIsUnknown);
         EXPECT_FALSE(ImportTagValuesTask::canImportSource(jpeg));
         EXPECT_TRUE(ImportTagValuesTask::canImportSource(folder / "a.json"));
-        auto exportedJSON = exporting("JSON");
-        EXPECT_TRUE(exportedJSON->errors().empty()) << exportedJSON->longDescription();
+        EXPECT_EQ(errorTexts(*exporting("JSON")), std::vector<std::string>{});
         EXPECT_TRUE(fs::exists(folder / "a.json"));
-        auto importedJSON = importing(TagStorageSource(folder / "a.json"));
-        EXPECT_TRUE(importedJSON->errors().empty()) << importedJSON->longDescription();
+        EXPECT_EQ(errorTexts(*importing(TagStorageSource(folder / "a.json"))), std::vector<std::string>{});
     }
     EXPECT_TRUE(fs::exists(jpeg));
     EXPECT_FALSE(editors.front()->isEdited());
@@ -166,8 +150,7 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
         SCOPED_TRACE(type);
         ExportTagValuesTask::Settings exportSettings(source, type);
         exportSettings.destinationURL = folder / ("out-" + type);
-        auto exported = performed(ExportTagValuesTask::create(exportSettings));
-        ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+        succeeded(ExportTagValuesTask::create(exportSettings));
         const fs::path sidecar = folder / ("out-" + type) / ("source." + type);
         ASSERT_TRUE(fs::exists(sidecar));
         // Only the finished sidecar is left in the folder.
@@ -176,11 +159,8 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
         auto png = test::makePNG(folder / ("to-" + type + ".png"));
         auto mov = test::makeMOV(folder / ("to-" + type + ".mov"));
         auto targets = importFiles(sourcesOf({png, mov}));
-        auto imported = performed(
-            ImportTagValuesTask::create(ImportTagValuesTask::Settings(targets, TagStorageSource(sidecar))));
-        ASSERT_TRUE(imported->errors().empty()) << imported->longDescription();
-        auto saved = performed(SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(targets)));
-        ASSERT_TRUE(saved->errors().empty()) << saved->longDescription();
+        succeeded(ImportTagValuesTask::create({targets, TagStorageSource(sidecar)}));
+        succeeded(SaveTagEditorsTask::create(SaveTagEditorsTask::Settings(targets)));
         const auto pngTags = tagsOf(png);
         if (type == "exif") {
             // An EXIF file holds EXIF alone, which a PNG takes and a movie doesn't.
@@ -200,11 +180,8 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
     // An ICC file is the file's own profile: a file without one gets an error naming the sidecar.
     ExportTagValuesTask::Settings icc(source, "icc");
     icc.destinationURL = folder / "out-icc";
-    auto failed = performed(ExportTagValuesTask::create(icc));
-    ASSERT_EQ(failed->errors().size(), 1u) << failed->longDescription();
-    EXPECT_NE(errorTexts(*failed).front().find((folder / "out-icc" / "source.icc").string()),
-              std::string::npos)
-        << errorTexts(*failed).front();
+    EXPECT_THAT(errorTexts(*performed(ExportTagValuesTask::create(icc))),
+                ElementsAre(HasSubstr((folder / "out-icc" / "source.icc").string())));
     EXPECT_FALSE(fs::exists(folder / "out-icc" / "source.icc"));
 
     // A file with a profile gives it byte for byte, which ExifTool reads as an ICC file.
@@ -213,8 +190,7 @@ TEST_F(ValueTransferTasks, aPhotosTagsReachOtherFormatsThroughEverySidecarType) 
     fs::copy_file(withProfile, folder / "profiled.jpg");
     ExportTagValuesTask::Settings real(importFiles(sourcesOf({folder / "profiled.jpg"})), "icc");
     real.destinationURL = folder / "out-icc";
-    auto exported = performed(ExportTagValuesTask::create(real));
-    ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+    succeeded(ExportTagValuesTask::create(real));
     const auto profile =
         test::runExifTool({"-b", "-ICC_Profile", (folder / "profiled.jpg").string()}).standardOutput;
     EXPECT_EQ(fileBytes(folder / "out-icc" / "profiled.icc"), profile);
@@ -234,13 +210,11 @@ TEST_F(ValueTransferTasks, sidecarNamesAndExclusionsAreDeterministic) {
     for (int round = 0; round < 3; ++round) {
         ExportTagValuesTask::Settings settings(editors, "JSON");
         settings.destinationURL = folder / "together";
-        auto task = performed(ExportTagValuesTask::create(settings));
-        ASSERT_TRUE(task->errors().empty()) << task->longDescription();
+        succeeded(ExportTagValuesTask::create(settings));
         EXPECT_NE(fileBytes(folder / "together" / "photo.json").find("second"), std::string::npos);
         EXPECT_EQ(fileBytes(folder / "together" / "photo.json").find("first"), std::string::npos);
     }
-    auto beside = performed(ExportTagValuesTask::create(ExportTagValuesTask::Settings({editors[0]}, "XMP")));
-    ASSERT_TRUE(beside->errors().empty()) << beside->longDescription();
+    succeeded(ExportTagValuesTask::create(ExportTagValuesTask::Settings({editors[0]}, "XMP")));
     EXPECT_TRUE(fs::exists(folder / "a" / "photo.xmp"));
     EXPECT_FALSE(fs::exists(folder / "a" / "photo.XMP"));
 
@@ -248,8 +222,7 @@ TEST_F(ValueTransferTasks, sidecarNamesAndExclusionsAreDeterministic) {
     ImportTagValuesTask::Settings settings({editors[0]}, TagStorageSource(second));
     settings.excludedTagStreams = {TagStream::streamEXIF};
     settings.excludedTagNames = {name("IPTC:City")};
-    auto imported = performed(ImportTagValuesTask::create(settings));
-    ASSERT_TRUE(imported->errors().empty()) << imported->longDescription();
+    succeeded(ImportTagValuesTask::create(settings));
     EXPECT_EQ(editors[0]->currentValue(name("XMP:Title")), "second");
     EXPECT_EQ(editors[0]->currentValue(name("EXIF:Artist")), "first");
     EXPECT_FALSE(editors[0]->currentValue(name("IPTC:City")));
@@ -269,15 +242,13 @@ TEST_F(ValueTransferTasks, aFolderSyncsToXMPSidecarsAndBack) {
     auto editors = importFiles(sourcesOf(photos));
     SyncSidecarFilesTask::Settings exportSettings(editors, SyncSidecarFilesTask::Action::exportSidecar);
     exportSettings.sidecarType = "XMP";
-    auto exported = performed(SyncSidecarFilesTask::create(exportSettings));
-    ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+    succeeded(SyncSidecarFilesTask::create(exportSettings));
     for (int i = 0; i < 4; ++i)
         ASSERT_EQ(exifToolValue(folder / ("p" + std::to_string(i) + ".xmp"), "XMP:Title"),
                   "title " + std::to_string(i));
 
     // Exporting again would overwrite: ExifTool refuses, and the refusal is the task's error.
-    auto again = performed(SyncSidecarFilesTask::create(exportSettings));
-    EXPECT_FALSE(again->errors().empty());
+    EXPECT_FALSE(performed(SyncSidecarFilesTask::create(exportSettings))->errors().empty());
     EXPECT_EQ(exifToolValue(folder / "p0.xmp", "XMP:Title"), "title 0");
 
     for (int i = 0; i < 3; ++i)
@@ -289,14 +260,10 @@ TEST_F(ValueTransferTasks, aFolderSyncsToXMPSidecarsAndBack) {
     SyncSidecarFilesTask::Settings importSettings(editors, SyncSidecarFilesTask::Action::importSidecar);
     importSettings.sidecarType = "xmp";
     auto imported = performed(SyncSidecarFilesTask::create(importSettings));
-    ASSERT_EQ(imported->errors().size(), 1u) << imported->longDescription();
-    EXPECT_NE(errorTexts(*imported).front().find("p3.jpg"), std::string::npos)
-        << errorTexts(*imported).front();
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(exifToolValue(photos[static_cast<std::size_t>(i)], "XMP:Title"),
-                  "edited " + std::to_string(i));
-        EXPECT_EQ(editors[static_cast<std::size_t>(i)]->currentValue(name("XMP:Title")),
-                  "edited " + std::to_string(i));
+    EXPECT_THAT(errorTexts(*imported), ElementsAre(HasSubstr("p3.jpg")));
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(exifToolValue(photos[i], "XMP:Title"), "edited " + std::to_string(i));
+        EXPECT_EQ(editors[i]->currentValue(name("XMP:Title")), "edited " + std::to_string(i));
     }
     EXPECT_EQ(exifToolValue(photos[3], "XMP:Title"), "title 3");
     EXPECT_EQ(exifToolValue(photos[0], "EXIF:Artist"), "Ana");
@@ -316,8 +283,7 @@ TEST_F(ValueTransferTasks, tagCopiesChangeFilesInMemoryAndFoldersOnDisk) {
     editors.push_back(TagEditor::create(TagStorage(TagStorageSource(sub))));
     std::vector<TagSyncPair> pairs{*TagSyncPair::fromText("EXIF:DateTimeOriginal>XMP:CreateDate"),
                                    *TagSyncPair::fromText("EXIF:Artist>XMP:Creator")};
-    auto task = performed(SyncTagValuesTask::create(SyncTagValuesTask::Settings(editors, pairs)));
-    ASSERT_TRUE(task->errors().empty()) << task->longDescription();
+    auto task = succeeded(SyncTagValuesTask::create(SyncTagValuesTask::Settings(editors, pairs)));
     EXPECT_EQ(task->copyArguments(), (std::vector<std::string>{"-XMP:CreateDate<EXIF:DateTimeOriginal",
                                                                "-XMP:Creator<EXIF:Artist"}));
 
@@ -355,24 +321,19 @@ TEST_F(ValueTransferTasks, aTableOfFiftyFilesRoundTripsAndAppliesItsEdits) {
     }
     auto editors = importFiles(sourcesOf(files));
     ASSERT_EQ(editors.size(), 50u);
-    std::vector<const TagItem*> items{TagItem::find(name("XMP:Title")),
-                                      TagItem::find(name("XMP:Subject")),
-                                      TagItem::find(name("EXIF:DateTimeOriginal")),
-                                      TagItem::find(name("EXIF:Artist")),
-                                      TagItem::find(name("XMP:Rating")),
-                                      TagItem::find(name("XMP:Title"))};
+    std::vector<const TagItem*> items; // the title twice: a table holds each tag once
+    for (const char* tag :
+         {"XMP:Title", "XMP:Subject", "EXIF:DateTimeOriginal", "EXIF:Artist", "XMP:Rating", "XMP:Title"})
+        items.push_back(TagItem::find(name(tag)));
     const fs::path table = folder / "table.csv";
-    auto exported =
-        performed(ExportCSVTableTask::create(ExportCSVTableTask::Settings(editors, items, table)));
-    ASSERT_TRUE(exported->errors().empty()) << exported->longDescription();
+    succeeded(ExportCSVTableTask::create(ExportCSVTableTask::Settings(editors, items, table)));
     const std::string text = fileBytes(table);
     EXPECT_EQ(
         text.substr(0, text.find('\n')),
         "File:FileName,File:FilePath,XMP:Title,XMP:Subject,EXIF:DateTimeOriginal,EXIF:Artist,XMP:Rating");
     EXPECT_NE(text.find("-NoData-"), std::string::npos);
 
-    auto imported = performed(ImportCSVTableTask::create(ImportCSVTableTask::Settings(editors, table)));
-    ASSERT_TRUE(imported->errors().empty()) << imported->longDescription();
+    succeeded(ImportCSVTableTask::create(ImportCSVTableTask::Settings(editors, table)));
     for (const auto& editor : editors)
         EXPECT_FALSE(editor->isEdited()) << editor->pathDescription() << " " << editor->debugDescription();
 
@@ -385,8 +346,7 @@ TEST_F(ValueTransferTasks, aTableOfFiftyFilesRoundTripsAndAppliesItsEdits) {
                          << "x.jpg," << (folder / "x.jpg").string() << ",x,x,1\n"
                          << "f2.jpg," << (folder / "f3.jpg").string() << ",wrong,wrong,1\n";
     auto edited = performed(ImportCSVTableTask::create(ImportCSVTableTask::Settings(editors, table)));
-    ASSERT_EQ(edited->errors().size(), 1u) << edited->longDescription();
-    EXPECT_NE(errorTexts(*edited).front().find("row 5"), std::string::npos) << errorTexts(*edited).front();
+    EXPECT_THAT(errorTexts(*edited), ElementsAre(HasSubstr("row 5")));
     auto byName = [&](const std::string& fileName) {
         for (const auto& editor : editors)
             if (editor->source().url().filename() == fileName) return editor;
