@@ -1,23 +1,16 @@
 #include "support/SampleFiles.hpp"
 
 #include <array>
-#include <cerrno>
+#include <chrono>
 #include <cstdlib>
-#include <fcntl.h>
 #include <fstream>
 #include <initializer_list>
-#include <iterator>
-#include <spawn.h>
-#include <sstream>
 #include <stdexcept>
 #include <string_view>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include "corvane/exiftool_wrapper/detail/ProgramRun.hpp"
 #include "support/FileBytes.hpp"
 #include "support/TemporaryFolder.hpp"
-
-extern char** environ;
 
 namespace corvane::test {
 namespace {
@@ -365,33 +358,11 @@ ExifToolRun runExifTool(const std::vector<std::string>& arguments) {
         for (const auto& a : arguments)
             out << argfileLine(a);
     }
-    const auto outPath = (folder / "out.txt").string();
-    const auto errPath = (folder / "err.txt").string();
-
     const char* fromEnv = std::getenv("CORVANE_EXIFTOOL");
-    std::string tool = fromEnv && *fromEnv ? fromEnv : "/usr/bin/exiftool";
-    std::string at = "-@";
-    std::string argfileText = argfile.string();
-    char* argv[] = {tool.data(), at.data(), argfileText.data(), nullptr};
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    pid_t pid = 0;
-    const int spawned = posix_spawn(&pid, tool.c_str(), &actions, nullptr, argv, environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (spawned != 0) throw std::runtime_error("cannot start " + tool);
-    int status = 0;
-    // Only an interrupted wait is tried again: any other failure would repeat for ever.
-    while (waitpid(pid, &status, 0) < 0)
-        if (errno != EINTR) throw std::runtime_error("cannot wait for " + tool);
-    ExifToolRun run;
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.standardOutput = fileBytes(outPath);
-    run.standardError = fileBytes(errPath);
-    return run;
+    const std::string tool = fromEnv && *fromEnv ? fromEnv : "/usr/bin/exiftool";
+    const auto run = detail::runProgram({tool, "-@", argfile.string()}, std::chrono::minutes(10));
+    if (run.launchError != 0) throw std::runtime_error("cannot start " + tool);
+    return {run.exitStatus.value_or(-1), run.standardOutput, run.standardError};
 }
 
 void tagWithExifTool(const std::filesystem::path& path, const std::vector<std::string>& arguments) {
