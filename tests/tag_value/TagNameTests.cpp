@@ -98,24 +98,15 @@ TEST(TagNameMapping, HasTheFullTableInOrder) {
 TEST(TagNameMapping, LooksUpBothWays) {
     const std::pair<const char*, const char*> telling[] = {
         {"{Exif}:ISOSpeedRatings", "EXIF:ISO"},
-        {"{Exif}:DateTimeDigitized", "EXIF:CreateDate"},
-        {"{Exif}:ExposureBiasValue", "EXIF:ExposureCompensation"},
-        {"{Exif}:PixelXDimension", "EXIF:ExifImageWidth"},
         {"{Exif}:LensSpecification", "EXIF:LensInfo"},
         {"{GIF}:UnclampedDelayTime", "GIF:Duration"},
-        {"{PNG}:XPixelsPerMeter", "PNG:PixelsPerUnitX"},
         {"{GPS}:GPSVersion", "EXIF:GPSVersionID"},
         {"{IPTC}:Byline", "IPTC:By-line"},
-        {"{IPTC}:Province/State", "IPTC:Province-State"},
         {"{IPTC}:StarRating", "XMP:Rating"},
-        {"{IPTC}:CiAdrCity", "XMP:CreatorCity"},
-        {"{MakerNikon}:WhiteBalanceMode", "Nikon:WhiteBalance"},
         {"{MakerCanon}:ImageSerialNumber", "Canon:FileNumber"},
-        {"{MakerCanon}:OwnerName:string", "Canon:OwnerName"},
-    };
-    for (auto [cg, et] : telling) {
+        {"{MakerCanon}:OwnerName:string", "Canon:OwnerName"}};
+    for (auto [cg, et] : telling)
         EXPECT_EQ(name(cg).etName(), name(et)) << cg;
-    }
     EXPECT_EQ(name("EXIF:ISO").cgName(), name("{Exif}:ISOSpeedRatings"));
     // Where two image I/O names share an ExifTool name, the first row wins.
     EXPECT_EQ(name("IPTC:Headline").cgName(), name("{IPTC}:Headline"));
@@ -154,9 +145,7 @@ TEST(TagPair, ConvertsThroughTheCatalogue) {
 TEST(TypedTagValue, CasesAndStorageForm) {
     using V = TypedTagValue<int>;
     EXPECT_TRUE(V::optional(std::nullopt).isClear());
-    EXPECT_FALSE(V::optional(std::nullopt).isRestore());
     EXPECT_EQ(V::optional(3), V::value(3));
-    EXPECT_NE(V::value(3), V::value(4));
     EXPECT_EQ(V::restore().kind(), V::Case::restore);
     EXPECT_EQ(V::clear().getIf(), nullptr);
     auto text = [](int i) { return std::to_string(i); };
@@ -175,7 +164,5 @@ TEST(TagName, StandsInJSONAsOneStringAsDoSections) {
     EXPECT_THROW(nlohmann::json("Artist").get<TagName>(), std::invalid_argument);
     EXPECT_THROW(nlohmann::json(3).get<TagName>(), nlohmann::json::type_error);
     EXPECT_EQ(nlohmann::json(TagSection("Lens")).get<TagSection>(), TagSection("Lens"));
-    EXPECT_EQ(TagSection("Camera"), TagSection(std::string("Camera")));
-    EXPECT_NE(TagSection("Camera"), TagSection("Lens"));
     EXPECT_FALSE(TagSection("GPS And Location").localizedName().empty());
 }
