@@ -78,7 +78,6 @@ TEST(DateValuesCalendar, ShiftClampsMonthEndsCarriesKeepsFractionsAndCrossesDayl
               "2022:01:01 00:00:10");
     EXPECT_EQ(text(values({}, {}, -1, -1).shiftDate(at("2021:03:01 00:30:00"))), "2021:02:27 23:30:00");
     EXPECT_EQ(text(values({}, 14, {}).shiftDate(at("2021:11:30 08:00:00"))), "2023:01:30 08:00:00");
-    EXPECT_FALSE(values({}, 1, {}).shiftDate(std::nullopt));
     const Date d = at("2021:01:31 12:00:00").addingTimeInterval(0.25);
     const auto shifted = values({}, 1, {}).shiftDate(d);
     EXPECT_DOUBLE_EQ(shifted->timeIntervalSince1970() - at("2021:02:28 12:00:00").timeIntervalSince1970(),
@@ -88,9 +87,6 @@ TEST(DateValuesCalendar, ShiftClampsMonthEndsCarriesKeepsFractionsAndCrossesDayl
     // A day keeps the wall-clock time; 24 hours are 24 hours of real time.
     EXPECT_EQ(text(values({}, {}, 1).shiftDate(before)), "2021:03:28 12:00:00");
     EXPECT_EQ(text(values({}, {}, {}, 24).shiftDate(before)), "2021:03:28 13:00:00");
-    EXPECT_EQ(values({}, {}, {}, 24).shiftDate(before)->timeIntervalSince1970() -
-                  before.timeIntervalSince1970(),
-              86400.0);
 }
 
 TEST(DateEditionText, ParsesEveryCommandRefusesOtherShapesAndRoundTrips) {
@@ -105,13 +101,11 @@ TEST(DateEditionText, ParsesEveryCommandRefusesOtherShapesAndRoundTrips) {
     for (const char* bad : {"", "SELECT", "SELECT(YY: 1", "MOVE(YY: 1)", " SELECT(YY: 1)", "SELECT (YY: 1)",
                             "(YY: 1)", "SELECT(YY: 1) "})
         EXPECT_FALSE(DateEdition::fromDescription(std::string(bad))) << bad;
-    EXPECT_FALSE(DateEdition::fromDescription(std::nullopt));
     const DateEdition editions[] = {
         DateEdition::select(values(2021, 3, 4, 5, 6, 7)), DateEdition::update(values({}, {}, 9)),
         DateEdition::shift(values({}, -1, {}, {}, {}, 30)), DateEdition::restore(), DateEdition::remove()};
     for (const auto& e : editions)
         EXPECT_EQ(DateEdition::fromDescription(e.description()), e) << e.description();
-    EXPECT_EQ(DateEdition::remove().description(), "REMOVE()");
     EXPECT_EQ(DateEdition::fromDescription("remove(anything)")->description(), "REMOVE()");
     EXPECT_EQ(DateEdition::shift(values({}, -1, {}, {}, {}, 30)).description(), "SHIFT(MM: -1, ss: 30)");
     const std::string shift = DateEdition::shift(values(1, {}, {})).localizedDescription();
