@@ -85,3 +85,33 @@ TEST(ArrayValueConverter, JoinsArraysLeavesStringsAndConvertsJsonElements) {
     EXPECT_EQ(flags.jsonValueFromNativeValue(DynamicArray{true, "no"}),
               DynamicValue(DynamicArray{Number::fromBool(true), Number::fromBool(false)}));
 }
+
+// List values whose elements hold the list's separator: a keyword "Smith, John" must stay one
+// keyword from the file to the storage's text and back, through every form the converter gives.
+TEST(ListElementQuoting, ElementsHoldingTheSeparatorOrAQuoteRoundTrip) {
+    const ArrayValueConverter c(std::make_shared<StringValueConverter>(), ",");
+    const DynamicArray elements{"Smith, John", "Paris", "say \"hi\"", "\"quoted\"", "a,b,c"};
+    const auto text = c.stringValueFromNativeValue(elements);
+    // Only what needs quotes is quoted; a quote inside a quoted element is doubled.
+    EXPECT_EQ(text, "\"Smith, John\",Paris,say \"hi\",\"\"\"quoted\"\"\",\"a,b,c\"");
+    EXPECT_EQ(c.nativeValueFromStringValue(text), DynamicValue(elements));
+    EXPECT_EQ(c.stringValueFromStringValue(text), text);
+    EXPECT_EQ(c.exifToolValueFromStringValue(text), DynamicValue(*text));
+    // The JSON form (sidecars, `read --json`) keeps the elements too.
+    EXPECT_EQ(c.jsonValueFromNativeValue(DynamicValue(*text)), DynamicValue(elements));
+    // Blanks around a quoted element are the list's padding, not the element's.
+    EXPECT_EQ(c.nativeValueFromStringValue("one,  \"two, three\" ,four"),
+              DynamicValue(DynamicArray{"one", "two, three", "four"}));
+}
+
+TEST(ListElementQuoting, TextWithoutWholeQuotedElementsSplitsAsBefore) {
+    const ArrayValueConverter c(std::make_shared<StringValueConverter>(), ",");
+    // Plain lists, and quotes that don't enclose a whole element, split on every separator.
+    EXPECT_EQ(c.nativeValueFromStringValue("a, b,c"), DynamicValue(DynamicArray{"a", "b", "c"}));
+    EXPECT_EQ(c.nativeValueFromStringValue("\"a,b"), DynamicValue(DynamicArray{"\"a", "b"}));
+    EXPECT_EQ(c.nativeValueFromStringValue("\"a\" b,c"), DynamicValue(DynamicArray{"\"a\" b", "c"}));
+    EXPECT_EQ(c.nativeValueFromStringValue("x \"y, z\""), DynamicValue(DynamicArray{"x \"y", "z\""}));
+    // With a blank as separator, blanks are never padding: empty pieces stay.
+    const ArrayValueConverter blanks(std::make_shared<StringValueConverter>(), " ");
+    EXPECT_EQ(blanks.nativeValueFromStringValue("a  \"b c\""), DynamicValue(DynamicArray{"a", "", "b c"}));
+}

@@ -50,7 +50,6 @@ TEST(KeywordItemTest, PostsOnlyRealChangesWithTheirEditions) {
     item->modifySynonyms([](auto& synonyms) { synonyms.push_back("Beasts"); });
     ASSERT_EQ(info.notes.size(), 2u);
     EXPECT_EQ(info.notes[0].sender(), item.get());
-    EXPECT_TRUE(info.notes[0].userInfo().empty());
 
     item->insertChildren({Item::create("Cat"), Item::create("Dog")}, 0);
     item->insertChildren({Item::create("Bird"), Item::create("Fish")}, 1);

@@ -92,7 +92,6 @@ TEST(PhotosProfileTest, FileFormReadsOlderRootsAndRefusesOthers) {
     EXPECT_EQ(written["description"], "") << "an absent description is written as the empty text";
 
     const auto read = PhotosRemoteProfileFile::fromJSONData(file.jsonData());
-    EXPECT_EQ(read.description(), "");
     EXPECT_EQ(names(read.profiles()), (std::vector<std::string>{"Trip", "Blank"}));
     EXPECT_EQ(read.profiles()[0]->toJSON(), file.profiles()[0]->toJSON());
 
@@ -158,8 +157,6 @@ TEST(PhotosProfileTest, ProfilesAndTheManagerPostOnlyRealChanges) {
     Recorder info(Profile::didChangeInfoNotification);
     Recorder values(Profile::didChangeValuesNotification);
     profile->setName("Trip");
-    profile->setDescription("Summer");
-    profile->setKeywordsValue(Profile::Keywords{{"sea", "sun"}});
     profile->setLocationValue(Profile::Coordinates{48.8566, -2.5});
     EXPECT_TRUE(info.notes.empty());
     EXPECT_TRUE(values.notes.empty());
