@@ -1,6 +1,5 @@
 #include "corvane/converters/ArrayValueConverter.hpp"
 #include "corvane/converters/BoolValueConverter.hpp"
-#include "corvane/converters/NoneValueConverter.hpp"
 #include "corvane/converters/SDoubleValueConverter.hpp"
 #include "corvane/converters/StringValueConverter.hpp"
 #include "corvane/converters/UIntValueConverter.hpp"
@@ -21,25 +20,6 @@ TEST(StringValueConverter, KeepsStringsAsTheyStandAndTurnsOtherValuesIntoText) {
     EXPECT_EQ(c.stringValueFromNativeValue(Number::fromDouble(1.5)), "1.5");
     EXPECT_EQ(c.stringValueFromNativeValue(int64_t{-4}), "-4");
     EXPECT_EQ(c.jsonValueFromNativeValue(int64_t{3}), DynamicValue("3"));
-}
-
-TEST(NoneValueConverter, YieldsNothingWhateverTheInput) {
-    NoneValueConverter c;
-    const DynamicValue inputs[] = {DynamicValue("text"), DynamicValue(int64_t{1}), DynamicValue(true),
-                                   DynamicValue()};
-    for (const auto& input : inputs) {
-        EXPECT_EQ(c.stringValueFromNativeValue(input), std::nullopt);
-        EXPECT_TRUE(c.jsonValueFromNativeValue(input).isNothing());
-        EXPECT_EQ(c.typedValueFromNativeValue(input), std::nullopt);
-    }
-    for (const OptionalString& s : {OptionalString("1"), OptionalString(""), OptionalString()}) {
-        EXPECT_TRUE(c.nativeValueFromStringValue(s).isNothing());
-        EXPECT_EQ(c.objectValueFromStringValue(s), std::nullopt);
-        EXPECT_EQ(c.stringValueFromStringValue(s), std::nullopt);
-        EXPECT_EQ(c.formattedValueFromStringValue(s), std::nullopt);
-        EXPECT_TRUE(c.exifToolValueFromStringValue(s).isNothing());
-        EXPECT_EQ(c.typedValueFromStringValue(s), std::nullopt);
-    }
 }
 
 namespace {
