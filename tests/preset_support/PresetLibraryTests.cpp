@@ -72,14 +72,12 @@ TEST(PresetItemTest, ChangesPostWhatChangedAndGroupsAndPresetsAreEqualOnlyToThem
     group->insertPresets({preset("B"), preset("C")}, 1);
     EXPECT_EQ(PresetGroup::presetEdition(presets.notes.back()),
               PresetGroup::PresetEdition(PresetGroup::InsertPresets{{1, 2}}));
-    EXPECT_EQ(group->presets().size(), 3u);
     EXPECT_EQ(group->presets()[2]->name(), "C");
 
     auto box = Identified<int>::create(7);
     auto copy = box->copy();
     EXPECT_EQ(copy->value(), 7);
     EXPECT_NE(*copy, *box);
-    EXPECT_EQ(*box, *box);
 }
 
 TEST(PresetManagerTest, AppendSelectAndRemove) {
