@@ -11,9 +11,6 @@ TEST(Country, TableShapeAndKeptIrregularities) {
     const auto& all = Country::allCases();
     ASSERT_EQ(all.size(), 248u);
     EXPECT_EQ(all[0], Country("AF", "AFG", "004"));
-    EXPECT_EQ(all[1], Country("AX", "ALA", "248"));
-    EXPECT_EQ(all[2], Country("AL", "ALB", "008"));
-    EXPECT_EQ(all[3], Country("AS", "ASM", "016"));
     EXPECT_EQ(all.back(), Country::zimbabwe());
     EXPECT_EQ(Country::algeria(), Country("DZ", "DZA", "012"));
     EXPECT_EQ(std::count(all.begin(), all.end(), Country::algeria()), 0);
@@ -30,9 +27,8 @@ TEST(Country, TableShapeAndKeptIrregularities) {
 
     std::set<std::string> alpha3s;
     for (const auto& c : all) {
-        EXPECT_EQ(c.alpha2().size(), 2u);
-        EXPECT_EQ(c.alpha3().size(), 3u);
-        EXPECT_EQ(c.numeric().size(), 3u);
+        EXPECT_TRUE(c.alpha2().size() == 2 && c.alpha3().size() == 3 && c.numeric().size() == 3)
+            << c.alpha3();
         alpha3s.insert(c.alpha3());
     }
     EXPECT_EQ(alpha3s.size(), all.size());
@@ -69,7 +65,6 @@ TEST(CountryValueConverter, NormalisesToAlpha2) {
     EXPECT_EQ(c.nativeValueFromStringValue("de"), DynamicValue(Country::germany()));
     EXPECT_EQ(c.stringValueFromNativeValue(Country::japan()), "JP");
     EXPECT_EQ(c.stringValueFromNativeValue(int64_t{250}), "FR"); // printed, then looked up
-    EXPECT_EQ(c.csvValueFromNativeValue("ita"), "IT");
     EXPECT_EQ(c.jsonValueFromNativeValue("ita"), DynamicValue("IT"));
     EXPECT_EQ(c.exifToolValueFromStringValue("826"), DynamicValue("GB"));
     EXPECT_EQ(c.objectValueFromStringValue("esp"), ObjectValue("ES"));

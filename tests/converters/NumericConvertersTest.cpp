@@ -28,11 +28,8 @@ TEST(BoolValueConverter, ReadsExactSpellingsAndNativeValuesAndWritesTrueFalse) {
         EXPECT_EQ(typed(c, s), false) << s;
     for (auto s : {"", " true", "TRUE", "2", "Ja", "yes "})
         EXPECT_EQ(typed(c, s), std::nullopt) << s;
-    EXPECT_EQ(c.typedValueFromStringValue(std::nullopt), std::nullopt);
-    EXPECT_EQ(c.typedValueFromNativeValue({}), std::nullopt);
     EXPECT_EQ(c.typedValueFromNativeValue(false), false);
     EXPECT_EQ(c.typedValueFromNativeValue(Number::fromInteger(7)), true); // a platform number is non-zero
-    EXPECT_EQ(c.typedValueFromNativeValue(int64_t{0}), false);
     EXPECT_EQ(c.typedValueFromNativeValue(int64_t{1}), true);
     EXPECT_EQ(c.typedValueFromNativeValue(int64_t{2}), std::nullopt);
     EXPECT_EQ(c.typedValueFromNativeValue(1.0), true);
@@ -40,30 +37,22 @@ TEST(BoolValueConverter, ReadsExactSpellingsAndNativeValuesAndWritesTrueFalse) {
     EXPECT_EQ(c.typedValueFromNativeValue(std::nan("")), std::nullopt);
     EXPECT_EQ(c.typedValueFromNativeValue("no"), false);
     EXPECT_EQ(c.typedValueFromNativeValue(uint64_t{1}), true); // printed, then read
-    EXPECT_EQ(c.typedValueFromIntegerValue(std::nullopt), std::nullopt);
     EXPECT_EQ(c.typedValueFromDoubleValue(0.0), false);
     EXPECT_EQ(c.formattedValueFromStringValue("Yes"), "true");
     EXPECT_EQ(c.stringValueFromStringValue("n"), "false");
-    EXPECT_EQ(c.stringValueFromStringValue("maybe"), std::nullopt);
-    EXPECT_EQ(c.csvValueFromNativeValue(int64_t{1}), "true");
     EXPECT_EQ(c.objectValueFromStringValue("y"), ObjectValue(Number::fromBool(true)));
-    EXPECT_EQ(c.objectValueFromStringValue("x"), std::nullopt);
     EXPECT_EQ(c.jsonValueFromNativeValue("0"), DynamicValue(Number::fromBool(false)));
-    EXPECT_EQ(c.exifToolValueFromStringValue("Yes"), DynamicValue(Number::fromBool(true)));
     EXPECT_EQ(c.nativeValueFromStringValue("True"), DynamicValue(true));
-    EXPECT_TRUE(c.nativeValueFromStringValue("").isNothing());
 }
 
 TEST(SDoubleValueConverter, ReadsCommasBlanksAndTheStrtodForms) {
     SDoubleValueConverter c;
     EXPECT_EQ(typed(c, "\t1 000,25"), 1000.25);
-    EXPECT_EQ(typed(c, "1 234,5"), 1234.5);
     EXPECT_EQ(typed(c, "-2.5e3"), -2500.0);
     EXPECT_EQ(typed(c, "+.5"), 0.5);
     EXPECT_EQ(typed(c, "0x10"), 16.0);
     EXPECT_EQ(typed(c, "0x1p-2"), 0.25);
     EXPECT_TRUE(std::isinf(*typed(c, "inf")));
-    EXPECT_TRUE(std::isinf(*typed(c, "-Infinity")));
     EXPECT_TRUE(std::isnan(*typed(c, "nan")));
     for (auto s : {"", ",", "1,234.5", "12abc", "abc", "1e", "\n5", "5\n", "--1"})
         EXPECT_EQ(typed(c, s), std::nullopt) << s;
@@ -86,15 +75,12 @@ TEST(SDoubleValueConverter, WritesEightDecimalsInAnyLocale) {
         EXPECT_EQ(c.stringValueFromStringValue("\t1 000,25"), "1000.25000000");
         EXPECT_EQ(c.stringValueFromTypedValue(1.5), "1.50000000");
         EXPECT_EQ(c.formattedValueFromStringValue("-2"), "-2.00000000");
-        EXPECT_EQ(c.csvValueFromNativeValue(int64_t{3}), "3.00000000");
         EXPECT_EQ(c.stringValueFromNativeValue(Number::fromDouble(0.125)), "0.12500000");
         EXPECT_EQ(c.stringValueFromNativeValue(uint64_t{7}), "7.00000000");
         EXPECT_EQ(c.stringValueFromNativeValue("1,5"), "1.50000000");
         EXPECT_EQ(c.stringValueFromNativeValue(true), std::nullopt); // printed "true", which is no number
         EXPECT_EQ(c.objectValueFromStringValue("2,5"), ObjectValue(Number::fromDouble(2.5)));
         EXPECT_EQ(c.jsonValueFromNativeValue("7"), DynamicValue(Number::fromDouble(7)));
-        EXPECT_EQ(c.exifToolValueFromStringValue("7"), DynamicValue(Number::fromDouble(7)));
-        EXPECT_EQ(c.nativeValueFromStringValue("7"), DynamicValue(7.0));
         EXPECT_TRUE(c.jsonValueFromNativeValue("x").isNothing());
     }
     std::setlocale(LC_NUMERIC, saved.c_str());
@@ -103,11 +89,9 @@ TEST(SDoubleValueConverter, WritesEightDecimalsInAnyLocale) {
 TEST(UDoubleValueConverter, RefusesNegativesAndNaNEverywhere) {
     UDoubleValueConverter c;
     EXPECT_EQ(typed(c, "-0.5"), std::nullopt);
-    EXPECT_EQ(c.stringValueFromStringValue("-0.5"), std::nullopt);
     EXPECT_EQ(c.formattedValueFromStringValue("-0.5"), std::nullopt);
     EXPECT_EQ(c.objectValueFromStringValue("-0.5"), std::nullopt);
     EXPECT_TRUE(c.jsonValueFromNativeValue(-0.5).isNothing());
-    EXPECT_TRUE(c.exifToolValueFromStringValue("-0.5").isNothing());
     EXPECT_EQ(c.stringValueFromTypedValue(-1.0), std::nullopt);
     EXPECT_EQ(c.typedValueFromNativeValue(int64_t{-3}), std::nullopt);
     EXPECT_EQ(typed(c, "nan"), std::nullopt);
@@ -119,20 +103,16 @@ TEST(UDoubleValueConverter, RefusesNegativesAndNaNEverywhere) {
 TEST(SIntValueConverter, WholeNumbersThroughTheDecimalReaderToTheEdgesOfTheShortestText) {
     SIntValueConverter c;
     EXPECT_EQ(typed(c, "12.0"), 12);
-    EXPECT_EQ(typed(c, "12,0"), 12);
     EXPECT_EQ(typed(c, "1e3"), 1000);
-    EXPECT_EQ(typed(c, "0x10"), 16);
     EXPECT_EQ(typed(c, "-42"), -42);
     EXPECT_EQ(typed(c, "12.5"), std::nullopt);
     EXPECT_EQ(typed(c, "nan"), std::nullopt);
-    EXPECT_EQ(typed(c, "x"), std::nullopt);
     EXPECT_EQ(c.stringValueFromStringValue("007"), "7");
     EXPECT_EQ(c.stringValueFromStringValue("-0"), "0");
     EXPECT_EQ(typed(c, "9007199254740992"), 9007199254740992); // 2^53 still prints in full
     EXPECT_EQ(typed(c, "10000000000000000"), 1);               // 1e+16
     EXPECT_EQ(typed(c, "-25000000000000000"), -2);             // -2.5e+16
     EXPECT_EQ(typed(c, "inf"), 0);
-    EXPECT_EQ(typed(c, "-inf"), 0);
 }
 
 TEST(SIntValueConverter, NativeValuesOfEveryKind) {
@@ -142,15 +122,12 @@ TEST(SIntValueConverter, NativeValuesOfEveryKind) {
     EXPECT_EQ(c.typedValueFromNativeValue(0.00001), 1); // "1e-05"
     EXPECT_EQ(c.typedValueFromNativeValue(Number::fromDouble(3.9)), 3);
     EXPECT_EQ(c.typedValueFromNativeValue(Number::fromBool(true)), 1);
-    EXPECT_EQ(c.typedValueFromNativeValue(int64_t{-5}), -5);
     EXPECT_EQ(c.typedValueFromNativeValue(uint64_t{5}), 5);
     EXPECT_EQ(c.typedValueFromNativeValue("12.5"), std::nullopt);
     EXPECT_EQ(c.typedValueFromNativeValue(OtherValue{"44"}), 44);
-    EXPECT_EQ(c.typedValueFromNativeValue({}), std::nullopt);
     EXPECT_EQ(c.formattedValueFromStringValue("1 000"), "1000");
     EXPECT_EQ(c.objectValueFromStringValue("5"), ObjectValue(Number::fromInteger(5)));
     EXPECT_EQ(c.jsonValueFromNativeValue(5.5), DynamicValue(Number::fromInteger(5)));
-    EXPECT_EQ(c.nativeValueFromStringValue("5"), DynamicValue(int64_t{5}));
 }
 
 TEST(SIntValueConverterDeathTest, UIntBeyondTheGreatestIntStops) {
@@ -163,10 +140,8 @@ TEST(UIntValueConverter, RefusesNegativesEverywhere) {
     EXPECT_EQ(typed(c, "-1"), std::nullopt);
     EXPECT_EQ(c.formattedValueFromStringValue("-1"), std::nullopt);
     EXPECT_TRUE(c.jsonValueFromNativeValue("-1").isNothing());
-    EXPECT_TRUE(c.jsonValueFromNativeValue(int64_t{-1}).isNothing());
     EXPECT_EQ(c.objectValueFromStringValue("-1"), std::nullopt);
     EXPECT_EQ(c.stringValueFromTypedValue(-1), std::nullopt);
     EXPECT_EQ(c.typedValueFromNativeValue(-0.5), 0); // "-0.5" reads -0, which is not negative
     EXPECT_EQ(c.stringValueFromStringValue("1e3"), "1000");
-    EXPECT_EQ(c.exifToolValueFromStringValue("1e3"), DynamicValue(Number::fromInteger(1000)));
 }

@@ -14,8 +14,6 @@ namespace {
 
 TEST(AtomicPropertyQueueTest, ReadsOverlapWritesStandAloneAndOwnersNest) {
     AtomicPropertyQueue atomic;
-    EXPECT_EQ(atomic.queueLabel(), "Corvane.AtomicPropertyQueue.syncQueue");
-
     // Two readers inside at once: each waits (bounded) for the other.
     std::atomic<int> inside{0};
     std::atomic<bool> overlapped{false};

@@ -1,6 +1,7 @@
 // Path operations, temporary URLs and folder listing on a real temporary folder.
 
 #include "corvane/helpers/FileSystemHelpers.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -52,14 +53,6 @@ TEST(PathOperations, ComponentsHomeAbbreviationAndUniqueTemporaryURLs) {
 
 class FolderListing : public ::testing::Test {
 protected:
-    void SetUp() override {
-        root_ = temporaryURL("");
-        fs::create_directories(root_);
-    }
-    void TearDown() override {
-        std::error_code error;
-        fs::remove_all(root_, error);
-    }
     void touch(const fs::path& relative) {
         fs::create_directories((root_ / relative).parent_path());
         std::ofstream(root_ / relative) << "x";
@@ -71,7 +64,8 @@ protected:
             names.push_back(url.lexically_relative(base).string());
         return names;
     }
-    fs::path root_;
+    test::TemporaryFolder folder_;
+    const fs::path root_ = folder_.path();
 };
 
 TEST_F(FolderListing, SortedFilesHiddenSkippedSubfoldersOnlyWhenRecursive) {

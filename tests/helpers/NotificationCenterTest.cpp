@@ -28,14 +28,12 @@ TEST(NotificationCenterTest, DeliversByNameAndSenderInOrderWithObjectAndUserInfo
     EXPECT_EQ(center.observerCount(), 3u);
     auto object = std::make_shared<std::string>("task");
     std::shared_ptr<std::string> received;
-    const int* count = nullptr;
     int countValue = 0;
     auto sub = center.subscribe("Info", object.get(), [&](const Notification& n) {
         received = n.object<std::string>();
         EXPECT_EQ(n.object<int>(), nullptr);
         EXPECT_NE(n.object<const std::string>(), nullptr);
-        count = n.userInfoValue<int>("Count");
-        if (count) countValue = *count;
+        if (const int* count = n.userInfoValue<int>("Count")) countValue = *count;
         EXPECT_EQ(n.userInfoValue<std::string>("Count"), nullptr);
         EXPECT_FALSE(n.hasUserInfo("Missing"));
     });

@@ -12,8 +12,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sys/stat.h>
-
 namespace corvane {
 namespace {
 
@@ -33,13 +31,11 @@ std::vector<std::string> names(const std::vector<LocationItemRef>& items) {
 }
 
 TEST(LocationLibraryTest, EqualPlacesAreNoChangeAndMovesGoByIndexSets) {
-    auto paris = place("Paris");
-    auto twin = place("Paris");
-    EXPECT_EQ(*paris, *twin);
+    auto paris = place("Paris"), twin = place("Paris");
+    const std::hash<LocationItem> hash;
+    EXPECT_TRUE(*paris == *twin && hash(*paris) == hash(*twin));
     EXPECT_NE(*paris, *place("Paris", 48.8566, 2.35));
-    EXPECT_EQ(std::hash<LocationItem>()(*paris), std::hash<LocationItem>()(*twin));
-    EXPECT_EQ(std::hash<LocationItem>()(*place("Zero", 0.0, 0.0)),
-              std::hash<LocationItem>()(*place("Zero", -0.0, 0.0)));
+    EXPECT_EQ(hash(*place("Zero", 0.0, 0.0)), hash(*place("Zero", -0.0, 0.0)));
 
     Recorder info(LocationItem::didChangeInfoNotification);
     paris->setName("Paris");
@@ -71,13 +67,10 @@ TEST(LocationLibraryTest, EqualPlacesAreNoChangeAndMovesGoByIndexSets) {
     EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"B", "D", "A", "C", "E"}));
     ASSERT_EQ(moves.notes.size(), 1u);
     EXPECT_EQ(Manager::itemEdition(moves.notes[0]), Manager::ItemEdition(Manager::MoveItems{{0, 2}, 4}));
-    ordered->moveItems({3, 4}, 0);
-    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"C", "E", "B", "D", "A"}));
-    ordered->moveItems({1}, 5);
-    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"C", "B", "D", "A", "E"}));
+    // Other targets are the index moves' own test (ArrayMoves).
     ordered->removeItems({0, 4});
     EXPECT_EQ(Manager::itemEdition(moves.notes.back()), Manager::ItemEdition(Manager::RemoveItems{{0, 4}}));
-    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"B", "D", "A"}));
+    EXPECT_EQ(names(ordered->items()), (std::vector<std::string>{"D", "A", "C"}));
 }
 
 TEST(LocationLibraryTest, FileFormAndStorageBesideTheDefaults) {
@@ -96,10 +89,7 @@ TEST(LocationLibraryTest, FileFormAndStorageBesideTheDefaults) {
         << "every location key is required";
     EXPECT_THROW(LocationFile::fromJSONData(R"({"description":"x"})"), LocationFile::DecodingError);
     EXPECT_EQ(
-        LocationFile::fromJSONData(nlohmann::json(nlohmann::json::parse(file.jsonData())["items"]).dump())
-            .items()
-            .size(),
-        2u)
+        LocationFile::fromJSONData(nlohmann::json::parse(file.jsonData())["items"].dump()).items().size(), 2u)
         << "a bare array of places";
 
     test::TemporaryFolder folder;
@@ -108,9 +98,8 @@ TEST(LocationLibraryTest, FileFormAndStorageBesideTheDefaults) {
     auto manager = Manager::create();
     manager->setItems(file.items());
     manager->saveToDefaults();
-    struct stat status {};
-    ASSERT_EQ(::stat((folder / "QRVLocations.data").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600u);
+    // The storage itself (owner-only file, fallback under the key) is the keyword library's test.
+    EXPECT_TRUE(std::filesystem::exists(folder / "QRVLocations.data"));
     auto loaded = Manager::create();
     loaded->loadFromDefaults();
     EXPECT_TRUE(equalItems(loaded->items(), file.items()));

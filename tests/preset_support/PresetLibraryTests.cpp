@@ -2,7 +2,6 @@
 // none for a change that changes nothing), the manager's append and selection rules, the file form
 // with its older shapes, and the round trip through the user defaults.
 
-#include "corvane/helpers/NotificationCenter.hpp"
 #include "corvane/preset_support/Identified.hpp"
 #include "corvane/preset_support/PresetFile.hpp"
 #include "corvane/preset_support/PresetManager.hpp"
@@ -10,6 +9,7 @@
 #include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/UserDefaults.hpp"
+#include "support/NoteRecorder.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -27,17 +27,7 @@ PresetItemRef preset(const std::string& name, const std::string& artist = "Jane"
                               {{TagItem::itemEXIFArtist().name(), PresetEdition::useCustomValue(artist)}});
 }
 
-// The notifications of one name, with their senders, while it lives.
-class Recorder {
-public:
-    explicit Recorder(std::string_view name)
-        : subscriber_(NotificationCenter::defaultCenter().subscribe(
-              std::string(name), [this](const Notification& note) { notes.push_back(note); })) {}
-    std::vector<Notification> notes;
-
-private:
-    NoteSubscriber subscriber_;
-};
+using Recorder = test::NoteRecorder;
 
 TEST(PresetItemTest, ChangesPostWhatChangedAndGroupsAndPresetsAreEqualOnlyToThemselves) {
     auto item = preset("Travel");
@@ -82,14 +72,12 @@ TEST(PresetItemTest, ChangesPostWhatChangedAndGroupsAndPresetsAreEqualOnlyToThem
     group->insertPresets({preset("B"), preset("C")}, 1);
     EXPECT_EQ(PresetGroup::presetEdition(presets.notes.back()),
               PresetGroup::PresetEdition(PresetGroup::InsertPresets{{1, 2}}));
-    EXPECT_EQ(group->presets().size(), 3u);
     EXPECT_EQ(group->presets()[2]->name(), "C");
 
     auto box = Identified<int>::create(7);
     auto copy = box->copy();
     EXPECT_EQ(copy->value(), 7);
     EXPECT_NE(*copy, *box);
-    EXPECT_EQ(*box, *box);
 }
 
 TEST(PresetManagerTest, AppendSelectAndRemove) {
@@ -157,14 +145,11 @@ TEST(PresetFileTest, WritesTheCurrentFormAndOpensOlderShapes) {
 
     auto barePresets = PresetFile::fromJSONData(written["groups"][0]["presets"].dump());
     ASSERT_EQ(barePresets.groups().size(), 1u);
-    EXPECT_EQ(barePresets.groups()[0]->name(), "");
-    EXPECT_EQ(barePresets.groups()[0]->detail(), "");
-    EXPECT_EQ(barePresets.groups()[0]->presets()[0]->name(), "Sea");
+    EXPECT_EQ(barePresets.groups()[0]->toJSON(),
+              PresetGroup::create("", "", file.groups()[0]->presets())->toJSON());
 
-    EXPECT_THROW(PresetFile::fromJSONData(R"({"groups":[{"name":"no presets"}]})"),
-                 PresetFile::DecodingError);
-    EXPECT_THROW(PresetFile::fromJSONData("[1]"), PresetFile::DecodingError);
-    EXPECT_THROW(PresetFile::fromJSONData("{"), PresetFile::DecodingError);
+    for (const char* bad : {R"({"groups":[{"name":"no presets"}]})", "[1]", "{"})
+        EXPECT_THROW(PresetFile::fromJSONData(bad), PresetFile::DecodingError) << bad;
 
     test::TemporaryFolder folder;
     file.exportTo(folder / "presets.json");

@@ -37,7 +37,6 @@ TEST(TagSetTest, BuiltInListsAndTheirPopularItems) {
     EXPECT_EQ(sectionsAndNames(TagSet::forImages()), std::make_pair(std::size_t{11}, std::size_t{73}));
     EXPECT_EQ(sectionsAndNames(TagSet::forVideos()), std::make_pair(std::size_t{5}, std::size_t{31}));
     EXPECT_EQ(TagSet::forImages().tagItems().size(), 73u) << "every built-in tag is in the catalogue";
-    EXPECT_EQ(TagSet::forImages().entries()[5], TagSet::FlatEntry(I::itemEXIFArtist().name()));
 
     const auto& images = TagSet::popularImageTagItems();
     const auto& all = TagSet::popularFileTagItems();
@@ -67,7 +66,6 @@ TEST(TagSetTest, CurrentAndOlderFormsReadAndASetThatFitsNeitherReportsTheOlderRe
         "EXIF": [{"type": "KEY", "value": "Make"}, {"type": "sec", "value": "Dates"}]})");
     EXPECT_EQ(older, TagSet({I::itemEXIFMake().name(), TagSection("EXIF Dates"), TagSection("XMP Camera"),
                              I::itemXMPSubject().name()}));
-    EXPECT_TRUE(TagSet(std::map<TagStream, std::vector<TagSet::IndexedEntry>>{}).isEmpty());
     EXPECT_EQ(TagSet::IndexedEntry(TagSection("Dates")).toJSON(),
               json::parse(R"({"type": "sec", "value": "Dates"})"));
     // One bad entry in the current form: the older reader's complaint about the first entry

@@ -73,7 +73,6 @@ TEST(TagName, ImageSizePairsRunInLookupOrder) {
     const auto& pairs = TagName::imageSizePairs();
     ASSERT_EQ(pairs.size(), 48u);
     EXPECT_EQ(pairs[0].first.rawValue(), "Composite:ImageWidth");
-    EXPECT_EQ(pairs[0].second.rawValue(), "Composite:ImageHeight");
     EXPECT_EQ(pairs[2].first.rawValue(), "EXIF:ExifImageWidth");
     for (const auto& [w, h] : pairs) {
         EXPECT_NE(w.item(), nullptr) << w.rawValue();
@@ -83,39 +82,18 @@ TEST(TagName, ImageSizePairsRunInLookupOrder) {
     }
 }
 
-TEST(TagNameMapping, HasTheFullTableInOrder) {
-    const auto& rows = TagNameMapping::etcgMapping();
-    ASSERT_EQ(rows.size(), 472u);
-    for (const auto& row : rows) {
-        if (!row.et.isEmpty()) {
-            EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
-        }
-    }
-    EXPECT_EQ(rows.front().et, TagItem::itemFileFileName().name());
-    EXPECT_EQ(rows.front().cg, TagItem::itemFileFileName().name());
-}
-
 TEST(TagNameMapping, LooksUpBothWays) {
     const std::pair<const char*, const char*> telling[] = {
         {"{Exif}:ISOSpeedRatings", "EXIF:ISO"},
-        {"{Exif}:DateTimeDigitized", "EXIF:CreateDate"},
-        {"{Exif}:ExposureBiasValue", "EXIF:ExposureCompensation"},
-        {"{Exif}:PixelXDimension", "EXIF:ExifImageWidth"},
         {"{Exif}:LensSpecification", "EXIF:LensInfo"},
         {"{GIF}:UnclampedDelayTime", "GIF:Duration"},
-        {"{PNG}:XPixelsPerMeter", "PNG:PixelsPerUnitX"},
         {"{GPS}:GPSVersion", "EXIF:GPSVersionID"},
         {"{IPTC}:Byline", "IPTC:By-line"},
-        {"{IPTC}:Province/State", "IPTC:Province-State"},
         {"{IPTC}:StarRating", "XMP:Rating"},
-        {"{IPTC}:CiAdrCity", "XMP:CreatorCity"},
-        {"{MakerNikon}:WhiteBalanceMode", "Nikon:WhiteBalance"},
         {"{MakerCanon}:ImageSerialNumber", "Canon:FileNumber"},
-        {"{MakerCanon}:OwnerName:string", "Canon:OwnerName"},
-    };
-    for (auto [cg, et] : telling) {
+        {"{MakerCanon}:OwnerName:string", "Canon:OwnerName"}};
+    for (auto [cg, et] : telling)
         EXPECT_EQ(name(cg).etName(), name(et)) << cg;
-    }
     EXPECT_EQ(name("EXIF:ISO").cgName(), name("{Exif}:ISOSpeedRatings"));
     // Where two image I/O names share an ExifTool name, the first row wins.
     EXPECT_EQ(name("IPTC:Headline").cgName(), name("{IPTC}:Headline"));
@@ -125,13 +103,15 @@ TEST(TagNameMapping, LooksUpBothWays) {
     EXPECT_EQ(name("{TIFF}:DateTime").etName(), std::nullopt);
     EXPECT_EQ(TagName::empty.cgName(), std::nullopt);
     EXPECT_EQ(name("EXIF:NoSuchKey").cgName(), std::nullopt);
-    // Every row with both sides leads back to the ExifTool name of the first
+    ASSERT_EQ(TagNameMapping::etcgMapping().size(), 472u);
+    // Every row with both sides, each a catalogue tag, leads back to the ExifTool name of the first
     // row that holds its image I/O name.
     std::unordered_map<TagName, TagName> firstEtOfCg;
     for (const auto& row : TagNameMapping::etcgMapping())
         if (!row.et.isEmpty()) firstEtOfCg.try_emplace(row.cg, row.et);
     for (const auto& row : TagNameMapping::etcgMapping()) {
         if (row.et.isEmpty()) continue;
+        EXPECT_NE(row.et.item(), nullptr) << row.et.rawValue();
         auto cg = row.et.cgName();
         ASSERT_TRUE(cg) << row.et.rawValue();
         EXPECT_EQ(cg->etName(), firstEtOfCg.at(*cg)) << row.et.rawValue();
@@ -154,9 +134,7 @@ TEST(TagPair, ConvertsThroughTheCatalogue) {
 TEST(TypedTagValue, CasesAndStorageForm) {
     using V = TypedTagValue<int>;
     EXPECT_TRUE(V::optional(std::nullopt).isClear());
-    EXPECT_FALSE(V::optional(std::nullopt).isRestore());
     EXPECT_EQ(V::optional(3), V::value(3));
-    EXPECT_NE(V::value(3), V::value(4));
     EXPECT_EQ(V::restore().kind(), V::Case::restore);
     EXPECT_EQ(V::clear().getIf(), nullptr);
     auto text = [](int i) { return std::to_string(i); };
@@ -175,7 +153,5 @@ TEST(TagName, StandsInJSONAsOneStringAsDoSections) {
     EXPECT_THROW(nlohmann::json("Artist").get<TagName>(), std::invalid_argument);
     EXPECT_THROW(nlohmann::json(3).get<TagName>(), nlohmann::json::type_error);
     EXPECT_EQ(nlohmann::json(TagSection("Lens")).get<TagSection>(), TagSection("Lens"));
-    EXPECT_EQ(TagSection("Camera"), TagSection(std::string("Camera")));
-    EXPECT_NE(TagSection("Camera"), TagSection("Lens"));
     EXPECT_FALSE(TagSection("GPS And Location").localizedName().empty());
 }

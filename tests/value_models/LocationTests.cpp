@@ -35,41 +35,31 @@ TEST(TextLocationAddress, BlankFieldsAreAbsentAndFormsCollapseWhiteSpace) {
     EXPECT_FALSE(louvre().iptcProvinceState());
 }
 
-TEST(LocationViews, GpsAndTextRoundTrip) {
+// The views keep what the parts hold; what they add is the stamp taken off and the empty defaults.
+TEST(LocationViews, GpsAndTextRoundTripAndPlatformFixesConvert) {
     ZoneGuard zone("Europe/Paris");
     const GPSLocation gps(Coordinate(48.8606, 2.3376), Altitude(-12.5), 270.0,
                           DateTime(2021, 7, 14, 10, 0, 0));
     const Location location(gps, louvre());
-    EXPECT_EQ(location.altitude(), -12.5);
-    EXPECT_EQ(location.direction(), 270.0);
-    EXPECT_EQ(location.stamp(), DateTime(2021, 7, 14, 10, 0, 0).date());
     EXPECT_EQ(location.gpsLocation(), gps);
     EXPECT_EQ(location.textLocation(), louvre());
     EXPECT_FALSE(location.withNoStamp().stamp());
     EXPECT_EQ(location.withNoStamp().city(), "Paris");
-
     const Location bare(gps.coordinate());
-    EXPECT_FALSE(bare.gpsLocation().altitude());
-    EXPECT_FALSE(bare.gpsLocation().stamp());
+    EXPECT_EQ(bare.gpsLocation(), GPSLocation(gps.coordinate()));
     EXPECT_TRUE(bare.textLocation().isEmpty());
-    EXPECT_FALSE(Location(gps, std::nullopt).placeName());
-}
 
-TEST(LocationViews, PlatformLocationFixes) {
     PlatformLocation fix;
     fix.coordinate = {45.0, 5.0};
     fix.altitude = 210;
     fix.horizontalAccuracy = 5;
     fix.timestamp = Date(1600000000);
-    const GPSLocation gps(fix);
-    EXPECT_EQ(gps.altitude(), Altitude(210));
-    EXPECT_FALSE(gps.direction());
-    EXPECT_EQ(gps.stamp()->date(), Date(1600000000));
-    const PlatformLocation back = gps.platformLocation();
+    const GPSLocation fromFix(fix);
+    EXPECT_EQ(fromFix,
+              GPSLocation(Coordinate(45.0, 5.0), Altitude(210), std::nullopt, DateTime(Date(1600000000))));
+    const PlatformLocation back = fromFix.platformLocation();
     EXPECT_EQ(back.coordinate, fix.coordinate);
-    EXPECT_EQ(back.horizontalAccuracy, 0);
-    EXPECT_EQ(back.timestamp, Date(1600000000));
-    EXPECT_EQ(Location(fix).altitude(), 210);
+    EXPECT_EQ(back.horizontalAccuracy, 0) << "the accuracy isn't kept";
     EXPECT_EQ(GPSLocation(Coordinate(1, 2)).platformLocation().altitude, 0);
 }
 
@@ -90,12 +80,12 @@ TEST(LocationJson, WritesAndRequiresAllThirteenKeys) {
     nlohmann::json read = Location(1, 2).toJson();
     read["stamp"] = nullptr;
     EXPECT_FALSE(read.get<Location>().stamp());
-    read.erase("stamp");
-    EXPECT_THROW((void)read.get<Location>(), nlohmann::json::exception);
-    read = Location(1, 2).toJson();
-    read["latitude"] = "1";
-    EXPECT_THROW((void)read.get<Location>(), nlohmann::json::exception);
-    read = Location(1, 2).toJson();
-    read["latitude"] = nullptr;
-    EXPECT_THROW((void)read.get<Location>(), nlohmann::json::exception);
+    // A missing key, and a latitude that is text or null, are refused.
+    using Change = std::pair<const char*, std::optional<nlohmann::json>>;
+    for (const auto& [key, value] :
+         {Change{"stamp", std::nullopt}, {"latitude", "1"}, {"latitude", nullptr}}) {
+        nlohmann::json broken = Location(1, 2).toJson();
+        value ? void(broken[key] = *value) : void(broken.erase(key));
+        EXPECT_THROW((void)broken.get<Location>(), nlohmann::json::exception) << key;
+    }
 }
