@@ -8,7 +8,6 @@
 namespace {
 
 using namespace corvane::test;
-using corvane::test::corvane;
 
 using EngineOption = CliTest;
 

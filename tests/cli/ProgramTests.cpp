@@ -11,7 +11,6 @@
 namespace {
 
 using namespace corvane::test;
-using corvane::test::corvane;
 
 using Program = CliTest;
 
@@ -39,11 +38,11 @@ TEST_F(Program, exitCodesAndHelp) {
 TEST_F(Program, inputErrorsNameTheFileAndLine) {
     const auto jpeg = makeJPEG(folder / "a.jpg");
     const auto csv = folder / "values.csv";
-    std::ofstream(csv) << "SourceFile,EXIF:Artist\nx,\"y\"c\n";
+    writeText(csv, "SourceFile,EXIF:Artist\nx,\"y\"c\n");
     const auto json = folder / "library.json";
-    std::ofstream(json) << "{\n \"a\": [1,\n";
+    writeText(json, "{\n \"a\": [1,\n");
     const auto odd = folder / "odd.json";
-    std::ofstream(odd) << "[{\"SourceFile\": 3}]";
+    writeText(odd, "[{\"SourceFile\": 3}]");
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{"sidecar", "import", csv.string(), jpeg.string()},
          csv.string() + ":2: not a sidecar: misplaced quotation mark"},
@@ -54,22 +53,21 @@ TEST_F(Program, inputErrorsNameTheFileAndLine) {
     };
     const std::string before = readText(jpeg);
     for (const auto& [arguments, message] : cases) {
-        auto run = corvane(arguments, scratch);
+        auto run = cli(arguments);
         EXPECT_NE(run.exitCode, 0) << message;
-        EXPECT_EQ(run.err.rfind("corvane: " + message, 0), 0u) << run.err;
-        EXPECT_EQ(run.err.find("json.exception"), std::string::npos) << run.err;
+        EXPECT_THAT(run.err, StartsWith("corvane: " + message));
+        EXPECT_THAT(run.err, Not(HasSubstr("json.exception")));
     }
     EXPECT_EQ(readText(jpeg), before);
 }
 
 // The completion script knows every command and option of the program, and completes in bash.
 TEST_F(Program, completionScripts) {
-    auto bash = corvane({"completion", "bash"}, scratch);
-    ASSERT_EQ(bash.exitCode, 0) << bash.err;
+    auto bash = cliOK({"completion", "bash"});
     for (const char* word : {"read", "set", "--dry-run", "--preserve-mtime", "--raw", "completion", "preset"})
-        EXPECT_NE(bash.out.find(word), std::string::npos) << word;
+        EXPECT_THAT(bash.out, HasSubstr(word));
     const auto script = folder / "corvane.bash";
-    std::ofstream(script) << bash.out;
+    writeText(script, bash.out);
 
     // Completes in a real bash as a person types: a command, an option of it, a subcommand, and
     // nothing after an option that takes a value.
@@ -93,19 +91,17 @@ TEST_F(Program, completionScripts) {
     EXPECT_NE(complete("corvane preset ''").find("make"), std::string::npos);
     EXPECT_EQ(complete("corvane read -t ''"), "\n");
 
-    auto zsh = corvane({"completion", "zsh"}, scratch);
-    EXPECT_EQ(zsh.exitCode, 0);
-    EXPECT_EQ(zsh.out.rfind("#compdef corvane\n", 0), 0u);
-    EXPECT_EQ(corvane({"completion", "fish"}, scratch).exitCode, 2);
+    auto zsh = cliOK({"completion", "zsh"});
+    EXPECT_THAT(zsh.out, StartsWith("#compdef corvane\n"));
+    cliExits(2, {"completion", "fish"});
 }
 
 TEST_F(Program, manualPageCoversEveryCommand) {
-    auto man = corvane({"manpage"}, scratch);
-    ASSERT_EQ(man.exitCode, 0) << man.err;
-    EXPECT_EQ(man.out.rfind(".TH CORVANE 1", 0), 0u);
+    auto man = cliOK({"manpage"});
+    EXPECT_THAT(man.out, StartsWith(".TH CORVANE 1"));
     for (const char* section :
          {".SS \"read\"", ".SS \"set\"", ".SS \"preset make\"", "\\-\\-dry\\-run", ".SH EXIT STATUS"})
-        EXPECT_NE(man.out.find(section), std::string::npos) << section;
+        EXPECT_THAT(man.out, HasSubstr(section));
 }
 
 } // namespace
