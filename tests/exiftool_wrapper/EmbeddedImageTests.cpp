@@ -57,9 +57,7 @@ TEST(ETCoordinateReaderTest, EachSourceGetsItsOwnPositionWhateverTheOthersAre) {
     ASSERT_TRUE(coordinates[0]);
     EXPECT_NEAR(coordinates[0]->latitude().value(), -33.8675, 1e-6);
     EXPECT_NEAR(coordinates[0]->longitude().value(), 151.207, 1e-6);
-    EXPECT_FALSE(coordinates[1]);
-    EXPECT_FALSE(coordinates[2]);
-    EXPECT_FALSE(coordinates[3]);
+    EXPECT_FALSE(coordinates[1] || coordinates[2] || coordinates[3]);
     ASSERT_TRUE(coordinates[4]);
     EXPECT_NEAR(coordinates[4]->latitude().value(), 40.5, 1e-6);
     EXPECT_NEAR(coordinates[4]->longitude().value(), -75.25, 1e-6);
