@@ -8,7 +8,6 @@
 
 #include <cstdlib>
 #include <set>
-#include <sstream>
 
 namespace {
 
@@ -77,21 +76,12 @@ TEST_F(TableCommands, TagSetsAreKeptInTheUserDefaults) {
 TEST_F(TableCommands, ShowMergesTheMakesOfCameraFiles) {
     const auto corpus = corpusFolder();
     if (!fs::exists(corpus / "INDEX.tsv")) GTEST_SKIP() << "no camera corpus at " << corpus;
-    std::ifstream index(corpus / "INDEX.tsv");
     std::vector<std::string> arguments{"show", "--tagset", "images", "--filter", "make"};
     std::set<std::string> makes;
-    for (std::string line; std::getline(index, line) && makes.size() < 4;) {
-        std::vector<std::string> columns;
-        std::istringstream fields(line);
-        for (std::string field; std::getline(fields, field, '\t');)
-            columns.push_back(field);
-        // dest, ..., has_exif (11), ..., make (17)
-        if (columns.size() < 18 || columns[0].rfind("jpeg/", 0) != 0 || columns[11] != "True" ||
-            columns[17].empty())
-            continue;
-        if (!makes.insert(columns[17]).second) continue;
-        arguments.push_back((corpus / columns[0]).string());
-    }
+    for (auto& entry : corpusIndex(corpus))
+        if (makes.size() < 4 && entry["dest"].starts_with("jpeg/") && entry["has_exif"] == "True" &&
+            !entry["make"].empty() && makes.insert(entry["make"]).second)
+            arguments.push_back((corpus / entry["dest"]).string());
     ASSERT_EQ(makes.size(), 4u);
     std::string expected = "EXIF:Make\t<4 values>";
     for (const auto& make : makes)
