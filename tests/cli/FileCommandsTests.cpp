@@ -29,8 +29,8 @@ protected:
 TEST_F(FileCommands, setThenReadBackEveryFamily) {
     auto jpeg = makeJPEG(folder / "ünï photo 'q'.jpg");
     auto mov = makeMOV(folder / "clip.mov");
-    EXPECT_THAT(cliOK({"set", "EXIF:Artist=Zoë — 東京", "XMP:Title=Titre «x»", "IPTC:Caption-Abstract=Ça va",
-                       "--", jpeg.string()})
+    EXPECT_THAT(cliOK({"set", "EXIF:Artist=Zoë — 東京", "XMP:Title=Titre «x»", "XMP:Title-de-CH=Quadrat",
+                       "IPTC:Caption-Abstract=Ça va", "--", jpeg.string()})
                     .out,
                 HasSubstr("1 file updated"));
     cliOK({"set", "QuickTime:Title=Фильм", mov.string()});
@@ -45,6 +45,9 @@ TEST_F(FileCommands, setThenReadBackEveryFamily) {
     const auto plain = cliOK({"read", jpeg.string()}).out;
     EXPECT_THAT(plain, StartsWith("======== " + jpeg.string() + "\n"));
     EXPECT_THAT(plain, HasSubstr("\nEXIF:Artist\tZoë — 東京\n"));
+    // A language of an alternative text is a tag of its own under ExifTool's name for it.
+    EXPECT_THAT(plain, HasSubstr("\nXMP:Title-de-CH\tQuadrat\n"));
+    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title-de-CH"), "Quadrat");
 
     // An empty value clears the tag.
     cliOK({"set", "EXIF:Artist=", jpeg.string()});
@@ -113,18 +116,6 @@ TEST_F(FileCommands, typedEditOptions) {
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:Orientation", true), "1");
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:DateTimeOriginal"), "2020:05:06 10:20:30");
     EXPECT_NE(cli({"set", "--flip", "diagonal", jpeg.string()}).exitCode, 0);
-}
-
-TEST_F(FileCommands, foldersRecursiveOrNot) {
-    makeJPEG(folder / "top.jpg");
-    auto sub = folder.makeSubfolder("sub");
-    makeJPEG(sub / "inner.jpg");
-    EXPECT_EQ(readJSON({folder.path().string()}).size(), 1u);
-    EXPECT_EQ(readJSON({"--recursive", folder.path().string()}).size(), 2u);
-
-    cliOK({"set", "--recursive", "EXIF:Artist=Everyone", folder.path().string()});
-    EXPECT_EQ(exifToolValue(sub / "inner.jpg", "EXIF:Artist"), "Everyone");
-    EXPECT_EQ(exifToolValue(folder / "top.jpg", "EXIF:Artist"), "Everyone");
 }
 
 TEST_F(FileCommands, everythingAfterTheMarkIsAFile) {
@@ -285,14 +276,15 @@ TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
     EXPECT_NEAR(std::stod(exifToolValue(jpeg, "EXIF:GPSLongitude", true)), 0.0, 1e-9);
 }
 
-// Every file given or found in a folder is shown or reported: a name that isn't valid UTF-8 is
-// read and written like any other, a folder's file of a format not read is named on standard error,
-// and a file named alone is read whenever ExifTool reads it.
+// Every file given or found in a folder (and its subfolders with --recursive) is shown or reported:
+// a name that isn't valid UTF-8 is read and written like any other, a folder's file of a format not
+// read is named on standard error, and a file named alone is read whenever ExifTool reads it.
 TEST_F(FileCommands, everyFileIsShownOrReported) {
     const fs::path latin1 = folder / std::string("caf\xe9.jpg");
     makeJPEG(latin1);
     tagWithExifTool(latin1, {"-EXIF:Artist=Latin"});
     makeJPEG(folder / "plain.jpg");
+    const auto inner = makeJPEG(folder.makeSubfolder("sub") / "inner.jpg");
     writeText(folder / "notes.txt", "hi");
     // A track log: no format of the media table, but ExifTool reads it.
     const fs::path track = folder / "walk.gpx";
@@ -308,6 +300,9 @@ TEST_F(FileCommands, everyFileIsShownOrReported) {
     EXPECT_TRUE(sawLatin1) << run.out;
     EXPECT_THAT(run.err, HasSubstr("notes.txt: skipped"));
     EXPECT_THAT(run.err, HasSubstr("walk.gpx: skipped"));
+    EXPECT_EQ(
+        nlohmann::json::parse(cliOK({"read", "--json", "--recursive", folder.path().string()}).out).size(),
+        3u);
 
     EXPECT_THAT(cliOK({"read", latin1.string()}).out, HasSubstr("EXIF:Artist\tLatin"));
     // A file named alone is read by ExifTool when the media table doesn't list its format.
@@ -318,6 +313,9 @@ TEST_F(FileCommands, everyFileIsShownOrReported) {
     EXPECT_EQ(exifToolValue(latin1, "EXIF:Artist"), "Written");
     cliOK({"set", "XMP:Title=Both", folder.path().string()});
     EXPECT_EQ(exifToolValue(latin1, "XMP:Title"), "Both");
+    EXPECT_EQ(exifToolValue(inner, "XMP:Title"), "");
+    cliOK({"set", "--recursive", "XMP:Title=Everyone", folder.path().string()});
+    EXPECT_EQ(exifToolValue(inner, "XMP:Title"), "Everyone");
 }
 
 // Dates are shown as the file holds them whatever the machine's zone, and a shift moves their
@@ -349,16 +347,6 @@ TEST_F(FileCommands, datesKeepTheirOwnClock) {
     EXPECT_EQ(exifToolValue(jpeg, "IPTC:DigitalCreationTime", true), "00:37:53-04:00");
     EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2023:05:06 12:25:40.5+03:00");
     EXPECT_EQ(exifToolValue(mov, "Keys:CreationDate", true), "2023:05:06 12:25:40+03:00");
-}
-
-// A language of an alternative text is a tag of its own under ExifTool's name for it: read, and
-// written where the text is writable.
-TEST_F(FileCommands, languagesOfAlternativeTextsAreTagsOfTheirOwn) {
-    auto jpeg = makeJPEG(folder / "a.jpg");
-    cliOK({"set", "XMP:Title=Square", "XMP:Title-de-CH=Quadrat", jpeg.string()});
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title-de-CH"), "Quadrat");
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title"), "Square");
-    EXPECT_THAT(cliOK({"read", jpeg.string()}).out, HasSubstr("XMP:Title-de-CH\tQuadrat"));
 }
 
 } // namespace

@@ -39,23 +39,6 @@ fs::path photo(const fs::path& path) {
     return path;
 }
 
-TEST_F(ReadCommand, readableByDefaultRawOnRequest) {
-    const auto jpeg = photo(folder / "a.jpg");
-    const auto pretty = cliOK({"read", jpeg.string()});
-    // The texts ExifTool prints for the same tags.
-    for (const std::string tag :
-         {"ResolutionUnit", "Flash", "ExposureTime", "Orientation", "ComponentsConfiguration"})
-        EXPECT_THAT(pretty.out, HasSubstr(row("EXIF:" + tag, exifToolValue(jpeg, "EXIF:" + tag))));
-    EXPECT_THAT(pretty.out, HasSubstr(row("EXIF:Flash", "On, Fired")));
-    EXPECT_THAT(pretty.out, HasSubstr(row("EXIF:ExposureTime", "1/160")));
-    EXPECT_THAT(pretty.out, HasSubstr(row("EXIF:FNumber", "2.8")));
-
-    const auto raw = cliOK({"read", "-n", jpeg.string()});
-    EXPECT_THAT(raw.out, HasSubstr(row("EXIF:Flash", "9")));
-    EXPECT_THAT(raw.out, HasSubstr(row("EXIF:ResolutionUnit", "2")));
-    EXPECT_THAT(raw.out, Not(HasSubstr("1/160")));
-}
-
 TEST_F(ReadCommand, tagsArePickedCaseInsensitively) {
     const auto jpeg = photo(folder / "a.jpg");
     // A bare name takes the preferred family the file holds: EXIF before XMP.
@@ -77,16 +60,25 @@ TEST_F(ReadCommand, tagsArePickedCaseInsensitively) {
     EXPECT_THAT(ambiguous.err, HasSubstr("Canon:ShutterCount"));
     EXPECT_TRUE(ambiguous.out.empty()) << ambiguous.out;
 
-    for (const std::string unknown : {"NoSuchTag", "Nofamily:Artist"}) {
+    for (const std::string unknown : {"NoSuchTag", "Nofamily:Artist"})
         EXPECT_THAT(cliExits(2, {"read", "-t", unknown, jpeg.string()}).err, HasSubstr(unknown));
-    }
 }
 
-TEST_F(ReadCommand, jsonRecordsAndCsvRows) {
+// Values read as ExifTool prints them, or as stored with -n, in the plain form, JSON and CSV.
+TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     const auto a = photo(folder / "a.jpg");
+    const auto pretty = cliOK({"read", a.string()}).out;
+    for (const std::string tag :
+         {"ResolutionUnit", "Flash", "ExposureTime", "Orientation", "ComponentsConfiguration"})
+        EXPECT_THAT(pretty, HasSubstr(row("EXIF:" + tag, exifToolValue(a, "EXIF:" + tag))));
+    EXPECT_THAT(pretty, HasSubstr(row("EXIF:FNumber", "2.8")));
+    const auto raw = cliOK({"read", "-n", a.string()}).out;
+    EXPECT_THAT(raw, HasSubstr(row("EXIF:Flash", "9")));
+    EXPECT_THAT(raw, HasSubstr(row("EXIF:ResolutionUnit", "2")));
+    EXPECT_THAT(raw, Not(HasSubstr("1/160")));
+
     const auto b = makeJPEG(folder / "b.jpg");
     tagWithExifTool(b, {"-EXIF:Artist=Only \"quoted\""});
-
     auto run = cliOK({"read", "--json", a.string(), b.string()});
     const auto json = nlohmann::json::parse(run.out);
     ASSERT_TRUE(json.is_array()) << run.out;
@@ -99,9 +91,9 @@ TEST_F(ReadCommand, jsonRecordsAndCsvRows) {
     EXPECT_EQ(json[0].at("EXIF:ComponentsConfiguration"), "Y, Cb, Cr, -");
     EXPECT_EQ(json[1].at("EXIF:Artist"), "Only \"quoted\"");
 
-    auto raw = nlohmann::json::parse(cli({"read", "--json", "-n", a.string()}).out);
-    EXPECT_EQ(raw[0].at("EXIF:Flash"), 9);
-    EXPECT_EQ(raw[0].at("EXIF:ExposureTime"), 0.00625);
+    const auto rawJSON = nlohmann::json::parse(cliOK({"read", "--json", "-n", a.string()}).out).at(0);
+    EXPECT_EQ(rawJSON.at("EXIF:Flash"), 9);
+    EXPECT_EQ(rawJSON.at("EXIF:ExposureTime"), 0.00625);
 
     auto csv = cliOK({"read", "--csv", "-t", "EXIF:Artist", "-t", "EXIF:Flash", a.string(), b.string()});
     EXPECT_EQ(csv.out, "SourceFile,EXIF:Artist,EXIF:Flash\n" + a.string() + ",\"Ann, Bo\",\"On, Fired\"\n" +
@@ -126,9 +118,8 @@ TEST_F(ReadCommand, warningsPerFileUnlessQuiet) {
     // A file that ends inside its frame header, after its EXIF: ExifTool reads the EXIF and warns.
     const auto cut = makeJPEG(folder / "cut.jpg");
     tagWithExifTool(cut, {"-EXIF:Artist=Cut"});
-    std::string bytes = readText(cut);
-    bytes.resize(bytes.find("\xFF\xC0") + 6);
-    writeBytes(cut, std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    const std::string bytes = readText(cut);
+    writeText(cut, bytes.substr(0, bytes.find("\xFF\xC0") + 6));
     const std::string warning = "corvane: " + cut.string() + ": warning: JPEG format error\n";
     for (const std::string form : {"--raw", "--json", "--csv"}) {
         auto read = cliOK({"read", form, "-t", "EXIF:Artist", good.string(), cut.string()});

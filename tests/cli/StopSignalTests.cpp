@@ -65,9 +65,7 @@ struct Batch {
             for (auto& argument : arguments)
                 argv.push_back(const_cast<char*>(argument.c_str()));
             argv.push_back(nullptr);
-            const int out = ::open(
-                (temporary.path().parent_path() / (temporary.path().filename().string() + ".out")).c_str(),
-                O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            const int out = ::open((tools / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
             const int null = ::open("/dev/null", O_WRONLY);
             ::dup2(out, 1);
             ::dup2(null, 2);
@@ -99,8 +97,7 @@ struct Batch {
     bool exifToolRuns() const {
         const std::string mark = "EXIFTOOL_HOME=" + tools.path().string();
         for (const auto& entry : fs::directory_iterator("/proc")) {
-            std::ifstream in(entry.path() / "environ", std::ios::binary);
-            const std::string environment{std::istreambuf_iterator<char>(in), {}};
+            const std::string environment = corvane::test::readText(entry.path() / "environ");
             for (std::size_t at = 0; at < environment.size(); at = environment.find('\0', at) + 1) {
                 if (environment.compare(at, mark.size() + 1, mark + '\0') == 0 && !zombie(entry.path()))
                     return true;
@@ -111,16 +108,12 @@ struct Batch {
     }
 
     static bool zombie(const fs::path& process) {
-        std::ifstream stat(process / "stat");
-        const std::string text{std::istreambuf_iterator<char>(stat), {}};
+        const std::string text = corvane::test::readText(process / "stat");
         const auto close = text.rfind(')');
         return close != std::string::npos && text.compare(close + 2, 1, "Z") == 0;
     }
 
-    std::string output() const {
-        std::ifstream in(temporary.path().parent_path() / (temporary.path().filename().string() + ".out"));
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }
+    std::string output() const { return corvane::test::readText(tools / "out"); }
 
     // The photos whose title the run wrote.
     int titledCount() const {
@@ -131,11 +124,6 @@ struct Batch {
         for (std::size_t at = out.find("stopped"); at != std::string::npos; at = out.find("stopped", at + 1))
             ++count;
         return count;
-    }
-
-    ~Batch() {
-        std::error_code error;
-        fs::remove(temporary.path().parent_path() / (temporary.path().filename().string() + ".out"), error);
     }
 
     std::vector<std::string> leftovers() const {
