@@ -16,13 +16,11 @@ using Program = CliTest;
 
 TEST_F(Program, exitCodesAndHelp) {
     // CLI11's parse errors are usage errors: 2, whatever CLI11 would return.
-    for (const std::vector<std::string>& arguments :
-         std::vector<std::vector<std::string>>{{"read"},
-                                               {"read", "--no-such-option", "x.jpg"},
-                                               {"nosuchcommand"},
-                                               {"--engine", "other", "read", "x.jpg"},
-                                               {"read", "-t"},
-                                               {"help", "nosuchcommand"}})
+    const std::vector<std::vector<std::string>> usageErrors{
+        {"read"},          {"read", "--no-such-option", "x.jpg"},
+        {"nosuchcommand"}, {"--engine", "other", "read", "x.jpg"},
+        {"read", "-t"},    {"help", "nosuchcommand"}};
+    for (const auto& arguments : usageErrors)
         EXPECT_THAT(cliExits(2, arguments).err, StartsWith("corvane: "));
     // Help, of the program or a command, in any form, succeeds.
     const auto help = cliOK({"help", "read"}).out;

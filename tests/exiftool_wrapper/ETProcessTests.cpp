@@ -100,19 +100,15 @@ std::set<pid_t> childProcesses() {
 
 TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
     TemporaryFolder folder;
-    const std::vector<std::string> names = {"with blank.jpg",
-                                            "quote's \"double\".jpg",
-                                            "-leading dash.jpg",
-                                            "\xE2\x88\x92minus sign.jpg",
-                                            " leading blank.jpg",
-                                            "trailing blank .jpg",
-                                            "#hash.jpg",
-                                            "\xC3\xBCnic\xC3\xB8"
-                                            "de \xE6\x97\xA5.jpg",
-                                            "line\nbreak.jpg",
-                                            "cash $HOME @at\nand break.jpg",
-                                            "back\\slash.jpg",
-                                            "a - b.jpg"};
+    // Blanks, quotes, dashes (a minus sign too), comment marks, line breaks, shell characters and
+    // non-ASCII letters (\x64\x65 is "de").
+    const std::vector<std::string> names = {
+        "with blank.jpg",     "quote's \"double\".jpg",
+        "-leading dash.jpg",  "\xE2\x88\x92minus sign.jpg",
+        " leading blank.jpg", "trailing blank .jpg",
+        "#hash.jpg",          "\xC3\xBCnic\xC3\xB8\x64\x65 \xE6\x97\xA5.jpg",
+        "line\nbreak.jpg",    "cash $HOME @at\nand break.jpg",
+        "back\\slash.jpg",    "a - b.jpg"};
     Paths files;
     for (const auto& n : names)
         files.push_back(makeJPEG(folder / n));
