@@ -1,5 +1,6 @@
 // What every command shares: exit codes, help, the completion script and the manual page.
 #include "cli/CliRun.hpp"
+#include "corvane/exiftool_wrapper/detail/ProgramRun.hpp"
 #include "support/SampleFiles.hpp"
 
 #include <gtest/gtest.h>
@@ -70,19 +71,12 @@ TEST_F(Program, completionScripts) {
     // Completes in a real bash as a person types: a command, an option of it, a subcommand, and
     // nothing after an option that takes a value.
     auto complete = [&](const std::string& line) {
-        const auto probe = folder / "probe.sh";
-        std::ofstream(probe) << "source " << quoted(script.string()) << "\n"
-                             << "COMP_WORDS=(" << line << ")\n"
-                             << "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
-                             << "_corvane\n"
-                             << "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
-        FILE* pipe = popen(("bash " + quoted(probe.string()) + " 2>&1").c_str(), "r");
-        std::string out;
-        char buffer[512];
-        for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-            out.append(buffer, n);
-        pclose(pipe);
-        return out;
+        writeText(folder / "probe.sh", "source " + quoted(script.string()) + "\nCOMP_WORDS=(" + line +
+                                           ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_corvane\n"
+                                           "printf '%s\\n' \"${COMPREPLY[@]}\"\n");
+        const auto run =
+            corvane::detail::runProgram({"bash", (folder / "probe.sh").string()}, std::chrono::seconds(30));
+        return run.standardOutput + run.standardError;
     };
     EXPECT_EQ(complete("corvane re"), "read\n");
     EXPECT_NE(complete("corvane --engine exiftool set --dry").find("--dry-run"), std::string::npos);

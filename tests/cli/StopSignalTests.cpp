@@ -75,18 +75,13 @@ struct Batch {
         return pid;
     }
 
-    // Whether a file with this extension is in the temporary folder: the import file is made just
+    // Whether ExifTool's write has begun: the import file is made in the temporary folder just
     // before ExifTool writes.
-    bool hasTemporary(const std::string& extension) const {
-        for (const auto& entry : fs::directory_iterator(temporary.path()))
-            if (entry.path().extension() == extension) return true;
-        return false;
-    }
-
     bool waitForWrite(pid_t pid) const {
         const auto deadline = Clock::now() + std::chrono::seconds(60);
         while (Clock::now() < deadline) {
-            if (hasTemporary(".json")) return true;
+            for (const auto& entry : fs::directory_iterator(temporary.path()))
+                if (entry.path().extension() == ".json") return true;
             if (::waitpid(pid, nullptr, WNOHANG) == pid) return false;
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
@@ -95,15 +90,12 @@ struct Batch {
 
     // ExifTool processes started for this batch.
     bool exifToolRuns() const {
-        const std::string mark = "EXIFTOOL_HOME=" + tools.path().string();
-        for (const auto& entry : fs::directory_iterator("/proc")) {
-            const std::string environment = corvane::test::readText(entry.path() / "environ");
-            for (std::size_t at = 0; at < environment.size(); at = environment.find('\0', at) + 1) {
-                if (environment.compare(at, mark.size() + 1, mark + '\0') == 0 && !zombie(entry.path()))
-                    return true;
-                if (environment.find('\0', at) == std::string::npos) break;
-            }
-        }
+        // One variable of the environment, whose entries each end with a null character.
+        const std::string mark = std::string(1, '\0') + "EXIFTOOL_HOME=" + tools.path().string() + '\0';
+        for (const auto& entry : fs::directory_iterator("/proc"))
+            if (('\0' + corvane::test::readText(entry.path() / "environ")).find(mark) != std::string::npos &&
+                !zombie(entry.path()))
+                return true;
         return false;
     }
 
