@@ -142,27 +142,44 @@ TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
     EXPECT_EQ(bySource(parse(relative)).at("#hash.jpg").at("FileName"), "#hash.jpg");
 }
 
+// Groups with other options run as commands of their own in the same process, their records joined
+// in one JSON array; a folder's group reads its subfolders' files through the filter.
 TEST(ETProcess, JoinsTheGroupsOfOneRunInOneJSONArray) {
     TemporaryFolder folder;
     const auto a = makeJPEG(folder / "a.jpg");
     const auto b = makePNG(folder / "b.png");
     const auto c = makeTIFF(folder / "c.tif");
     const auto d = makeMOV(folder / "d.mov");
+    const auto tree = folder.makeSubfolder("tree");
+    makeJPEG(tree / "e.jpg");
+    makePNG(tree / "e.png");
+    makeJPEG(folder.makeSubfolder("tree/sub") / "f.JPG");
     auto input = readInput({a, b}, {"-j", "-FileType"});
-    // Groups with other options run as commands of their own in the same process.
     input.addArguments(Paths{c, d}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
         maker.arguments = {"-j", "-FileType"};
         maker.rawValues = true;
         maker.url = url;
     });
+    input.addArguments(Paths{tree}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.recurseSubfolders = true;
+        maker.filePathFilter = ETPathFilter{"jpg"};
+        maker.arguments = {"-j", "-FileName"};
+        maker.url = url;
+    });
+    std::vector<double> progress;
+    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
     auto output = ETProcess::run(input);
     ASSERT_NO_THROW(output.throwIfErrors());
     const auto array = parse(output);
-    ASSERT_EQ(array.size(), 4u);
+    ASSERT_EQ(array.size(), 6u);
     EXPECT_EQ(array[0].at("SourceFile"), a.string());
     EXPECT_EQ(array[1].at("FileType"), "PNG");
     EXPECT_EQ(array[2].at("FileType"), "TIFF");
     EXPECT_EQ(array[3].at("SourceFile"), d.string());
+    EXPECT_EQ((std::set<std::string>{array[4].at("FileName"), array[5].at("FileName")}),
+              (std::set<std::string>{"e.jpg", "f.JPG"}));
+    ASSERT_FALSE(progress.empty());
+    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
     EXPECT_DOUBLE_EQ(output.progress(), 1.0);
 }
 
@@ -196,31 +213,6 @@ TEST(ETProcess, MapsFlagsToExifToolOptions) {
     EXPECT_EQ(maker.commandArguments(),
               (std::vector<std::string>{"-password", "-secret", "-m", "-n", "-e", "-F", "-overwrite_original",
                                         "-r", "-ext", "JPG", "-j"}));
-}
-
-TEST(ETProcess, ReadsAFolderRecursivelyThroughTheFilter) {
-    TemporaryFolder folder;
-    makeJPEG(folder / "a.jpg");
-    makePNG(folder / "b.png");
-    makeJPEG(folder.makeSubfolder("sub") / "c.JPG");
-    ETInput input;
-    input.addArguments(Paths{folder.path()},
-                       [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
-                           maker.recurseSubfolders = true;
-                           maker.filePathFilter = ETPathFilter{"jpg"};
-                           maker.arguments = {"-j", "-FileName"};
-                           maker.url = url;
-                       });
-    std::vector<double> progress;
-    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
-    auto output = ETProcess::run(input);
-    ASSERT_NO_THROW(output.throwIfErrors());
-    std::set<std::string> names;
-    for (const auto& r : parse(output))
-        names.insert(r.at("FileName").get<std::string>());
-    EXPECT_EQ(names, (std::set<std::string>{"a.jpg", "c.JPG"}));
-    ASSERT_FALSE(progress.empty());
-    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
 }
 
 TEST(ETProcess, LargeOutputDoesNotStall) {
