@@ -36,6 +36,7 @@ TEST_F(KitSettingsTest, EngineSetsAndDefaults) {
                    av = EngineOption::avFoundation();
     static_assert(EngineOption({et, ci, av}) == EngineOption::all());
     EXPECT_EQ((et | ci).rawValue(), 3);
+    EXPECT_EQ(EngineOption::all().rawValue(), 7);
     EXPECT_EQ(((et | ci) & (ci | av)), ci);
     EXPECT_EQ(((et | ci) ^ (ci | av)), EngineOption::all() - ci);
     EXPECT_TRUE(et.isSubset(et | ci) && EngineOption::all().isSuperset(av) && !ci.contains(et));
