@@ -3,13 +3,16 @@
 
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <sys/wait.h>
 #include <vector>
@@ -21,6 +24,9 @@
 namespace corvane::test {
 
 namespace fs = std::filesystem;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
 
 struct Run {
     int exitCode = -1;
@@ -40,6 +46,26 @@ inline std::string readText(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
+
+inline void writeText(const fs::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+// An environment variable set for the program runs of one scope, and restored after it.
+class ScopedEnvironment {
+public:
+    ScopedEnvironment(const char* name, const std::string& value) : name_(name) {
+        if (const char* previous = std::getenv(name)) saved_ = previous;
+        ::setenv(name, value.c_str(), 1);
+    }
+    ~ScopedEnvironment() { saved_ ? ::setenv(name_, saved_->c_str(), 1) : ::unsetenv(name_); }
+    ScopedEnvironment(const ScopedEnvironment&) = delete;
+    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+
+private:
+    const char* name_;
+    std::optional<std::string> saved_;
+};
 
 // Runs the program with these arguments, in `workingDirectory` when given; standard error goes to a
 // file of the folder.
@@ -69,6 +95,20 @@ class CliTest : public ::testing::Test {
 protected:
     TemporaryFolder scratch{"corvane-cli-scratch"};
     TemporaryFolder folder{"corvane-cli"};
+
+    test::Run cli(const std::vector<std::string>& arguments, const fs::path& workingDirectory = {}) const {
+        return corvane(arguments, scratch, workingDirectory);
+    }
+    // Runs the program and expects this exit code, showing the arguments and standard error if not.
+    test::Run cliExits(int exitCode, const std::vector<std::string>& arguments) const {
+        test::Run run = cli(arguments);
+        std::string line;
+        for (const auto& argument : arguments)
+            line += " " + argument.substr(0, 200);
+        EXPECT_EQ(run.exitCode, exitCode) << "corvane" << line << "\n" << run.err;
+        return run;
+    }
+    test::Run cliOK(const std::vector<std::string>& arguments) const { return cliExits(0, arguments); }
 };
 
 } // namespace corvane::test

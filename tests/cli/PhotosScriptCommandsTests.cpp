@@ -10,7 +10,6 @@
 namespace {
 
 using namespace corvane::test;
-using corvane::test::corvane;
 
 using Profile = corvane::PhotosRemoteProfile;
 
@@ -40,48 +39,42 @@ protected:
 
 TEST_F(PhotosScriptCommands, RemotePrintsOrRunsTheChosenProfile) {
     const auto profiles = writeProfiles().string();
-    auto printed =
-        corvane({"photos-script", "remote", profiles, "--profile", "Sea", "--delay", "2"}, scratch);
-    ASSERT_EQ(printed.exitCode, 0) << printed.err;
-    EXPECT_TRUE(printed.out.starts_with("delay 2 \n \ntell application \"Photos\" \n")) << printed.out;
-    EXPECT_NE(printed.out.find("    set curKeywords to {\"sea\"} \n"), std::string::npos) << printed.out;
-    EXPECT_EQ(printed.out.find("curDescription"), std::string::npos) << "only the chosen profile's values";
+    auto printed = cliOK({"photos-script", "remote", profiles, "--profile", "Sea", "--delay", "2"});
+    EXPECT_THAT(printed.out, StartsWith("delay 2 \n \ntell application \"Photos\" \n"));
+    EXPECT_THAT(printed.out, HasSubstr("    set curKeywords to {\"sea\"} \n"));
+    EXPECT_THAT(printed.out, Not(HasSubstr("curDescription")));
 
-    auto ambiguous = corvane({"photos-script", "remote", profiles}, scratch);
-    EXPECT_EQ(ambiguous.exitCode, 2);
-    EXPECT_EQ(ambiguous.err, "corvane: " + profiles + ": 2 profiles: choose one with --profile\n");
-    EXPECT_EQ(corvane({"photos-script", "remote", profiles, "--profile", "Moon"}, scratch).exitCode, 1);
-    std::ofstream(folder / "broken.json") << R"({"profiles": [{"name": "x"}]})";
-    auto broken = corvane({"photos-script", "remote", (folder / "broken.json").string()}, scratch);
-    EXPECT_EQ(broken.exitCode, 1);
-    EXPECT_TRUE(broken.err.starts_with("corvane: " + (folder / "broken.json").string() + ": ")) << broken.err;
+    EXPECT_EQ(cliExits(2, {"photos-script", "remote", profiles}).err,
+              "corvane: " + profiles + ": 2 profiles: choose one with --profile\n");
+    cliExits(1, {"photos-script", "remote", profiles, "--profile", "Moon"});
+    writeText(folder / "broken.json", R"({"profiles": [{"name": "x"}]})");
+    EXPECT_THAT(cliExits(1, {"photos-script", "remote", (folder / "broken.json").string()}).err,
+                StartsWith("corvane: " + (folder / "broken.json").string() + ": "));
 
-    auto ran = corvane({"photos-script", "remote", profiles, "--profile", "City", "--run", "--host",
-                        writeHost("", 0).string()},
-                       scratch);
-    ASSERT_EQ(ran.exitCode, 0) << ran.err;
-    EXPECT_EQ(ran.out, "");
-    const auto city = corvane({"photos-script", "remote", profiles, "--profile", "City"}, scratch).out;
-    EXPECT_EQ(readText(folder / "received"), city);
+    EXPECT_EQ(cliOK({"photos-script", "remote", profiles, "--profile", "City", "--run", "--host",
+                     writeHost("", 0).string()})
+                  .out,
+              "");
+    EXPECT_EQ(readText(folder / "received"),
+              cli({"photos-script", "remote", profiles, "--profile", "City"}).out);
 
-    auto refused = corvane(
-        {"photos-script", "remote", profiles, "--profile", "City", "--run", "--host",
-         writeHost("-:1:9: execution error: Please select an image in Photos.app (-2700)", 1).string()},
-        scratch);
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.err, "corvane: Photos: Please select an image in Photos.app (-2700)\n");
+    EXPECT_EQ(
+        cliExits(
+            1,
+            {"photos-script", "remote", profiles, "--profile", "City", "--run", "--host",
+             writeHost("-:1:9: execution error: Please select an image in Photos.app (-2700)", 1).string()})
+            .err,
+        "corvane: Photos: Please select an image in Photos.app (-2700)\n");
 }
 
 TEST_F(PhotosScriptCommands, ImportTakesFullPathsOfFilesThatAreThere) {
-    std::ofstream(folder / "a.jpg") << "x";
-    auto printed = corvane({"photos-script", "import", "a.jpg"}, scratch, folder.path());
-    ASSERT_EQ(printed.exitCode, 0) << printed.err;
-    EXPECT_NE(
-        printed.out.find("  set filenames to { POSIX file \"" + (folder / "a.jpg").string() + "\" }   \n"),
-        std::string::npos)
-        << printed.out;
+    writeText(folder / "a.jpg", "x");
+    auto printed = cli({"photos-script", "import", "a.jpg"}, folder.path());
+    EXPECT_EQ(printed.exitCode, 0) << printed.err;
+    EXPECT_THAT(printed.out,
+                HasSubstr("  set filenames to { POSIX file \"" + (folder / "a.jpg").string() + "\" }   \n"));
 
-    auto missing = corvane({"photos-script", "import", "a.jpg", "gone.jpg"}, scratch, folder.path());
+    auto missing = cli({"photos-script", "import", "a.jpg", "gone.jpg"}, folder.path());
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_EQ(missing.err, "corvane: gone.jpg: not a file\n");
     EXPECT_EQ(missing.out, "") << "no script for part of the files";

@@ -1,58 +1,80 @@
 // `corvane preset make|list` and `corvane set --preset`, run as the built program on real files:
-// a preset made from one photo puts the photo's values on another.
+// a preset made from one photo puts the photo's values on another, checked as typed values are.
 #include "cli/CliRun.hpp"
 #include "support/SampleFiles.hpp"
-#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace corvane::test;
-using corvane::test::corvane;
 
-TEST(PresetCommands, MakeListAndApplyAPreset) {
-    TemporaryFolder folder("corvane-cli-presets");
+using PresetCommands = CliTest;
+
+TEST_F(PresetCommands, MakeListAndApplyAPreset) {
     const auto model = makeJPEG(folder / "model.jpg");
     const auto target = makeJPEG(folder / "target.jpg");
     tagWithExifTool(model, {"-EXIF:Artist=Zoë Martin", "-EXIF:DateTimeOriginal=2024:06:01 06:30:00",
                             "-IPTC:Keywords=sea", "-IPTC:Keywords=sun"});
     const auto library = (folder / "presets.json").string();
 
-    auto made = corvane({"preset", "make", "-o", library, "--name", "Harbour", model.string(), "EXIF:Artist",
-                         "EXIF:DateTimeOriginal", "IPTC:Keywords", "XMP:Title"},
-                        folder);
-    EXPECT_EQ(made.exitCode, 1) << "a tag without a value is reported";
-    EXPECT_NE(made.err.find("no value for XMP:Title"), std::string::npos) << made.err;
+    // A tag without a value is reported.
+    EXPECT_THAT(cliExits(1, {"preset", "make", "-o", library, "--name", "Harbour", model.string(),
+                             "EXIF:Artist", "EXIF:DateTimeOriginal", "IPTC:Keywords", "XMP:Title"})
+                    .err,
+                HasSubstr("no value for XMP:Title"));
+    const auto listed = cliOK({"preset", "list", library}).out;
+    EXPECT_THAT(listed, HasSubstr("Preset \"Harbour\""));
+    EXPECT_THAT(listed,
+                HasSubstr("EXIF:DateTimeOriginal\tuse_custom_value {\"value\":\"SELECT(YY: 2024, MM: 6, "
+                          "DD: 1, hh: 6, mm: 30, ss: 0)\""));
 
-    auto listed = corvane({"preset", "list", library}, folder);
-    ASSERT_EQ(listed.exitCode, 0) << listed.err;
-    EXPECT_NE(listed.out.find("Preset \"Harbour\""), std::string::npos) << listed.out;
-    EXPECT_NE(listed.out.find("EXIF:DateTimeOriginal\tuse_custom_value {\"value\":\"SELECT(YY: 2024, MM: 6, "
-                              "DD: 1, hh: 6, mm: 30, ss: 0)\""),
-              std::string::npos)
-        << listed.out;
-
-    auto applied = corvane({"set", "--preset", library, "--", target.string()}, folder);
-    ASSERT_EQ(applied.exitCode, 0) << applied.err;
+    cliOK({"set", "--preset", library, "--", target.string()});
     EXPECT_EQ(exifToolValue(target, "EXIF:Artist"), "Zoë Martin");
     EXPECT_EQ(exifToolValue(target, "EXIF:DateTimeOriginal"), "2024:06:01 06:30:00");
     EXPECT_EQ(exifToolValue(target, "IPTC:Keywords"), "sea, sun");
 
     // With two presets in the library, the one to apply must be named.
-    ASSERT_EQ(
-        corvane({"preset", "make", "-o", library, "--name", "Artist only", model.string(), "EXIF:Artist"},
-                folder)
-            .exitCode,
-        0);
-    auto ambiguous = corvane({"set", "--preset", library, target.string()}, folder);
-    EXPECT_EQ(ambiguous.exitCode, 2);
-    EXPECT_NE(ambiguous.err.find("\"Harbour\", \"Artist only\""), std::string::npos) << ambiguous.err;
-    auto unknown = corvane({"set", "--preset", library, "--preset-name", "Nope", target.string()}, folder);
-    EXPECT_EQ(unknown.exitCode, 2);
-    auto named =
-        corvane({"set", "--preset", library, "--preset-name", "Artist only", target.string()}, folder);
-    EXPECT_EQ(named.exitCode, 0) << named.err;
+    cliOK({"preset", "make", "-o", library, "--name", "Artist only", model.string(), "EXIF:Artist"});
+    EXPECT_THAT(cliExits(2, {"set", "--preset", library, target.string()}).err,
+                HasSubstr("\"Harbour\", \"Artist only\""));
+    cliExits(2, {"set", "--preset", library, "--preset-name", "Nope", target.string()});
+    cliOK({"set", "--preset", library, "--preset-name", "Artist only", target.string()});
+}
+
+// The preset's value of `tag` replaced by `value` in the library's text.
+std::string withPresetValue(std::string text, const std::string& tag, const std::string& value) {
+    const auto entry = text.find("\"" + tag + "\"");
+    const auto start = text.find("\"value\": \"", entry) + std::string("\"value\": \"").size();
+    return text.replace(start, text.find('"', start) - start, value);
+}
+
+// A value its tag can't hold is refused, naming the tag and the value, and nothing of the file is
+// written; a fraction is read for a real number, as on the command line.
+TEST_F(PresetCommands, presetValuesAreCheckedAsTypedOnes) {
+    const auto model = makeJPEG(folder / "model.jpg");
+    const auto target = makeJPEG(folder / "target.jpg");
+    tagWithExifTool(model, {"-EXIF:Orientation#=6", "-IPTC:ObjectName=short", "-EXIF:ExposureTime=0.01"});
+    const auto library = folder / "presets.json";
+    cliOK({"preset", "make", "-o", library.string(), model.string(), "EXIF:Orientation", "IPTC:ObjectName",
+           "EXIF:ExposureTime"});
+    const std::string made = readText(library);
+    const std::string before = readText(target);
+
+    const std::pair<std::string, std::string> refused[] = {{"EXIF:Orientation", "99"},
+                                                           {"IPTC:ObjectName", std::string(300, 'x')},
+                                                           {"EXIF:ExposureTime", "fast"}};
+    for (const auto& [tag, value] : refused) {
+        writeText(library, withPresetValue(made, tag, value));
+        EXPECT_THAT(cliExits(2, {"set", "--preset", library.string(), target.string()}).err,
+                    HasSubstr("\"" + value + "\" is not a valid value for " + tag));
+        EXPECT_EQ(readText(target), before) << tag;
+    }
+
+    writeText(library, withPresetValue(made, "EXIF:ExposureTime", "1/500"));
+    cliOK({"set", "--preset", library.string(), target.string()});
+    EXPECT_EQ(exifToolValue(target, "EXIF:ExposureTime", true), "0.002");
+    EXPECT_EQ(exifToolValue(target, "EXIF:Orientation", true), "6");
 }
 
 } // namespace

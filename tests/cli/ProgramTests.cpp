@@ -1,5 +1,6 @@
 // What every command shares: exit codes, help, the completion script and the manual page.
 #include "cli/CliRun.hpp"
+#include "corvane/exiftool_wrapper/detail/ProgramRun.hpp"
 #include "support/SampleFiles.hpp"
 
 #include <gtest/gtest.h>
@@ -11,41 +12,24 @@
 namespace {
 
 using namespace corvane::test;
-using corvane::test::corvane;
 
 using Program = CliTest;
 
 TEST_F(Program, exitCodesAndHelp) {
     // CLI11's parse errors are usage errors: 2, whatever CLI11 would return.
-    for (const std::vector<std::string>& arguments :
-         std::vector<std::vector<std::string>>{{"read"},
-                                               {"read", "--no-such-option", "x.jpg"},
-                                               {"nosuchcommand"},
-                                               {"--engine", "other", "read", "x.jpg"},
-                                               {"read", "-t"},
-                                               {"help", "nosuchcommand"}}) {
-        auto run = corvane(arguments, scratch);
-        EXPECT_EQ(run.exitCode, 2) << arguments.back() << ": " << run.err;
-        EXPECT_EQ(run.err.rfind("corvane: ", 0), 0u) << run.err;
-    }
+    const std::vector<std::vector<std::string>> usageErrors{
+        {"read"},          {"read", "--no-such-option", "x.jpg"},
+        {"nosuchcommand"}, {"--engine", "other", "read", "x.jpg"},
+        {"read", "-t"},    {"help", "nosuchcommand"}};
+    for (const auto& arguments : usageErrors)
+        EXPECT_THAT(cliExits(2, arguments).err, StartsWith("corvane: "));
     // Help, of the program or a command, in any form, succeeds.
-    auto help = corvane({"help", "read"}, scratch);
-    EXPECT_EQ(help.exitCode, 0) << help.err;
-    EXPECT_NE(help.out.find("--raw"), std::string::npos) << help.out;
-    EXPECT_EQ(corvane({"read", "--help"}, scratch).out, help.out);
-    EXPECT_EQ(corvane({"read", "--help"}, scratch).exitCode, 0);
-    EXPECT_EQ(corvane({"--help"}, scratch).exitCode, 0);
-    auto nested = corvane({"help", "preset", "make"}, scratch);
-    EXPECT_EQ(nested.exitCode, 0);
-    EXPECT_NE(nested.out.find("--detail"), std::string::npos) << nested.out;
-    EXPECT_EQ(corvane({"--version"}, scratch).exitCode, 0);
-
-    // A file that fails gives 1, and the others are still done.
-    const auto good = makeJPEG(folder / "good.jpg");
-    auto failed = corvane({"read", good.string(), (folder / "missing.jpg").string()}, scratch);
-    EXPECT_EQ(failed.exitCode, 1);
-    EXPECT_EQ(failed.err, "corvane: " + (folder / "missing.jpg").string() + ": No such file or directory\n");
-    EXPECT_NE(failed.out.find(good.string()), std::string::npos);
+    const auto help = cliOK({"help", "read"}).out;
+    EXPECT_THAT(help, HasSubstr("--raw"));
+    EXPECT_EQ(cliOK({"read", "--help"}).out, help);
+    cliOK({"--help"});
+    EXPECT_THAT(cliOK({"help", "preset", "make"}).out, HasSubstr("--detail"));
+    cliOK({"--version"});
 }
 
 // A text input that can't be read is named with the line at fault, and no parser's internal text
@@ -53,11 +37,11 @@ TEST_F(Program, exitCodesAndHelp) {
 TEST_F(Program, inputErrorsNameTheFileAndLine) {
     const auto jpeg = makeJPEG(folder / "a.jpg");
     const auto csv = folder / "values.csv";
-    std::ofstream(csv) << "SourceFile,EXIF:Artist\nx,\"y\"c\n";
+    writeText(csv, "SourceFile,EXIF:Artist\nx,\"y\"c\n");
     const auto json = folder / "library.json";
-    std::ofstream(json) << "{\n \"a\": [1,\n";
+    writeText(json, "{\n \"a\": [1,\n");
     const auto odd = folder / "odd.json";
-    std::ofstream(odd) << "[{\"SourceFile\": 3}]";
+    writeText(odd, "[{\"SourceFile\": 3}]");
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{"sidecar", "import", csv.string(), jpeg.string()},
          csv.string() + ":2: not a sidecar: misplaced quotation mark"},
@@ -68,58 +52,48 @@ TEST_F(Program, inputErrorsNameTheFileAndLine) {
     };
     const std::string before = readText(jpeg);
     for (const auto& [arguments, message] : cases) {
-        auto run = corvane(arguments, scratch);
+        auto run = cli(arguments);
         EXPECT_NE(run.exitCode, 0) << message;
-        EXPECT_EQ(run.err.rfind("corvane: " + message, 0), 0u) << run.err;
-        EXPECT_EQ(run.err.find("json.exception"), std::string::npos) << run.err;
+        EXPECT_THAT(run.err, StartsWith("corvane: " + message));
+        EXPECT_THAT(run.err, Not(HasSubstr("json.exception")));
     }
     EXPECT_EQ(readText(jpeg), before);
 }
 
 // The completion script knows every command and option of the program, and completes in bash.
 TEST_F(Program, completionScripts) {
-    auto bash = corvane({"completion", "bash"}, scratch);
-    ASSERT_EQ(bash.exitCode, 0) << bash.err;
+    auto bash = cliOK({"completion", "bash"});
     for (const char* word : {"read", "set", "--dry-run", "--preserve-mtime", "--raw", "completion", "preset"})
-        EXPECT_NE(bash.out.find(word), std::string::npos) << word;
+        EXPECT_THAT(bash.out, HasSubstr(word));
     const auto script = folder / "corvane.bash";
-    std::ofstream(script) << bash.out;
+    writeText(script, bash.out);
 
     // Completes in a real bash as a person types: a command, an option of it, a subcommand, and
     // nothing after an option that takes a value.
     auto complete = [&](const std::string& line) {
-        const auto probe = folder / "probe.sh";
-        std::ofstream(probe) << "source " << quoted(script.string()) << "\n"
-                             << "COMP_WORDS=(" << line << ")\n"
-                             << "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
-                             << "_corvane\n"
-                             << "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
-        FILE* pipe = popen(("bash " + quoted(probe.string()) + " 2>&1").c_str(), "r");
-        std::string out;
-        char buffer[512];
-        for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-            out.append(buffer, n);
-        pclose(pipe);
-        return out;
+        writeText(folder / "probe.sh", "source " + quoted(script.string()) + "\nCOMP_WORDS=(" + line +
+                                           ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_corvane\n"
+                                           "printf '%s\\n' \"${COMPREPLY[@]}\"\n");
+        const auto run =
+            corvane::detail::runProgram({"bash", (folder / "probe.sh").string()}, std::chrono::seconds(30));
+        return run.standardOutput + run.standardError;
     };
     EXPECT_EQ(complete("corvane re"), "read\n");
     EXPECT_NE(complete("corvane --engine exiftool set --dry").find("--dry-run"), std::string::npos);
     EXPECT_NE(complete("corvane preset ''").find("make"), std::string::npos);
     EXPECT_EQ(complete("corvane read -t ''"), "\n");
 
-    auto zsh = corvane({"completion", "zsh"}, scratch);
-    EXPECT_EQ(zsh.exitCode, 0);
-    EXPECT_EQ(zsh.out.rfind("#compdef corvane\n", 0), 0u);
-    EXPECT_EQ(corvane({"completion", "fish"}, scratch).exitCode, 2);
+    auto zsh = cliOK({"completion", "zsh"});
+    EXPECT_THAT(zsh.out, StartsWith("#compdef corvane\n"));
+    cliExits(2, {"completion", "fish"});
 }
 
 TEST_F(Program, manualPageCoversEveryCommand) {
-    auto man = corvane({"manpage"}, scratch);
-    ASSERT_EQ(man.exitCode, 0) << man.err;
-    EXPECT_EQ(man.out.rfind(".TH CORVANE 1", 0), 0u);
+    auto man = cliOK({"manpage"});
+    EXPECT_THAT(man.out, StartsWith(".TH CORVANE 1"));
     for (const char* section :
          {".SS \"read\"", ".SS \"set\"", ".SS \"preset make\"", "\\-\\-dry\\-run", ".SH EXIT STATUS"})
-        EXPECT_NE(man.out.find(section), std::string::npos) << section;
+        EXPECT_THAT(man.out, HasSubstr(section));
 }
 
 } // namespace

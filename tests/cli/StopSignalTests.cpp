@@ -65,9 +65,7 @@ struct Batch {
             for (auto& argument : arguments)
                 argv.push_back(const_cast<char*>(argument.c_str()));
             argv.push_back(nullptr);
-            const int out = ::open(
-                (temporary.path().parent_path() / (temporary.path().filename().string() + ".out")).c_str(),
-                O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            const int out = ::open((tools / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
             const int null = ::open("/dev/null", O_WRONLY);
             ::dup2(out, 1);
             ::dup2(null, 2);
@@ -77,18 +75,13 @@ struct Batch {
         return pid;
     }
 
-    // Whether a file with this extension is in the temporary folder: the import file is made just
+    // Whether ExifTool's write has begun: the import file is made in the temporary folder just
     // before ExifTool writes.
-    bool hasTemporary(const std::string& extension) const {
-        for (const auto& entry : fs::directory_iterator(temporary.path()))
-            if (entry.path().extension() == extension) return true;
-        return false;
-    }
-
     bool waitForWrite(pid_t pid) const {
         const auto deadline = Clock::now() + std::chrono::seconds(60);
         while (Clock::now() < deadline) {
-            if (hasTemporary(".json")) return true;
+            for (const auto& entry : fs::directory_iterator(temporary.path()))
+                if (entry.path().extension() == ".json") return true;
             if (::waitpid(pid, nullptr, WNOHANG) == pid) return false;
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
@@ -97,30 +90,22 @@ struct Batch {
 
     // ExifTool processes started for this batch.
     bool exifToolRuns() const {
-        const std::string mark = "EXIFTOOL_HOME=" + tools.path().string();
-        for (const auto& entry : fs::directory_iterator("/proc")) {
-            std::ifstream in(entry.path() / "environ", std::ios::binary);
-            const std::string environment{std::istreambuf_iterator<char>(in), {}};
-            for (std::size_t at = 0; at < environment.size(); at = environment.find('\0', at) + 1) {
-                if (environment.compare(at, mark.size() + 1, mark + '\0') == 0 && !zombie(entry.path()))
-                    return true;
-                if (environment.find('\0', at) == std::string::npos) break;
-            }
-        }
+        // One variable of the environment, whose entries each end with a null character.
+        const std::string mark = std::string(1, '\0') + "EXIFTOOL_HOME=" + tools.path().string() + '\0';
+        for (const auto& entry : fs::directory_iterator("/proc"))
+            if (('\0' + corvane::test::readText(entry.path() / "environ")).find(mark) != std::string::npos &&
+                !zombie(entry.path()))
+                return true;
         return false;
     }
 
     static bool zombie(const fs::path& process) {
-        std::ifstream stat(process / "stat");
-        const std::string text{std::istreambuf_iterator<char>(stat), {}};
+        const std::string text = corvane::test::readText(process / "stat");
         const auto close = text.rfind(')');
         return close != std::string::npos && text.compare(close + 2, 1, "Z") == 0;
     }
 
-    std::string output() const {
-        std::ifstream in(temporary.path().parent_path() / (temporary.path().filename().string() + ".out"));
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }
+    std::string output() const { return corvane::test::readText(tools / "out"); }
 
     // The photos whose title the run wrote.
     int titledCount() const {
@@ -131,11 +116,6 @@ struct Batch {
         for (std::size_t at = out.find("stopped"); at != std::string::npos; at = out.find("stopped", at + 1))
             ++count;
         return count;
-    }
-
-    ~Batch() {
-        std::error_code error;
-        fs::remove(temporary.path().parent_path() / (temporary.path().filename().string() + ".out"), error);
     }
 
     std::vector<std::string> leftovers() const {

@@ -100,19 +100,15 @@ std::set<pid_t> childProcesses() {
 
 TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
     TemporaryFolder folder;
-    const std::vector<std::string> names = {"with blank.jpg",
-                                            "quote's \"double\".jpg",
-                                            "-leading dash.jpg",
-                                            "\xE2\x88\x92minus sign.jpg",
-                                            " leading blank.jpg",
-                                            "trailing blank .jpg",
-                                            "#hash.jpg",
-                                            "\xC3\xBCnic\xC3\xB8"
-                                            "de \xE6\x97\xA5.jpg",
-                                            "line\nbreak.jpg",
-                                            "cash $HOME @at\nand break.jpg",
-                                            "back\\slash.jpg",
-                                            "a - b.jpg"};
+    // Blanks, quotes, dashes (a minus sign too), comment marks, line breaks, shell characters and
+    // non-ASCII letters (\x64\x65 is "de").
+    const std::vector<std::string> names = {
+        "with blank.jpg",     "quote's \"double\".jpg",
+        "-leading dash.jpg",  "\xE2\x88\x92minus sign.jpg",
+        " leading blank.jpg", "trailing blank .jpg",
+        "#hash.jpg",          "\xC3\xBCnic\xC3\xB8\x64\x65 \xE6\x97\xA5.jpg",
+        "line\nbreak.jpg",    "cash $HOME @at\nand break.jpg",
+        "back\\slash.jpg",    "a - b.jpg"};
     Paths files;
     for (const auto& n : names)
         files.push_back(makeJPEG(folder / n));
@@ -135,43 +131,55 @@ TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
         EXPECT_EQ(r.at("EXIF:IFD0").at("Artist"), " " + artist);
         EXPECT_EQ(r.at("XMP:XMP-dc").at("Title"), "line\nbreak  ");
     }
-}
 
-TEST(ETProcess, RelativePathsThatLookLikeOptionsStayFiles) {
-    TemporaryFolder folder;
-    makeJPEG(folder / "-ver.jpg");
-    makeJPEG(folder / "-all=.jpg");
+    // Relative paths that look like options stay files.
     const auto previous = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
-    auto output = ETProcess::run(readInput({"-ver.jpg", "-all=.jpg"}, {"-j", "-FileName"}));
+    auto relative = ETProcess::run(readInput({"-leading dash.jpg", "#hash.jpg"}, {"-j", "-FileName"}));
     std::filesystem::current_path(previous);
-    ASSERT_NO_THROW(output.throwIfErrors()) << output.errorText();
-    const auto records = bySource(parse(output));
-    EXPECT_EQ(records.at("./-ver.jpg").at("FileName"), "-ver.jpg");
-    EXPECT_EQ(records.at("./-all=.jpg").at("FileName"), "-all=.jpg");
+    ASSERT_NO_THROW(relative.throwIfErrors()) << relative.errorText();
+    EXPECT_EQ(bySource(parse(relative)).at("./-leading dash.jpg").at("FileName"), "-leading dash.jpg");
+    EXPECT_EQ(bySource(parse(relative)).at("#hash.jpg").at("FileName"), "#hash.jpg");
 }
 
+// Groups with other options run as commands of their own in the same process, their records joined
+// in one JSON array; a folder's group reads its subfolders' files through the filter.
 TEST(ETProcess, JoinsTheGroupsOfOneRunInOneJSONArray) {
     TemporaryFolder folder;
     const auto a = makeJPEG(folder / "a.jpg");
     const auto b = makePNG(folder / "b.png");
     const auto c = makeTIFF(folder / "c.tif");
     const auto d = makeMOV(folder / "d.mov");
+    const auto tree = folder.makeSubfolder("tree");
+    makeJPEG(tree / "e.jpg");
+    makePNG(tree / "e.png");
+    makeJPEG(folder.makeSubfolder("tree/sub") / "f.JPG");
     auto input = readInput({a, b}, {"-j", "-FileType"});
-    // Groups with other options run as commands of their own in the same process.
     input.addArguments(Paths{c, d}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
         maker.arguments = {"-j", "-FileType"};
         maker.rawValues = true;
         maker.url = url;
     });
+    input.addArguments(Paths{tree}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+        maker.recurseSubfolders = true;
+        maker.filePathFilter = ETPathFilter{"jpg"};
+        maker.arguments = {"-j", "-FileName"};
+        maker.url = url;
+    });
+    std::vector<double> progress;
+    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
     auto output = ETProcess::run(input);
     ASSERT_NO_THROW(output.throwIfErrors());
     const auto array = parse(output);
-    ASSERT_EQ(array.size(), 4u);
+    ASSERT_EQ(array.size(), 6u);
     EXPECT_EQ(array[0].at("SourceFile"), a.string());
     EXPECT_EQ(array[1].at("FileType"), "PNG");
     EXPECT_EQ(array[2].at("FileType"), "TIFF");
     EXPECT_EQ(array[3].at("SourceFile"), d.string());
+    EXPECT_EQ((std::set<std::string>{array[4].at("FileName"), array[5].at("FileName")}),
+              (std::set<std::string>{"e.jpg", "f.JPG"}));
+    ASSERT_FALSE(progress.empty());
+    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
     EXPECT_DOUBLE_EQ(output.progress(), 1.0);
 }
 
@@ -207,31 +215,6 @@ TEST(ETProcess, MapsFlagsToExifToolOptions) {
                                         "-r", "-ext", "JPG", "-j"}));
 }
 
-TEST(ETProcess, ReadsAFolderRecursivelyThroughTheFilter) {
-    TemporaryFolder folder;
-    makeJPEG(folder / "a.jpg");
-    makePNG(folder / "b.png");
-    makeJPEG(folder.makeSubfolder("sub") / "c.JPG");
-    ETInput input;
-    input.addArguments(Paths{folder.path()},
-                       [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
-                           maker.recurseSubfolders = true;
-                           maker.filePathFilter = ETPathFilter{"jpg"};
-                           maker.arguments = {"-j", "-FileName"};
-                           maker.url = url;
-                       });
-    std::vector<double> progress;
-    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
-    auto output = ETProcess::run(input);
-    ASSERT_NO_THROW(output.throwIfErrors());
-    std::set<std::string> names;
-    for (const auto& r : parse(output))
-        names.insert(r.at("FileName").get<std::string>());
-    EXPECT_EQ(names, (std::set<std::string>{"a.jpg", "c.JPG"}));
-    ASSERT_FALSE(progress.empty());
-    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
-}
-
 TEST(ETProcess, LargeOutputDoesNotStall) {
     TemporaryFolder folder;
     const auto file = makeJPEG(folder / "big.jpg");
@@ -247,55 +230,46 @@ TEST(ETProcess, LargeOutputDoesNotStall) {
     EXPECT_EQ(array[5].at("Description"), description);
 }
 
+// Progress moves file by file, writes and reads alike, between one start and one end report.
+// JSON output asks for ExifTool's window-title progress, which leaves its output buffered: the title
+// reports don't reach the output or the error text.
 TEST(ETProcess, ReportsProgressAsFilesAreDone) {
     TemporaryFolder folder;
     Paths files;
-    for (int i = 0; i < 6; ++i)
-        files.push_back(makeJPEG(folder / ("f" + std::to_string(i) + ".jpg")));
-    auto input = writeInput(files, {"-EXIF:Artist=P"});
-    std::vector<double> seen;
-    int starts = 0, ends = 0;
-    input.onStartHandler = [&](ETProcess&) { ++starts; };
-    input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
-    input.onEndHandler = [&](ETProcess& p) {
-        ++ends;
-        EXPECT_TRUE(p.output().isFinished());
-    };
-    ETProcess process;
-    const auto output = process.execute(input);
-    ASSERT_NO_THROW(output.throwIfErrors());
-    EXPECT_EQ(starts, 1);
-    EXPECT_EQ(ends, 1);
-    // Reports may arrive in bursts on a busy machine; at least one comes before the end.
-    ASSERT_GE(seen.size(), 2u);
-    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
-    EXPECT_GT(seen.front(), 0.0);
-    EXPECT_LT(seen.front(), 1.0);
-    EXPECT_DOUBLE_EQ(seen.back(), 1.0);
-    EXPECT_DOUBLE_EQ(process.progress(), 1.0);
-    EXPECT_EQ(exifToolValue(files[5], "EXIF:Artist"), "P");
-}
-
-// JSON output asks for ExifTool's window-title progress, which leaves its output buffered: progress
-// still moves file by file, and the title reports don't reach the error text.
-TEST(ETProcess, ReadsReportProgressWithoutTouchingTheirOutput) {
-    TemporaryFolder folder;
-    Paths files;
     for (int i = 0; i < 30; ++i)
-        files.push_back(makeJPEG(folder / ("r" + std::to_string(i) + ".jpg")));
-    auto input = readInput(files);
-    std::vector<double> seen;
-    input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
-    const auto output = ETProcess::run(input);
-    ASSERT_NO_THROW(output.throwIfErrors()) << output.errorText();
-    EXPECT_THAT(output.arguments(), ::testing::Contains("-progress:%r"));
-    EXPECT_EQ(parse(output).size(), files.size());
-    EXPECT_EQ(output.errorText().find('\x1b'), std::string::npos);
-    EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
-    ASSERT_GE(seen.size(), 2u);
-    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
-    EXPECT_LT(seen.front(), 1.0);
-    EXPECT_DOUBLE_EQ(seen.back(), 1.0);
+        files.push_back(makeJPEG(folder / ("f" + std::to_string(i) + ".jpg")));
+    for (const bool reading : {false, true}) {
+        SCOPED_TRACE(reading ? "read" : "write");
+        auto input = reading ? readInput(files)
+                             : writeInput(Paths(files.begin(), files.begin() + 6), {"-EXIF:Artist=P"});
+        std::vector<double> seen;
+        int starts = 0, ends = 0;
+        input.onStartHandler = [&](ETProcess&) { ++starts; };
+        input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
+        input.onEndHandler = [&](ETProcess& p) {
+            ++ends;
+            EXPECT_TRUE(p.output().isFinished());
+        };
+        ETProcess process;
+        const auto output = process.execute(input);
+        ASSERT_NO_THROW(output.throwIfErrors()) << output.errorText();
+        EXPECT_EQ(starts, 1);
+        EXPECT_EQ(ends, 1);
+        // Reports may arrive in bursts on a busy machine; at least one comes before the end.
+        ASSERT_GE(seen.size(), 2u);
+        EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+        EXPECT_GT(seen.front(), 0.0);
+        EXPECT_LT(seen.front(), 1.0);
+        EXPECT_DOUBLE_EQ(seen.back(), 1.0);
+        EXPECT_DOUBLE_EQ(process.progress(), 1.0);
+        EXPECT_EQ(output.errorText().find('\x1b'), std::string::npos);
+        EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
+        if (reading) {
+            EXPECT_THAT(output.arguments(), ::testing::Contains("-progress:%r"));
+            EXPECT_EQ(parse(output).size(), files.size());
+        }
+    }
+    EXPECT_EQ(exifToolValue(files[5], "EXIF:Artist"), "P");
 }
 
 // Groups that import from one JSON file share a command: each file gets its own record, a file that
@@ -339,33 +313,9 @@ TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
     EXPECT_DOUBLE_EQ(seen.back(), 1.0);
 }
 
-TEST(ETProcess, MinorErrorsFailUnlessIgnored) {
-    TemporaryFolder folder;
-    const auto strict = makeJPEGWithMinorExifDefect(folder / "strict - copy.jpg");
-    const auto lenient = makeJPEGWithMinorExifDefect(folder / "lenient.jpg");
-
-    const auto failed = ETProcess::run(writeInput({strict}, {"-EXIF:Copyright=C"}));
-    try {
-        failed.throwIfErrors();
-        FAIL() << "no error";
-    } catch (const ETOutputException& e) {
-        EXPECT_EQ(e.error(), ETOutputError::exifToolErrors);
-        EXPECT_STREQ(e.what(), "ExifTool reported errors");
-        ASSERT_EQ(e.fileErrors().size(), 1u);
-        EXPECT_TRUE(e.fileErrors()[0].minor);
-        EXPECT_EQ(e.fileErrors()[0].text, "Incorrect EXIF segment identifier");
-        EXPECT_EQ(e.fileErrors()[0].path, strict);
-    }
-    EXPECT_EQ(exifToolValue(strict, "EXIF:Copyright"), "");
-
-    const auto passed = ETProcess::run(writeInput({lenient}, {"-EXIF:Copyright=C"}, true));
-    EXPECT_NO_THROW(passed.throwIfErrors());
-    ASSERT_EQ(passed.warnings().size(), 1u);
-    EXPECT_EQ(passed.warnings()[0].path, lenient);
-    EXPECT_EQ(exifToolValue(lenient, "EXIF:Copyright"), "C");
-}
-
-TEST(ETProcess, ParsesErrorsWithTheirPaths) {
+// Each error names its file, however the name reads; a minor one fails the run unless minor errors
+// are ignored, which lets an unreadable or slightly damaged file go, not a missing one.
+TEST(ETProcess, ErrorsCarryTheirPathsAndMinorOnesPassWhenIgnored) {
     TemporaryFolder folder;
     const auto good = makeJPEG(folder / "good.jpg");
     const auto missing = folder / "gone - really.jpg";
@@ -381,15 +331,36 @@ TEST(ETProcess, ParsesErrorsWithTheirPaths) {
     EXPECT_EQ(bySource(parse(output)).size(), 2u);
     EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
 
-    // Ignoring minor errors lets the unreadable file go, not the missing one.
     const auto lenient = ETProcess::run(readInput({good, garbage}, {"-j"}, true));
     EXPECT_NO_THROW(lenient.throwIfErrors());
     ASSERT_EQ(lenient.excusedErrors().size(), 1u);
     EXPECT_EQ(lenient.excusedErrors()[0].path, garbage);
     EXPECT_THROW(ETProcess::run(readInput({missing}, {"-j"}, true)).throwIfErrors(), ETOutputException);
+
+    const auto strict = makeJPEGWithMinorExifDefect(folder / "strict - copy.jpg");
+    const auto tolerated = makeJPEGWithMinorExifDefect(folder / "tolerated.jpg");
+    try {
+        ETProcess::run(writeInput({strict}, {"-EXIF:Copyright=C"})).throwIfErrors();
+        FAIL() << "no error";
+    } catch (const ETOutputException& e) {
+        EXPECT_EQ(e.error(), ETOutputError::exifToolErrors);
+        EXPECT_STREQ(e.what(), "ExifTool reported errors");
+        ASSERT_EQ(e.fileErrors().size(), 1u);
+        EXPECT_TRUE(e.fileErrors()[0].minor);
+        EXPECT_EQ(e.fileErrors()[0].text, "Incorrect EXIF segment identifier");
+        EXPECT_EQ(e.fileErrors()[0].path, strict);
+    }
+    EXPECT_EQ(exifToolValue(strict, "EXIF:Copyright"), "");
+    const auto passed = ETProcess::run(writeInput({tolerated}, {"-EXIF:Copyright=C"}, true));
+    EXPECT_NO_THROW(passed.throwIfErrors());
+    ASSERT_EQ(passed.warnings().size(), 1u);
+    EXPECT_EQ(passed.warnings()[0].path, tolerated);
+    EXPECT_EQ(exifToolValue(tolerated, "EXIF:Copyright"), "C");
 }
 
-TEST(ETProcess, KillsARunThatExceedsItsTimeLimit) {
+// A run stopped by its time limit or cancelled from another thread ends at once, closes its pipes,
+// leaves no child, and lets ExifTool clean up: no temporary file of its blocks the next write.
+TEST(ETProcess, ARunStoppedByItsTimeLimitOrCancelledCleansUp) {
     TemporaryFolder folder;
     const auto file = makeJPEG(folder / "a.jpg");
     auto input = writeInput(Paths(400, file), {"-EXIF:Artist=slow"});
@@ -398,11 +369,10 @@ TEST(ETProcess, KillsARunThatExceedsItsTimeLimit) {
     const auto children = childProcesses();
     const auto start = std::chrono::steady_clock::now();
     const auto output = ETProcess::run(input);
-    const auto elapsed = std::chrono::steady_clock::now() - start;
-    EXPECT_LT(elapsed, std::chrono::seconds(5));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     EXPECT_EQ(output.processError(), ETOutputError::timedOut);
     EXPECT_EQ(openFileCount(), openFiles); // pipes closed, argument files removed
-    EXPECT_EQ(childProcesses(), children); // no child left behind
+    EXPECT_EQ(childProcesses(), children);
     EXPECT_LT(output.progress(), 1.0);
     try {
         output.throwIfErrors();
@@ -412,23 +382,17 @@ TEST(ETProcess, KillsARunThatExceedsItsTimeLimit) {
     }
     // What a stopped ExifTool (or perl) printed may follow.
     EXPECT_EQ(output.joinUnknownErrors().value_or("").rfind("ExifTool did not finish in time", 0), 0u);
-    // Stopped so that it cleaned up: no temporary file of ExifTool's blocks the next write.
     EXPECT_FALSE(std::filesystem::exists(folder / "a.jpg_exiftool_tmp"));
     EXPECT_NO_THROW(ETProcess::run(writeInput({file}, {"-EXIF:Artist=next"})).throwIfErrors());
-}
 
-TEST(ETProcess, CancelStopsTheRunFromAnotherThread) {
-    TemporaryFolder folder;
-    const auto file = makeJPEG(folder / "a.jpg");
-    auto input = writeInput(Paths(400, file), {"-EXIF:Artist=slow"});
+    input.timeLimit.reset();
     ETProcess process;
     std::thread canceller;
     input.onProgressHandler = [&](ETProcess& p) {
         if (!canceller.joinable()) canceller = std::thread([&p] { p.cancel(); });
     };
-    const auto output = process.execute(input);
+    EXPECT_EQ(process.execute(input).processError(), ETOutputError::cancelled);
     canceller.join();
-    EXPECT_EQ(output.processError(), ETOutputError::cancelled);
     EXPECT_FALSE(process.isRunning());
     EXPECT_FALSE(std::filesystem::exists(folder / "a.jpg_exiftool_tmp"));
 }

@@ -33,15 +33,11 @@ namespace corvane {
 using detail::CSVParsingState;
 namespace {
 
-static_assert(std::is_base_of_v<Error, CSVParseError>);
-static_assert(std::is_base_of_v<Error, CSVWriteException>);
-static_assert(std::is_base_of_v<Error, ETOutputException>);
-static_assert(std::is_base_of_v<Error, ETTagStorageReader::ReadException>);
-static_assert(std::is_base_of_v<Error, ETTagStorageWriter::WriteException>);
-static_assert(std::is_base_of_v<Error, DateEdition::DecodingException>);
-static_assert(std::is_base_of_v<Error, PresetEdition::CodingException>);
-static_assert(std::is_base_of_v<Error, CSVSidecarReader::ReadException>);
-static_assert(std::is_base_of_v<Error, JSONSidecarWriter::WriteException>);
+template <class... Exceptions> constexpr bool allErrors = (std::is_base_of_v<Error, Exceptions> && ...);
+static_assert(allErrors<CSVParseError, CSVWriteException, ETOutputException,
+                        ETTagStorageReader::ReadException, ETTagStorageWriter::WriteException,
+                        DateEdition::DecodingException, PresetEdition::CodingException,
+                        CSVSidecarReader::ReadException, JSONSidecarWriter::WriteException>);
 
 std::string errorText(const std::function<void()>& failing) {
     try {

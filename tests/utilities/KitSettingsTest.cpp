@@ -30,25 +30,21 @@ protected:
     std::shared_ptr<UserDefaults> saved_, defaults_;
 };
 
-TEST(EngineOptionTest, SetOperations) {
+// The engines as a set; by default every engine, every media type, the library's own XMP toolkit name.
+TEST_F(KitSettingsTest, EngineSetsAndDefaults) {
     constexpr auto et = EngineOption::exifTool(), ci = EngineOption::coreImage(),
                    av = EngineOption::avFoundation();
     static_assert(EngineOption({et, ci, av}) == EngineOption::all());
-    EXPECT_EQ(EngineOption::all().rawValue(), 7);
     EXPECT_EQ((et | ci).rawValue(), 3);
+    EXPECT_EQ(EngineOption::all().rawValue(), 7);
     EXPECT_EQ(((et | ci) & (ci | av)), ci);
-    EXPECT_EQ(((et | ci) ^ (ci | av)), (et | av));
-    EXPECT_EQ(EngineOption::all() - ci, (et | av));
-    EXPECT_TRUE(et.isSubset(et | ci));
-    EXPECT_TRUE(EngineOption::all().isSuperset(av));
-    EXPECT_FALSE(ci.contains(et));
+    EXPECT_EQ(((et | ci) ^ (ci | av)), EngineOption::all() - ci);
+    EXPECT_TRUE(et.isSubset(et | ci) && EngineOption::all().isSuperset(av) && !ci.contains(et));
     auto o = ci;
     o.insert(et);
     o.remove(ci);
     EXPECT_EQ(o, et);
-}
 
-TEST_F(KitSettingsTest, Defaults) {
     auto& settings = KitSettings::shared();
     EXPECT_EQ(settings.engineOption(), EngineOption::all());
     EXPECT_EQ(settings.supportedFileTypes(), MediaType::types(MediaKind::allCases()));
@@ -97,16 +93,18 @@ TEST(ETLanguageTest, MatchesTheLanguagesOfExifTool) {
     EXPECT_EQ(ours, codes);
 }
 
-TEST(ETLanguageTest, NamesAndEquivalents) {
+// A locale's language, by its script where it has one, else by its language alone.
+TEST(ETLanguageTest, NamesAndLocales) {
     EXPECT_EQ(ETLanguage::fromRawValue("en_gb"), ETLanguage(ETLanguage::en_gb));
     EXPECT_FALSE(ETLanguage::fromRawValue("en-gb"));
     EXPECT_EQ(ETLanguage(ETLanguage::de).title(), "Deutsch (de)");
     EXPECT_EQ(ETLanguage(ETLanguage::zh_cn).localizedName(), "Simplified Chinese");
     EXPECT_EQ(ETLanguage(ETLanguage::local).name(), "System");
-    EXPECT_EQ(ETLanguage::forLocale("zh_Hant_HK"), ETLanguage(ETLanguage::zh_tw));
-    EXPECT_EQ(ETLanguage::forLocale("zh-Hans"), ETLanguage(ETLanguage::zh_cn));
-    EXPECT_EQ(ETLanguage::forLocale("fr_CA"), ETLanguage(ETLanguage::fr));
-    EXPECT_EQ(ETLanguage::forLocale("en_GB"), ETLanguage(ETLanguage::en_gb));
+    for (const auto& [locale, language] : {std::pair{"zh_Hant_HK", ETLanguage::zh_tw},
+                                           {"zh-Hans", ETLanguage::zh_cn},
+                                           {"fr_CA", ETLanguage::fr},
+                                           {"en_GB", ETLanguage::en_gb}})
+        EXPECT_EQ(ETLanguage::forLocale(locale), ETLanguage(language)) << locale;
     EXPECT_FALSE(ETLanguage::forLocale("pt_BR"));
     EXPECT_EQ(ETLanguage(ETLanguage::fr).equivalentLanguage(), ETLanguage(ETLanguage::fr));
 }

@@ -17,20 +17,16 @@ namespace fs = std::filesystem;
 namespace {
 
 TEST(LocalizationTest, EnglishTablesAreCompiledInWithPluralsAndUnknownKeysFallBackToTheKey) {
-    EXPECT_EQ(TL("TaskStatusProcessing"), "Processing");
     EXPECT_EQ(TL(LocalizerString::tagComparisonTagsTitle()), "Tags");
-    EXPECT_EQ(TL(LocalizerString::mediaKindImage()), "Image");
     EXPECT_EQ(KitToolbox::localize("MediaKindSidecar"), "Sidecar");
     EXPECT_EQ(KitToolbox::localize("Date and Time", "Sections"), "Date and Time");
     EXPECT_EQ(KitToolbox::localize("Country3166a3:ALA", "Country3166a3"), "Åland Islands");
-    EXPECT_EQ(KitToolbox::localize("Country3166a3:DZA", "Country3166a3"), "Algeria");
     EXPECT_EQ(StringTables::english().at("Country3166a3").size(), 249u);
     EXPECT_EQ(TL("NoSuchKey"), "NoSuchKey");
     EXPECT_EQ(KitToolbox::localize("TaskStatusPending", "NoSuchTable"), "TaskStatusPending");
-    EXPECT_EQ(TL("AbstractTaskNoErrors"), "No errors");
-    EXPECT_EQ(TL("AbstractTaskNoErrors", 0), "No errors");
-    EXPECT_EQ(TL("AbstractTaskNoErrors", 1), "1 error");
-    EXPECT_EQ(TL("AbstractTaskNoErrors", std::size_t{3}), "3 errors");
+    EXPECT_EQ(TL("AbstractTaskNoErrors") + "|" + TL("AbstractTaskNoErrors", 0) + "|" +
+                  TL("AbstractTaskNoErrors", 1) + "|" + TL("AbstractTaskNoErrors", std::size_t{3}),
+              "No errors|No errors|1 error|3 errors");
 }
 
 TEST(LocalizationTest, FormatsLikePrintf) {
