@@ -84,9 +84,32 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
 
 namespace {
 
+// The import's answers about file types, with its supported types worked out once for a whole
+// list of paths: the import works them out again at each question, which costs a thousand-file
+// command a good part of its own time.
+class FileTypes {
+public:
+    // ImportTagEditorsTask::canImportEditor: a type the import reads.
+    bool canImportEditor(const fs::path& url) const {
+        const auto type = MediaType::type(upperPathExtension(url));
+        return type && supported_.contains(*type);
+    }
+    // ImportTagEditorsTask::canReadFile: a type the import reads, or one it doesn't know.
+    bool canReadFile(const fs::path& url) const {
+        const std::string key = upperPathExtension(url);
+        if (key.empty()) return false;
+        const auto type = MediaType::type(key);
+        return !type || supported_.contains(*type);
+    }
+
+private:
+    MediaType::Set supported_ = ImportTagEditorsTask::supportedTypes();
+};
+
 // The files of a folder whose name has a dot: such a folder counts as a file for the engines, so
 // its supported files are listed here, in name order, hidden ones left out.
-std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively, Reporter& reporter) {
+std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively, const FileTypes& types,
+                                       Reporter& reporter) {
     std::vector<fs::path> files;
     std::error_code ec;
     std::vector<fs::path> entries;
@@ -97,9 +120,9 @@ std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively,
         if (fs::is_directory(entry, ec)) {
             if (!recursively) continue;
             auto inner = pathExtension(entry).empty() ? listFolderFiles(entry, true)
-                                                      : listDottedFolder(entry, true, reporter);
+                                                      : listDottedFolder(entry, true, types, reporter);
             files.insert(files.end(), inner.begin(), inner.end());
-        } else if (ImportTagEditorsTask::canImportEditor(entry)) {
+        } else if (types.canImportEditor(entry)) {
             files.push_back(entry);
         } else {
             reporter.fileNote(entry, "skipped: File format is not supported");
@@ -119,6 +142,7 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
                                              Reporter& reporter) {
     std::vector<TagStorageSource> sources;
     std::set<std::string> seen;
+    const FileTypes types;
     auto add = [&](const fs::path& path) {
         if (seen.insert(pathKey(path)).second) sources.emplace_back(fs::absolute(path).lexically_normal());
     };
@@ -132,10 +156,10 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
             if (pathExtension(path).empty()) {
                 add(path);
             } else {
-                for (const auto& file : listDottedFolder(path, recursive, reporter))
+                for (const auto& file : listDottedFolder(path, recursive, types, reporter))
                     add(file);
             }
-        } else if (!ImportTagEditorsTask::canReadFile(path)) {
+        } else if (!types.canReadFile(path)) {
             reporter.fileError(path, "File format is not supported");
         } else {
             add(path);
@@ -156,13 +180,14 @@ void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const Ed
         const std::string key = pathKey(url);
         if (!shown.contains(key) && !reported.contains(key)) reporter.fileError(url, "was not read");
     };
+    const FileTypes types;
     for (const auto& source : requested) {
         if (!source.isFolder()) {
             check(source.url());
             continue;
         }
         for (const auto& url : listFolderFiles(source.url(), recursive)) {
-            if (ImportTagEditorsTask::canImportEditor(url))
+            if (types.canImportEditor(url))
                 check(url);
             else
                 reporter.fileNote(url, "skipped: File format is not supported");
@@ -203,11 +228,12 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         std::erase_if(sources, [&](const TagStorageSource& s) { return failed.contains(pathKey(s.url())); });
         if (sources.size() == before || failed.empty()) {
             // Files found in folders: the folders' other files go through one by one.
+            const FileTypes types;
             std::vector<TagStorageSource> files;
             for (const auto& source : sources) {
                 if (!source.isFolder()) continue;
                 for (const auto& url : listFolderFiles(source.url(), recursive))
-                    if (ImportTagEditorsTask::canImportEditor(url) && !failed.contains(pathKey(url)))
+                    if (types.canImportEditor(url) && !failed.contains(pathKey(url)))
                         files.emplace_back(url, std::nullopt, source.password());
             }
             if (failed.empty() || files.empty()) break;
@@ -216,8 +242,14 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         }
     }
     reportUnshownFiles(requested, editors, recursive, reported, reporter);
-    std::sort(editors.begin(), editors.end(),
-              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    // Each editor's path is asked for once, not at every comparison.
+    std::vector<std::pair<fs::path, std::shared_ptr<TagEditor>>> byPath;
+    byPath.reserve(editors.size());
+    for (auto& editor : editors)
+        byPath.emplace_back(editor->source().url(), std::move(editor));
+    std::sort(byPath.begin(), byPath.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 0; i < byPath.size(); ++i)
+        editors[i] = std::move(byPath[i].second);
     return editors;
 }
 
