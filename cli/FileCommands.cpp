@@ -451,8 +451,33 @@ int runSet(const SetOptions& options) {
         return 2;
     }
 
+    // Edits of named tags alone need only those tags' values as the files hold them, and what the
+    // writer consults beside them: the IPTC values and character set (a file without one gets its
+    // IPTC written again as UTF-8) and the IPTC digest. The other edits look at more tags of the
+    // file (dates, coordinates, orientation, a preset's tags): every tag is read for them.
+    std::optional<std::vector<std::string>> tags;
+    if (!preset && !dateEdition && !coordinate && !place && !options.rotate && !options.flip) {
+        std::vector<std::string> names;
+        bool named = true;
+        for (const Assignment& assignment : assignments)
+            for (const auto& candidate : assignment.candidates) {
+                // The families that ExifTool names as the catalogue does; file properties, for
+                // one, come from the file system as well.
+                const TagStream stream = candidate.first.stream();
+                named = named && (stream == TagStream::streamEXIF || stream == TagStream::streamIPTC ||
+                                  stream == TagStream::streamXMP);
+                names.push_back(candidate.first.rawValue());
+            }
+        if (named) {
+            names.push_back("IPTC:all");
+            names.push_back(TagItem::itemIPTCCodedCharacterSet().name().rawValue());
+            names.push_back(TagItem::itemPhotoshopIPTCDigest().name().rawValue());
+            tags = std::move(names);
+        }
+    }
     auto sources = collectSources(paths, options.recursive, reporter);
-    auto editors = importEditors(std::move(sources), options.recursive, reporter);
+    auto editors =
+        importEditors(std::move(sources), options.recursive, reporter, nullptr, tags ? &*tags : nullptr);
 
     EditorList edited;
     {

@@ -5,16 +5,21 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/TaskManager.hpp"
+#include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_storages/CGTagStorageReader.hpp"
 #include "corvane/tag_storages/CGTagStorageWriter.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/utilities/KitSettings.hpp"
+#include "corvane/utilities/KitToolbox.hpp"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
+#include <mutex>
 #include <unordered_map>
 
 namespace corvane::cli {
@@ -170,6 +175,59 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
 
 namespace {
 
+// The import's ExifTool read of files, for some tags only: what a command that changes those tags
+// alone needs, at a part of the cost of reading every tag. Its editors are ExifTool's, as the
+// import's; its errors are those of the one ExifTool run.
+class TagsReadTask final : public AbstractTask {
+public:
+    TagsReadTask(std::vector<TagStorageSource> sources, std::vector<std::string> tags, bool ignoreMinorErrors)
+        : sources_(std::move(sources)), tags_(std::move(tags)), ignoreMinorErrors_(ignoreMinorErrors) {}
+
+    Priority priority() const override { return Priority::reading; }
+    bool isProgressIndeterminate() const override { return false; }
+    std::string title() const override { return TL("ImportTagEditorsTaskTitle"); }
+
+    EditorList importedEditors() const {
+        std::lock_guard lock(mutex_);
+        return editors_;
+    }
+    FileWarnings readWarnings() const {
+        std::lock_guard lock(mutex_);
+        return warnings_;
+    }
+
+protected:
+    void internProcess() override {
+        // The import's settings, and the tags.
+        ETTagStorageReader::Settings settings(sources_);
+        settings.setEnableRawValues(true);
+        settings.setEnableShortTags(true);
+        settings.setDisableComposite(true);
+        settings.setIgnoreMinorErrors(ignoreMinorErrors_);
+        settings.setupDefaultBannedValues();
+        settings.setRequestedTags(tags_);
+        // The run is synchronous within this call: the task outlives the callbacks.
+        settings.setOnProgressHandler([this](ETTagStorageReader& reader) { setProgress(reader.progress()); });
+        ETTagStorageReader reader(std::move(settings));
+        TagStorageMap storages = reader.readStorages();
+        EditorList editors;
+        editors.reserve(storages.size());
+        for (auto& [url, storage] : storages)
+            editors.push_back(ETTagEditor::create(std::move(storage)));
+        std::lock_guard lock(mutex_);
+        editors_ = std::move(editors);
+        warnings_ = reader.warnings();
+    }
+
+private:
+    const std::vector<TagStorageSource> sources_;
+    const std::vector<std::string> tags_;
+    const bool ignoreMinorErrors_;
+    mutable std::mutex mutex_;
+    EditorList editors_;
+    FileWarnings warnings_;
+};
+
 // Reports each file of the request that no editor shows and no error named.
 void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const EditorList& editors,
                         bool recursive, const std::set<std::string>& reported, Reporter& reporter) {
@@ -198,29 +256,46 @@ void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const Ed
 } // namespace
 
 EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter,
-                         FileWarnings* warnings) {
+                         FileWarnings* warnings, const std::vector<std::string>* tags) {
     const std::vector<TagStorageSource> requested = sources;
     std::set<std::string> reported;
     EditorList editors;
+    // Folders are unfolded by the import, and the in-process engine reads every tag.
+    const bool someTags =
+        tags && KitSettings::shared().engineOption().contains(EngineOption::exifTool()) &&
+        std::none_of(sources.begin(), sources.end(), [](const TagStorageSource& s) { return s.isFolder(); });
     while (!sources.empty()) {
-        ImportTagEditorsTask::Settings settings(sources);
-        settings.ignoreMinorErrors = false;
-        settings.unfoldFolders = true;
-        settings.unfoldRecursively = recursive;
-        settings.readUnlistedFormats = true;
-        // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
-        // read uninitialised (optimised sanitizer builds).
-        auto task = ImportTagEditorsTask::create(settings);
+        std::shared_ptr<AbstractTask> task;
+        std::function<EditorList()> importedEditors;
+        std::function<FileWarnings()> readWarnings;
+        if (someTags) {
+            auto read = std::make_shared<TagsReadTask>(sources, *tags, false);
+            importedEditors = [read] { return read->importedEditors(); };
+            readWarnings = [read] { return read->readWarnings(); };
+            task = read;
+        } else {
+            ImportTagEditorsTask::Settings settings(sources);
+            settings.ignoreMinorErrors = false;
+            settings.unfoldFolders = true;
+            settings.unfoldRecursively = recursive;
+            settings.readUnlistedFormats = true;
+            // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
+            // read uninitialised (optimised sanitizer builds).
+            auto import = ImportTagEditorsTask::create(settings);
+            importedEditors = [import] { return import->importedEditors(); };
+            readWarnings = [import] { return import->readWarnings(); };
+            task = import;
+        }
         const bool onlyFiles = std::none_of(sources.begin(), sources.end(),
                                             [](const TagStorageSource& s) { return s.isFolder(); });
         runTask(task, "Reading", reporter, onlyFiles ? sources.size() : 0);
         auto failed = reportTaskErrors(*task, reporter);
         // A run that failed read nothing: the warnings are those of the run that read the files.
-        if (warnings && task->errors().empty()) *warnings = task->readWarnings();
+        if (warnings && task->errors().empty()) *warnings = readWarnings();
         reported.insert(failed.begin(), failed.end());
         // The in-process engine reads file by file: its errors cost only their own files.
         if (task->errors().empty() || !task->engineOption().contains(EngineOption::exifTool())) {
-            editors = task->importedEditors();
+            editors = importedEditors();
             break;
         }
         // Try again without the files that failed, if ExifTool named any of the sources.
