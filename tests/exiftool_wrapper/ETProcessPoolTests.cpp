@@ -14,6 +14,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "corvane/exiftool_wrapper/ETCoordinateReader.hpp"
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
@@ -448,6 +449,33 @@ TEST(ETProcessPool, TheLibrarysPoolFollowsTheSettingsAndItsReadersAndWritersShar
     EXPECT_EQ(single->processIDs(), std::vector<pid_t>{pid});
     EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "Pooled");
     settings.setExifToolProcessCount(saved);
+}
+
+TEST(ETProcessPool, PositionsFetchedOneAtATimeStartExifToolOnce) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    tagWithExifTool(file, {"-GPSLatitude=12.5", "-GPSLatitudeRef=S", "-GPSLongitude=3.25",
+                           "-GPSLongitudeRef=E", "-overwrite_original"});
+    // ExifTool behind a script that counts its starts.
+    const auto starts = folder / "starts.txt";
+    const auto script = folder / "counting-exiftool";
+    std::ofstream(script) << "#!/bin/sh\necho >> '" << starts.string() << "'\nexec '"
+                          << ETProcess::executableURL().string() << "' \"$@\"\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    const auto savedExecutable = ETProcess::executableURL();
+    ETProcess::setExecutableURL(script);
+    for (int i = 0; i < 3; ++i) {
+        ETCoordinateReader reader;
+        reader.storageSources = {TagStorageSource(file)};
+        const auto positions = reader.read();
+        ASSERT_EQ(positions.size(), 1u);
+        ASSERT_TRUE(positions[0]);
+        EXPECT_DOUBLE_EQ(positions[0]->latitude().value(), -12.5);
+    }
+    ETProcess::setExecutableURL(savedExecutable);
+    std::ifstream counted(starts);
+    const auto lines = std::count(std::istreambuf_iterator<char>(counted), {}, '\n');
+    EXPECT_EQ(lines, 1) << "one pooled ExifTool for the three reads";
 }
 
 // Run under ThreadSanitizer by the lead.
