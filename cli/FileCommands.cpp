@@ -34,6 +34,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace corvane::cli {
@@ -111,17 +112,55 @@ nlohmann::ordered_json jsonValue(const TagName& name, const std::string& text, b
     return text;
 }
 
+// An array of one object a file, in the layout of a two-space indented dump of the whole array,
+// written a record at a time: one document of every file would cost as much as the rest of the
+// command's own work, each key added to an ordered object being compared with those before it.
 void printJSON(const std::vector<FileRows>& files, bool raw) {
-    nlohmann::ordered_json root = nlohmann::ordered_json::array();
-    for (const auto& file : files) {
-        nlohmann::ordered_json record = nlohmann::ordered_json::object();
-        record["SourceFile"] = file.path;
-        for (const auto& [name, text] : file.rows)
-            record[name.rawValue()] = jsonValue(name, text, raw);
-        root.push_back(std::move(record));
-    }
     // Text that isn't valid UTF-8 is replaced rather than failing the whole output.
-    std::cout << root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+    auto dump = [](const nlohmann::ordered_json& value) {
+        return value.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    };
+    if (files.empty()) {
+        std::cout << "[]\n";
+        return;
+    }
+    std::string text = "[\n";
+    std::vector<std::pair<std::string, nlohmann::ordered_json>> entries;
+    std::unordered_map<std::string, std::size_t> position;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const FileRows& file = files[i];
+        // As in an ordered object: a key keeps its first place and its last value.
+        entries.clear();
+        position.clear();
+        entries.emplace_back("SourceFile", file.path);
+        position.emplace("SourceFile", 0);
+        for (const auto& [name, row] : file.rows) {
+            auto value = jsonValue(name, row, raw);
+            if (const auto [at, added] = position.emplace(name.rawValue(), entries.size()); added)
+                entries.emplace_back(name.rawValue(), std::move(value));
+            else
+                entries[at->second].second = std::move(value);
+        }
+        text += "  {";
+        for (std::size_t k = 0; k < entries.size(); ++k) {
+            text += k ? ",\n    " : "\n    ";
+            text += dump(entries[k].first);
+            text += ": ";
+            // A list's own lines go four spaces further in, to the record's depth.
+            const std::string value = dump(entries[k].second);
+            for (const char c : value) {
+                text += c;
+                if (c == '\n') text += "    ";
+            }
+        }
+        text += i + 1 < files.size() ? "\n  },\n" : "\n  }\n";
+        if (text.size() >= 1 << 16) {
+            std::cout << text;
+            text.clear();
+        }
+    }
+    text += "]\n";
+    std::cout << text;
 }
 
 // One row a file, one column a tag (in the order the tags first appear), "SourceFile" first.
@@ -182,13 +221,11 @@ int runRead(const ReadOptions& options) {
     std::vector<FileRows> files;
     files.reserve(editors.size());
     for (const auto& editor : editors) {
-        const TagStorage storage = editor->storage();
-        const std::string path = storage.source().url().string();
-        FileRows file{path, {}};
+        FileRows file{editor->source().url().string(), {}};
         const TagEditorEditions editions(*editor);
-        for (const TagName& name : selectedNames(selectors, storage.currentTagNames())) {
-            auto value = options.raw ? storage.currentValue(name) : editions.prettyValue(name, name);
-            if (!value && !options.raw) value = storage.currentValue(name);
+        for (const TagName& name : selectedNames(selectors, editor->currentTagNames())) {
+            auto value = options.raw ? editor->currentValue(name) : editions.prettyValue(name, name);
+            if (!value && !options.raw) value = editor->currentValue(name);
             if (value) file.rows.push_back({name, *value});
         }
         files.push_back(std::move(file));
@@ -414,8 +451,33 @@ int runSet(const SetOptions& options) {
         return 2;
     }
 
+    // Edits of named tags alone need only those tags' values as the files hold them, and what the
+    // writer consults beside them: the IPTC values and character set (a file without one gets its
+    // IPTC written again as UTF-8) and the IPTC digest. The other edits look at more tags of the
+    // file (dates, coordinates, orientation, a preset's tags): every tag is read for them.
+    std::optional<std::vector<std::string>> tags;
+    if (!preset && !dateEdition && !coordinate && !place && !options.rotate && !options.flip) {
+        std::vector<std::string> names;
+        bool named = true;
+        for (const Assignment& assignment : assignments)
+            for (const auto& candidate : assignment.candidates) {
+                // The families that ExifTool names as the catalogue does; file properties, for
+                // one, come from the file system as well.
+                const TagStream stream = candidate.first.stream();
+                named = named && (stream == TagStream::streamEXIF || stream == TagStream::streamIPTC ||
+                                  stream == TagStream::streamXMP);
+                names.push_back(candidate.first.rawValue());
+            }
+        if (named) {
+            names.push_back("IPTC:all");
+            names.push_back(TagItem::itemIPTCCodedCharacterSet().name().rawValue());
+            names.push_back(TagItem::itemPhotoshopIPTCDigest().name().rawValue());
+            tags = std::move(names);
+        }
+    }
     auto sources = collectSources(paths, options.recursive, reporter);
-    auto editors = importEditors(std::move(sources), options.recursive, reporter);
+    auto editors =
+        importEditors(std::move(sources), options.recursive, reporter, nullptr, tags ? &*tags : nullptr);
 
     EditorList edited;
     {

@@ -5,16 +5,21 @@
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/TaskManager.hpp"
+#include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_storages/CGTagStorageReader.hpp"
 #include "corvane/tag_storages/CGTagStorageWriter.hpp"
+#include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/utilities/KitSettings.hpp"
+#include "corvane/utilities/KitToolbox.hpp"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
+#include <mutex>
 #include <unordered_map>
 
 namespace corvane::cli {
@@ -84,9 +89,32 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
 
 namespace {
 
+// The import's answers about file types, with its supported types worked out once for a whole
+// list of paths: the import works them out again at each question, which costs a thousand-file
+// command a good part of its own time.
+class FileTypes {
+public:
+    // ImportTagEditorsTask::canImportEditor: a type the import reads.
+    bool canImportEditor(const fs::path& url) const {
+        const auto type = MediaType::type(upperPathExtension(url));
+        return type && supported_.contains(*type);
+    }
+    // ImportTagEditorsTask::canReadFile: a type the import reads, or one it doesn't know.
+    bool canReadFile(const fs::path& url) const {
+        const std::string key = upperPathExtension(url);
+        if (key.empty()) return false;
+        const auto type = MediaType::type(key);
+        return !type || supported_.contains(*type);
+    }
+
+private:
+    MediaType::Set supported_ = ImportTagEditorsTask::supportedTypes();
+};
+
 // The files of a folder whose name has a dot: such a folder counts as a file for the engines, so
 // its supported files are listed here, in name order, hidden ones left out.
-std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively, Reporter& reporter) {
+std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively, const FileTypes& types,
+                                       Reporter& reporter) {
     std::vector<fs::path> files;
     std::error_code ec;
     std::vector<fs::path> entries;
@@ -97,9 +125,9 @@ std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively,
         if (fs::is_directory(entry, ec)) {
             if (!recursively) continue;
             auto inner = pathExtension(entry).empty() ? listFolderFiles(entry, true)
-                                                      : listDottedFolder(entry, true, reporter);
+                                                      : listDottedFolder(entry, true, types, reporter);
             files.insert(files.end(), inner.begin(), inner.end());
-        } else if (ImportTagEditorsTask::canImportEditor(entry)) {
+        } else if (types.canImportEditor(entry)) {
             files.push_back(entry);
         } else {
             reporter.fileNote(entry, "skipped: File format is not supported");
@@ -119,6 +147,7 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
                                              Reporter& reporter) {
     std::vector<TagStorageSource> sources;
     std::set<std::string> seen;
+    const FileTypes types;
     auto add = [&](const fs::path& path) {
         if (seen.insert(pathKey(path)).second) sources.emplace_back(fs::absolute(path).lexically_normal());
     };
@@ -132,10 +161,10 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
             if (pathExtension(path).empty()) {
                 add(path);
             } else {
-                for (const auto& file : listDottedFolder(path, recursive, reporter))
+                for (const auto& file : listDottedFolder(path, recursive, types, reporter))
                     add(file);
             }
-        } else if (!ImportTagEditorsTask::canReadFile(path)) {
+        } else if (!types.canReadFile(path)) {
             reporter.fileError(path, "File format is not supported");
         } else {
             add(path);
@@ -145,6 +174,59 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
 }
 
 namespace {
+
+// The import's ExifTool read of files, for some tags only: what a command that changes those tags
+// alone needs, at a part of the cost of reading every tag. Its editors are ExifTool's, as the
+// import's; its errors are those of the one ExifTool run.
+class TagsReadTask final : public AbstractTask {
+public:
+    TagsReadTask(std::vector<TagStorageSource> sources, std::vector<std::string> tags, bool ignoreMinorErrors)
+        : sources_(std::move(sources)), tags_(std::move(tags)), ignoreMinorErrors_(ignoreMinorErrors) {}
+
+    Priority priority() const override { return Priority::reading; }
+    bool isProgressIndeterminate() const override { return false; }
+    std::string title() const override { return TL("ImportTagEditorsTaskTitle"); }
+
+    EditorList importedEditors() const {
+        std::lock_guard lock(mutex_);
+        return editors_;
+    }
+    FileWarnings readWarnings() const {
+        std::lock_guard lock(mutex_);
+        return warnings_;
+    }
+
+protected:
+    void internProcess() override {
+        // The import's settings, and the tags.
+        ETTagStorageReader::Settings settings(sources_);
+        settings.setEnableRawValues(true);
+        settings.setEnableShortTags(true);
+        settings.setDisableComposite(true);
+        settings.setIgnoreMinorErrors(ignoreMinorErrors_);
+        settings.setupDefaultBannedValues();
+        settings.setRequestedTags(tags_);
+        // The run is synchronous within this call: the task outlives the callbacks.
+        settings.setOnProgressHandler([this](ETTagStorageReader& reader) { setProgress(reader.progress()); });
+        ETTagStorageReader reader(std::move(settings));
+        TagStorageMap storages = reader.readStorages();
+        EditorList editors;
+        editors.reserve(storages.size());
+        for (auto& [url, storage] : storages)
+            editors.push_back(ETTagEditor::create(std::move(storage)));
+        std::lock_guard lock(mutex_);
+        editors_ = std::move(editors);
+        warnings_ = reader.warnings();
+    }
+
+private:
+    const std::vector<TagStorageSource> sources_;
+    const std::vector<std::string> tags_;
+    const bool ignoreMinorErrors_;
+    mutable std::mutex mutex_;
+    EditorList editors_;
+    FileWarnings warnings_;
+};
 
 // Reports each file of the request that no editor shows and no error named.
 void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const EditorList& editors,
@@ -156,13 +238,14 @@ void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const Ed
         const std::string key = pathKey(url);
         if (!shown.contains(key) && !reported.contains(key)) reporter.fileError(url, "was not read");
     };
+    const FileTypes types;
     for (const auto& source : requested) {
         if (!source.isFolder()) {
             check(source.url());
             continue;
         }
         for (const auto& url : listFolderFiles(source.url(), recursive)) {
-            if (ImportTagEditorsTask::canImportEditor(url))
+            if (types.canImportEditor(url))
                 check(url);
             else
                 reporter.fileNote(url, "skipped: File format is not supported");
@@ -173,29 +256,46 @@ void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const Ed
 } // namespace
 
 EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter,
-                         FileWarnings* warnings) {
+                         FileWarnings* warnings, const std::vector<std::string>* tags) {
     const std::vector<TagStorageSource> requested = sources;
     std::set<std::string> reported;
     EditorList editors;
+    // Folders are unfolded by the import, and the in-process engine reads every tag.
+    const bool someTags =
+        tags && KitSettings::shared().engineOption().contains(EngineOption::exifTool()) &&
+        std::none_of(sources.begin(), sources.end(), [](const TagStorageSource& s) { return s.isFolder(); });
     while (!sources.empty()) {
-        ImportTagEditorsTask::Settings settings(sources);
-        settings.ignoreMinorErrors = false;
-        settings.unfoldFolders = true;
-        settings.unfoldRecursively = recursive;
-        settings.readUnlistedFormats = true;
-        // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
-        // read uninitialised (optimised sanitizer builds).
-        auto task = ImportTagEditorsTask::create(settings);
+        std::shared_ptr<AbstractTask> task;
+        std::function<EditorList()> importedEditors;
+        std::function<FileWarnings()> readWarnings;
+        if (someTags) {
+            auto read = std::make_shared<TagsReadTask>(sources, *tags, false);
+            importedEditors = [read] { return read->importedEditors(); };
+            readWarnings = [read] { return read->readWarnings(); };
+            task = read;
+        } else {
+            ImportTagEditorsTask::Settings settings(sources);
+            settings.ignoreMinorErrors = false;
+            settings.unfoldFolders = true;
+            settings.unfoldRecursively = recursive;
+            settings.readUnlistedFormats = true;
+            // Copied, not moved: GCC 12 warns, wrongly, that a moved-from empty format set may be
+            // read uninitialised (optimised sanitizer builds).
+            auto import = ImportTagEditorsTask::create(settings);
+            importedEditors = [import] { return import->importedEditors(); };
+            readWarnings = [import] { return import->readWarnings(); };
+            task = import;
+        }
         const bool onlyFiles = std::none_of(sources.begin(), sources.end(),
                                             [](const TagStorageSource& s) { return s.isFolder(); });
         runTask(task, "Reading", reporter, onlyFiles ? sources.size() : 0);
         auto failed = reportTaskErrors(*task, reporter);
         // A run that failed read nothing: the warnings are those of the run that read the files.
-        if (warnings && task->errors().empty()) *warnings = task->readWarnings();
+        if (warnings && task->errors().empty()) *warnings = readWarnings();
         reported.insert(failed.begin(), failed.end());
         // The in-process engine reads file by file: its errors cost only their own files.
         if (task->errors().empty() || !task->engineOption().contains(EngineOption::exifTool())) {
-            editors = task->importedEditors();
+            editors = importedEditors();
             break;
         }
         // Try again without the files that failed, if ExifTool named any of the sources.
@@ -203,11 +303,12 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         std::erase_if(sources, [&](const TagStorageSource& s) { return failed.contains(pathKey(s.url())); });
         if (sources.size() == before || failed.empty()) {
             // Files found in folders: the folders' other files go through one by one.
+            const FileTypes types;
             std::vector<TagStorageSource> files;
             for (const auto& source : sources) {
                 if (!source.isFolder()) continue;
                 for (const auto& url : listFolderFiles(source.url(), recursive))
-                    if (ImportTagEditorsTask::canImportEditor(url) && !failed.contains(pathKey(url)))
+                    if (types.canImportEditor(url) && !failed.contains(pathKey(url)))
                         files.emplace_back(url, std::nullopt, source.password());
             }
             if (failed.empty() || files.empty()) break;
@@ -216,8 +317,14 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         }
     }
     reportUnshownFiles(requested, editors, recursive, reported, reporter);
-    std::sort(editors.begin(), editors.end(),
-              [](const auto& a, const auto& b) { return a->source().url() < b->source().url(); });
+    // Each editor's path is asked for once, not at every comparison.
+    std::vector<std::pair<fs::path, std::shared_ptr<TagEditor>>> byPath;
+    byPath.reserve(editors.size());
+    for (auto& editor : editors)
+        byPath.emplace_back(editor->source().url(), std::move(editor));
+    std::sort(byPath.begin(), byPath.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 0; i < byPath.size(); ++i)
+        editors[i] = std::move(byPath[i].second);
     return editors;
 }
 

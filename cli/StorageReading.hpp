@@ -51,8 +51,10 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
 // in a folder is shown or reported: a folder's files of a format not read are noted, a file that
 // gives no editor without an error of its own is reported as not read. With `warnings`, ExifTool's
 // warnings about the files read are kept there, for the caller to show beside each file.
+// With `tags` (ExifTool's names, "EXIF:Artist", "IPTC:all"), the files (not folders) are read for
+// those tags only: the editors then hold only those values.
 EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter,
-                         FileWarnings* warnings = nullptr);
+                         FileWarnings* warnings = nullptr, const std::vector<std::string>* tags = nullptr);
 
 // The storages of the files that `paths` name (a folder gives its own files, in name order), in
 // the order of the arguments. Missing, unsupported and unreadable files are reported on standard

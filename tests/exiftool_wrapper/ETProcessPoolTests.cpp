@@ -6,18 +6,22 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
 
+#include "corvane/exiftool_wrapper/ETCoordinateReader.hpp"
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/utilities/KitSettings.hpp"
+#include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -314,6 +318,109 @@ TEST(ETProcessPool, ABatchSplitAcrossProcessesGivesWhatOneRunGives) {
     EXPECT_DOUBLE_EQ(progress.back(), 1.0);
 }
 
+TEST(ETProcessPool, ASaveSplitAcrossProcessesWritesAndReportsWhatOneRunDoes) {
+    namespace fs = std::filesystem;
+    TemporaryFolder folder;
+    const auto tagged = makeJPEG(folder / "tagged.jpg");
+    tagWithExifTool(tagged, {"-EXIF:Artist=Ann", "-overwrite_original"});
+    const std::string notAnImage = "not an image, though named .jpg";
+    const std::string attribute = "Red\n";
+    auto& settings = KitSettings::shared();
+    const auto savedCount = settings.exifToolProcessCount();
+    const auto savedSplit = settings.exifToolBatchSplit();
+
+    // The same 60 files in two folders, read on one process: in each share a file that can't be
+    // written (5 and 50), one left as it is (20), one with an extended
+    // attribute (40).
+    settings.setExifToolProcessCount(1);
+    std::map<std::string, std::vector<TagStorage>> storages;
+    for (const std::string name : {"one", "split"}) {
+        const auto dir = folder.makeSubfolder(name);
+        std::vector<TagStorageSource> sources;
+        for (int i = 0; i < 60; ++i) {
+            sources.emplace_back(dir / ("f" + std::to_string(i) + ".jpg"));
+            fs::copy_file(tagged, sources.back().url());
+        }
+        auto read = ETTagStorageReader(ETTagStorageReader::Settings(sources)).readStorages();
+        for (int i = 0; i < 60; ++i) {
+            auto storage = read.at(sources[i].url());
+            // Clearing a tag that the file doesn't hold leaves it unchanged.
+            if (i == 20)
+                storage.setWrittenValues({{*TagName::fromRawValue("EXIF:Copyright"), ""}});
+            else
+                storage.setWrittenValues(
+                    {{*TagName::fromRawValue("EXIF:Artist"), "Bo " + std::to_string(i)}});
+            storages[name].push_back(std::move(storage));
+        }
+        writeBytes(sources[5].url(), std::vector<std::uint8_t>(notAnImage.begin(), notAnImage.end()));
+        writeBytes(sources[50].url(), std::vector<std::uint8_t>(notAnImage.begin(), notAnImage.end()));
+        ::setxattr(sources[40].url().c_str(), "user.xdg.tags", attribute.data(), attribute.size(), 0);
+    }
+
+    // A fresh pool of two: the first save takes one process, the split one both.
+    settings.setExifToolProcessCount(2);
+    struct Save {
+        std::vector<ETTagStorageWriter::FileOutcome> outcomes;
+        std::vector<double> progress;
+        bool failed = false;
+    };
+    auto save = [&](const std::string& name, std::size_t split) {
+        settings.setExifToolBatchSplit(split);
+        Save result;
+        ETTagStorageWriter::Settings writerSettings(storages[name]);
+        writerSettings.setOnProgressHandler(
+            [&](ETTagStorageWriter& writer) { result.progress.push_back(writer.progress()); });
+        ETTagStorageWriter writer(writerSettings);
+        try {
+            writer.write();
+        } catch (const ETOutputException&) {
+            result.failed = true;
+        }
+        result.outcomes = writer.outcomes();
+        return result;
+    };
+    const Save one = save("one", 1);
+    EXPECT_EQ(ETProcessPool::shared()->processIDs().size(), 1u);
+    const Save split = save("split", 2);
+    EXPECT_EQ(ETProcessPool::shared()->processIDs().size(), 2u) << "the save took both processes";
+    settings.setExifToolBatchSplit(savedSplit);
+    settings.setExifToolProcessCount(savedCount);
+
+    EXPECT_TRUE(one.failed);
+    EXPECT_TRUE(split.failed);
+    EXPECT_TRUE(std::is_sorted(split.progress.begin(), split.progress.end()));
+    ASSERT_EQ(one.outcomes.size(), 60u);
+    ASSERT_EQ(split.outcomes.size(), 60u);
+    using Status = ETTagStorageWriter::FileOutcome::Status;
+    for (std::size_t i = 0; i < 60; ++i) {
+        const auto& a = one.outcomes[i];
+        const auto& b = split.outcomes[i];
+        const auto name = "f" + std::to_string(i) + ".jpg";
+        EXPECT_EQ(b.url, folder / "split" / name);
+        EXPECT_EQ(b.status, a.status) << name;
+        EXPECT_EQ(b.reason, a.reason) << name;
+        EXPECT_EQ(b.warnings, a.warnings) << name;
+        EXPECT_EQ(fileBytes(b.url), fileBytes(a.url)) << name;
+        const auto expected = i == 5 || i == 50 ? Status::failed
+                              : i == 20         ? Status::unchanged
+                                                : Status::written;
+        EXPECT_EQ(b.status, expected) << name;
+    }
+    // A file that failed is as it was; no temporary file is left; the attribute stays.
+    EXPECT_EQ(fileBytes(folder / "split" / "f50.jpg"), notAnImage);
+    EXPECT_EQ(exifToolValue(folder / "split" / "f59.jpg", "EXIF:Artist"), "Bo 59");
+    std::size_t entries = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(folder / "split"))
+        ++entries;
+    EXPECT_EQ(entries, 60u);
+    char buffer[16] = {};
+    const auto size =
+        ::getxattr((folder / "split" / "f40.jpg").c_str(), "user.xdg.tags", buffer, sizeof buffer);
+    if (size >= 0) {
+        EXPECT_EQ(std::string(buffer, static_cast<std::size_t>(size)), attribute);
+    }
+}
+
 TEST(ETProcessPool, TheLibrarysPoolFollowsTheSettingsAndItsReadersAndWritersShareIt) {
     auto& settings = KitSettings::shared();
     const auto saved = settings.exifToolProcessCount();
@@ -342,6 +449,33 @@ TEST(ETProcessPool, TheLibrarysPoolFollowsTheSettingsAndItsReadersAndWritersShar
     EXPECT_EQ(single->processIDs(), std::vector<pid_t>{pid});
     EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "Pooled");
     settings.setExifToolProcessCount(saved);
+}
+
+TEST(ETProcessPool, PositionsFetchedOneAtATimeStartExifToolOnce) {
+    TemporaryFolder folder;
+    const auto file = makeJPEG(folder / "a.jpg");
+    tagWithExifTool(file, {"-GPSLatitude=12.5", "-GPSLatitudeRef=S", "-GPSLongitude=3.25",
+                           "-GPSLongitudeRef=E", "-overwrite_original"});
+    // ExifTool behind a script that counts its starts.
+    const auto starts = folder / "starts.txt";
+    const auto script = folder / "counting-exiftool";
+    std::ofstream(script) << "#!/bin/sh\necho >> '" << starts.string() << "'\nexec '"
+                          << ETProcess::executableURL().string() << "' \"$@\"\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    const auto savedExecutable = ETProcess::executableURL();
+    ETProcess::setExecutableURL(script);
+    for (int i = 0; i < 3; ++i) {
+        ETCoordinateReader reader;
+        reader.storageSources = {TagStorageSource(file)};
+        const auto positions = reader.read();
+        ASSERT_EQ(positions.size(), 1u);
+        ASSERT_TRUE(positions[0]);
+        EXPECT_DOUBLE_EQ(positions[0]->latitude().value(), -12.5);
+    }
+    ETProcess::setExecutableURL(savedExecutable);
+    std::ifstream counted(starts);
+    const auto lines = std::count(std::istreambuf_iterator<char>(counted), {}, '\n');
+    EXPECT_EQ(lines, 1) << "one pooled ExifTool for the three reads";
 }
 
 // Run under ThreadSanitizer by the lead.

@@ -531,6 +531,8 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
         maker.rawLocation = settings_.forceRawLocation();
         maker.ignoreMinorErrors = settings_.ignoreMinorErrors();
         maker.arguments = {"-g0:1", "-j"};
+        for (const auto& tag : settings_.requestedTags())
+            maker.arguments.push_back("-" + tag);
         maker.password = source.password();
         maker.url = source.url();
         // Files with the same options share one ExifTool command.

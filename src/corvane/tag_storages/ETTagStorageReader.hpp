@@ -82,6 +82,14 @@ public:
         void setBannedStreams(std::vector<std::string> streams) { bannedStreams_ = std::move(streams); }
         ///@}
 
+        /// Only these tags, as ExifTool names them ("EXIF:Artist", "IPTC:all"); none (the default)
+        /// reads every tag. A file's storage then holds only those of its values: enough for a
+        /// caller that looks at or changes these tags alone, and cheaper for ExifTool to produce.
+        ///@{
+        const std::vector<std::string>& requestedTags() const { return requestedTags_; }
+        void setRequestedTags(std::vector<std::string> tags) { requestedTags_ = std::move(tags); }
+        ///@}
+
         /// Replaces both ban lists with the usual ones: binary placeholders, ExifTool's own group,
         /// composite tags and the per-track groups Track0 to Track10.
         void setupDefaultBannedValues();
@@ -96,6 +104,7 @@ public:
         bool ignoreMinorErrors_ = false;
         std::vector<std::string> bannedValues_;
         std::vector<std::string> bannedStreams_;
+        std::vector<std::string> requestedTags_;
     };
     /// The settings type, by the name the engines share.
     using ProcessSettings = Settings;
