@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <future>
 #include <mutex>
 #include <set>
@@ -220,6 +222,36 @@ TEST(ConcurrentPerformTest, RunsEveryIterationOnceRethrowsAndMapsInInputOrder) {
     EXPECT_EQ(evens[1], 2);
     auto mods = parallelMapToSet(input, [](int x) { return x % 3; });
     EXPECT_EQ(mods, (std::set<int>{0, 1, 2}));
+}
+
+// Loops share the kept worker threads: loops started from several threads at once, each running
+// loops of its own, all end with every iteration run once; and a loop's iterations do run side by
+// side (each of two waits, with a deadline, for the other to start).
+TEST(ConcurrentPerformTest, NestedLoopsFromSeveralThreadsEndAndRunSideBySide) {
+    std::atomic<int> total{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t)
+        threads.emplace_back([&] {
+            for (int round = 0; round < 50; ++round)
+                concurrentPerform(4,
+                                  [&](std::size_t) { concurrentPerform(3, [&](std::size_t) { ++total; }); });
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(total.load(), 8 * 50 * 4 * 3);
+
+    if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "one core: nothing runs side by side";
+    std::mutex mutex;
+    std::condition_variable started;
+    int running = 0;
+    bool together = true;
+    concurrentPerform(2, [&](std::size_t) {
+        std::unique_lock lock(mutex);
+        ++running;
+        started.notify_all();
+        together &= started.wait_for(lock, std::chrono::seconds(10), [&] { return running == 2; });
+    });
+    EXPECT_TRUE(together);
 }
 
 } // namespace

@@ -11,10 +11,11 @@
 
 namespace corvane {
 
-/// Runs body(0) ... body(iterations - 1) in parallel on the calling thread and up
-/// to one thread per further core, and returns when all have run. Iterations
-/// run in no particular order. If bodies throw, the first exception is rethrown
-/// after all iterations have ended.
+/// Runs body(0) ... body(iterations - 1) in parallel on the calling thread and the
+/// library's worker threads (one per further core, started once and kept), and
+/// returns when all have run. Iterations run in no particular order; a body may
+/// itself call concurrentPerform. If bodies throw, the first exception is
+/// rethrown after all iterations have ended.
 void concurrentPerform(std::size_t iterations, const std::function<void(std::size_t)>& body);
 
 /// The results of transform over `input`, computed in parallel, in input order.
