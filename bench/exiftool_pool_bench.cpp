@@ -13,13 +13,14 @@
 //   api read an import through the library (no program start-up, the pool warm, the batch split
 //            across the pool's processes, then on one process)  /  the same `exiftool` read
 // and, on one file, the small job:
-//   one tag  the library fetching EXIF:Artist with its warm pool  /  `exiftool -EXIF:Artist FILE`
+//   one tag  the library's fetch task reading EXIF:Artist on its warm pool  /  `exiftool -EXIF:Artist FILE`
 // Every run changes the files' values, so that every save really writes.
 #include "BenchSupport.hpp"
 
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
+#include "corvane/task_support/FetchTagValuesTask.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 
 #include <nlohmann/json.hpp>
@@ -207,23 +208,23 @@ void benchmarkOneTag(const fs::path& original, int rounds, const fs::path& folde
     fs::copy_file(original, file);
     bench::runExifTool({"-overwrite_original", "-EXIF:Artist=One tag", file.string()});
     const auto exiftool = ETProcess::executableURL().string();
-    ETProcess process;
-    process.setPool(ETProcessPool::shared());
-    ETInput input;
-    input.addArguments(std::vector<fs::path>{file}, [](const fs::path& url, ETInput::ArgumentsMaker& maker) {
-        maker.arguments = {"-EXIF:Artist"};
-        maker.url = url;
-    });
-    process.execute(input).throwIfErrors(); // warm
+    // Through the library's task for it, which runs on the library's pool.
+    const auto fetch = [&] {
+        FetchTagValuesTask::Values values;
+        auto task = FetchTagValuesTask::create({{TagStorageSource(file)},
+                                                *TagName::fromRawValue("EXIF:Artist"),
+                                                [&](const auto& fetched) { values = fetched; }});
+        task->perform();
+        if (!task->errors().empty() || values.begin() == values.end() || values.begin()->second != "One tag")
+            throw std::runtime_error("no value");
+    };
+    fetch(); // warm
     // Each side fetches the tag 20 times a round.
     compare(
         "one tag (library, warm pool; x20)", 1, rounds,
         [&](int) {
-            for (int i = 0; i < 20; ++i) {
-                const auto output = process.execute(input);
-                output.throwIfErrors();
-                if (output.data().find("One tag") == std::string::npos) throw std::runtime_error("no value");
-            }
+            for (int i = 0; i < 20; ++i)
+                fetch();
         },
         [&](int) {
             for (int i = 0; i < 20; ++i)

@@ -20,6 +20,7 @@
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagName.hpp"
+#include "corvane/task_support/FetchTagValuesTask.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
@@ -451,7 +452,7 @@ TEST(ETProcessPool, TheLibrarysPoolFollowsTheSettingsAndItsReadersAndWritersShar
     settings.setExifToolProcessCount(saved);
 }
 
-TEST(ETProcessPool, PositionsFetchedOneAtATimeStartExifToolOnce) {
+TEST(ETProcessPool, PositionsAndTagsFetchedOneAtATimeStartExifToolOnce) {
     TemporaryFolder folder;
     const auto file = makeJPEG(folder / "a.jpg");
     tagWithExifTool(file, {"-GPSLatitude=12.5", "-GPSLatitudeRef=S", "-GPSLongitude=3.25",
@@ -471,11 +472,18 @@ TEST(ETProcessPool, PositionsFetchedOneAtATimeStartExifToolOnce) {
         ASSERT_EQ(positions.size(), 1u);
         ASSERT_TRUE(positions[0]);
         EXPECT_DOUBLE_EQ(positions[0]->latitude().value(), -12.5);
+        // The library's one-tag fetch runs on the same processes.
+        FetchTagValuesTask::Values values;
+        FetchTagValuesTask::create({{TagStorageSource(file)},
+                                    *TagName::fromRawValue("EXIF:GPSLatitudeRef"),
+                                    [&](const auto& fetched) { values = fetched; }})
+            ->perform();
+        EXPECT_EQ(values, (FetchTagValuesTask::Values{{file, "South"}}));
     }
     ETProcess::setExecutableURL(savedExecutable);
     std::ifstream counted(starts);
     const auto lines = std::count(std::istreambuf_iterator<char>(counted), {}, '\n');
-    EXPECT_EQ(lines, 1) << "one pooled ExifTool for the three reads";
+    EXPECT_EQ(lines, 1) << "one pooled ExifTool for the six reads";
 }
 
 // Run under ThreadSanitizer by the lead.

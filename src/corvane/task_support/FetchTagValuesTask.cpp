@@ -1,6 +1,7 @@
 #include "corvane/task_support/FetchTagValuesTask.hpp"
 
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
+#include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
 #include <nlohmann/json.hpp>
@@ -99,7 +100,11 @@ void FetchTagValuesTask::internProcess() {
                            // The same command for every file: one ExifTool command reads them all.
                            maker.soloRun = false;
                        });
-    const auto output = ETProcess::run(input);
+    // On the library's running ExifTool processes (unless the application switched them off): a
+    // host that fetches one value at a time pays no ExifTool start for each.
+    ETProcess process;
+    process.setPool(ETProcessPool::shared());
+    const auto output = process.execute(input);
     failable([&] { output.throwIfErrors(); });
     if (output.data().empty()) return;
     values = parseOutput(output.data(), settings_.sources);
