@@ -13,9 +13,10 @@ using namespace corvane::test;
 
 using SidecarCommands = CliTest;
 
-// A sidecar of each type carries values with commas, quotes and accents to another file; imported
-// into its own file it changes nothing, even where the file holds a value in another spelling (a
-// movie turned by its track matrix, rounded numbers). No sidecar for a file that can't be read.
+// A sidecar of each type, holding commas, quotes and accents, imported into its own file changes
+// nothing, even where the file holds a value in another spelling (a movie turned by its track matrix,
+// rounded numbers); what reaches another file is the transfer tasks' test. No sidecar for a file
+// that can't be read.
 TEST_F(SidecarCommands, sidecarsCarryValuesAndChangeNothingInTheirOwnFile) {
     auto mov = makeMOV(folder / "turned.mov");
     tagWithExifTool(mov, {"-Rotation=90", "-XMP:Title=clip"});
@@ -33,9 +34,6 @@ TEST_F(SidecarCommands, sidecarsCarryValuesAndChangeNothingInTheirOwnFile) {
             cliOK({"sidecar", "import", (out / (file.stem().string() + "." + type)).string(), file.string()});
             EXPECT_TRUE(readText(file) == before) << "the file was rewritten";
         }
-        auto target = makeJPEG(folder / ("target-" + type + ".jpg"));
-        cliOK({"sidecar", "import", (out / ("photo." + type)).string(), target.string()});
-        EXPECT_EQ(exifToolValue(target, "EXIF:Artist"), "Zoë, \"Z\"") << type;
     }
     EXPECT_EQ(exifToolValue(mov, "Rotation"), "90");
 
