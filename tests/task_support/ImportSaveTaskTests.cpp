@@ -262,9 +262,8 @@ TEST_F(ImportSaveTasks, folderImport) {
 
     auto urls = [](const std::shared_ptr<ImportTagEditorsTask>& task) {
         std::vector<std::string> names;
-        for (const auto& editor : task->importedEditors())
+        for (const auto& editor : sortedEditors(*task))
             names.push_back(editor->source().url().filename().string());
-        std::sort(names.begin(), names.end());
         return names;
     };
     auto run = [&](std::optional<bool> unfold, std::optional<bool> recursive,
@@ -278,7 +277,7 @@ TEST_F(ImportSaveTasks, folderImport) {
 
     EXPECT_EQ(urls(run(true, std::nullopt)), (std::vector<std::string>{"movie.mov", "top.jpg"}));
     EXPECT_EQ(urls(run(true, true)),
-              (std::vector<std::string>{"deep.jpg", "mid.jpg", "movie.mov", "top.jpg"}));
+              (std::vector<std::string>{"movie.mov", "deep.jpg", "mid.jpg", "top.jpg"}));
     EXPECT_EQ(urls(run(true, true, MediaType::Set{MediaType::typeMOV()})),
               (std::vector<std::string>{"movie.mov"}));
     // Folder not unfolded: one empty folder editor, also when no format is allowed.
