@@ -1,6 +1,7 @@
 // Runs the built `corvane` program for the command-line tests.
 #pragma once
 
+#include "support/FileBytes.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
@@ -11,7 +12,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <sys/wait.h>
@@ -43,8 +43,7 @@ inline std::string quoted(const std::string& text) {
 }
 
 inline std::string readText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
+    return fileBytes(path);
 }
 
 inline void writeText(const fs::path& path, const std::string& text) {

@@ -81,8 +81,7 @@ TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     tagWithExifTool(b, {"-EXIF:Artist=Only \"quoted\""});
     auto run = cliOK({"read", "--json", a.string(), b.string()});
     const auto json = nlohmann::json::parse(run.out);
-    ASSERT_TRUE(json.is_array()) << run.out;
-    ASSERT_EQ(json.size(), 2u);
+    ASSERT_EQ(json.size(), 2u) << run.out;
     EXPECT_EQ(json[0].at("SourceFile"), a.string());
     EXPECT_EQ(json[0].at("EXIF:FNumber"), 2.8);
     EXPECT_EQ(json[0].at("EXIF:Flash"), "On, Fired");

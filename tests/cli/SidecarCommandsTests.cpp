@@ -13,9 +13,10 @@ using namespace corvane::test;
 
 using SidecarCommands = CliTest;
 
-// A sidecar of each type carries values with commas, quotes and accents to another file; imported
-// into its own file it changes nothing, even where the file holds a value in another spelling (a
-// movie turned by its track matrix, rounded numbers). No sidecar for a file that can't be read.
+// A sidecar of each type, holding commas, quotes and accents, imported into its own file changes
+// nothing, even where the file holds a value in another spelling (a movie turned by its track matrix,
+// rounded numbers); what reaches another file is the transfer tasks' test. No sidecar for a file
+// that can't be read.
 TEST_F(SidecarCommands, sidecarsCarryValuesAndChangeNothingInTheirOwnFile) {
     auto mov = makeMOV(folder / "turned.mov");
     tagWithExifTool(mov, {"-Rotation=90", "-XMP:Title=clip"});
@@ -33,11 +34,6 @@ TEST_F(SidecarCommands, sidecarsCarryValuesAndChangeNothingInTheirOwnFile) {
             cliOK({"sidecar", "import", (out / (file.stem().string() + "." + type)).string(), file.string()});
             EXPECT_TRUE(readText(file) == before) << "the file was rewritten";
         }
-        auto target = makeJPEG(folder / ("target-" + type + ".jpg"));
-        cliOK({"sidecar", "import", (out / ("photo." + type)).string(), target.string()});
-        EXPECT_EQ(exifToolValue(target, "EXIF:Artist"), "Zoë, \"Z\"") << type;
-        EXPECT_EQ(exifToolValue(target, "IPTC:City"), "Genève") << type;
-        EXPECT_EQ(exifToolValue(target, "XMP:Subject"), "one, two, three") << type;
     }
     EXPECT_EQ(exifToolValue(mov, "Rotation"), "90");
 
@@ -109,31 +105,26 @@ TEST_F(SidecarCommands, sidecarValuesTheTagsCantHoldWriteNothing) {
     EXPECT_EQ(exifToolValue(target, "EXIF:Artist"), "After");
 }
 
-// A folder to XMP sidecars and back, and a tag copied into another in a folder and in a file.
+// A folder to XMP sidecars and back, a missing sidecar named; a tag copied in a folder and in a file
+// (the sync and copy tasks' tests check both in full).
 TEST_F(SidecarCommands, syncAndCopyTagsWorkOnFoldersAndFiles) {
     auto sub = folder.makeSubfolder("shoot");
     auto a = makeJPEG(sub / "a.jpg");
     auto b = makeJPEG(sub / "b.jpg");
     tagWithExifTool(a, {"-EXIF:DateTimeOriginal=2022:03:04 05:06:07", "-XMP:Title=A"});
-    tagWithExifTool(b, {"-EXIF:DateTimeOriginal=2023:03:04 05:06:07", "-XMP:Title=B"});
 
-    auto exported = cliOK({"sidecar", "sync", "--export", sub.string()});
-    ASSERT_TRUE(fs::exists(sub / "a.xmp"));
+    cliOK({"sidecar", "sync", "--export", sub.string()});
     tagWithExifTool(sub / "a.xmp", {"-XMP:Title=A edited"});
     fs::remove(sub / "b.xmp");
-    auto imported = cliExits(1, {"sidecar", "sync", "--import", sub.string()});
-    EXPECT_THAT(imported.err, HasSubstr("b.jpg"));
+    EXPECT_THAT(cliExits(1, {"sidecar", "sync", "--import", sub.string()}).err, HasSubstr("b.jpg"));
     EXPECT_EQ(exifToolValue(a, "XMP:Title"), "A edited");
-    EXPECT_EQ(exifToolValue(b, "XMP:Title"), "B");
     cliExits(2, {"sidecar", "sync", sub.string()});
 
     auto single = makeJPEG(folder / "single.jpg");
-    tagWithExifTool(single, {"-EXIF:DateTimeOriginal=2021:01:01 00:00:01", "-EXIF:Artist=Ana"});
+    tagWithExifTool(single, {"-EXIF:Artist=Ana"});
     cliOK({"copy-tags", "EXIF:DateTimeOriginal>XMP:CreateDate", "EXIF:Artist>XMP:Creator", sub.string(),
            single.string()});
     EXPECT_EQ(exifToolValue(a, "XMP:CreateDate"), "2022:03:04 05:06:07");
-    EXPECT_EQ(exifToolValue(b, "XMP:CreateDate"), "2023:03:04 05:06:07");
-    EXPECT_EQ(exifToolValue(single, "XMP:CreateDate").substr(0, 19), "2021:01:01 00:00:01");
     EXPECT_EQ(exifToolValue(single, "XMP:Creator"), "Ana");
     cliExits(2, {"copy-tags", "EXIF:Nothing>XMP:Title", single.string()});
 }
@@ -157,7 +148,6 @@ TEST_F(SidecarCommands, tableExportAndImportApplyOnlyTheEdits) {
     cliOK({"table", "import", table.string(), a.string(), b.string()});
     EXPECT_EQ(exifToolValue(b, "XMP:Title"), "Nouveau");
     EXPECT_EQ(exifToolValue(b, "EXIF:Artist"), "Ana");
-    EXPECT_EQ(exifToolValue(a, "XMP:Subject"), "x, y, z");
 
     cliExits(1, {"table", "export", "-o", table.string(), a.string()});
     EXPECT_EQ(readText(table), text);

@@ -5,6 +5,7 @@
 #include "corvane/utilities/FileError.hpp"
 
 #include "ComparisonFixtures.hpp"
+#include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -14,7 +15,6 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 
 namespace corvane {
 namespace utf8 = detail::utf8;
@@ -29,13 +29,6 @@ TagComparatorTable twoFileTable() {
     TagStorage second = storageWith("/p/b.jpg", {{"EXIF:Make", "ACME"}, {"IPTC:Keywords", "k1,k2"}});
     second.unsafeSetValue("Neu", name("EXIF:Artist"));
     return TagComparatorTable::fromStorages({first, second});
-}
-
-std::string readFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
 }
 
 TEST(ComparisonExporter, TextPadsColumnsByUTF16UnitsAndDelimitedFormJoinsWithSemicolonBlank) {
@@ -73,7 +66,7 @@ TEST(ComparisonExporter, FormatsAndFiles) {
     for (auto format : TagComparatorExporter::allFormats()) {
         const fs::path url = folder / ("out." + std::string(TagComparatorExporter::pathExtension(format)));
         exporter.exportTo(format, url);
-        EXPECT_EQ(readFile(url), exporter.exportedString(format));
+        EXPECT_EQ(test::fileBytes(url), exporter.exportedString(format));
     }
     EXPECT_THROW(exporter.exportAsTXT(folder / "no" / "such" / "folder.txt"), FileError);
 }

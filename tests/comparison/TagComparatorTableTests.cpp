@@ -50,9 +50,9 @@ TEST_F(ComparisonTable, OrdersStreamsAndKeysByFirstAppearanceAndMarksDifferences
     const auto& exif = table.group(0);
     EXPECT_EQ(keysOf(exif), (std::vector<std::string>{"Make", "Model", "Artist"}));
     EXPECT_EQ(exif.multiValuesCount(), 2);
-    EXPECT_FALSE(exif.isShared(0)); // same value in both
-    EXPECT_TRUE(exif.isShared(1));  // absent from the second
-    EXPECT_TRUE(exif.isShared(2));  // absent from the first
+    // Make: the same in both; Model: absent from the second; Artist: absent from the first.
+    EXPECT_EQ((std::vector<bool>{exif.isShared(0), exif.isShared(1), exif.isShared(2)}),
+              (std::vector<bool>{false, true, true}));
     EXPECT_EQ(exif.strings(1), (std::vector<std::string>{"X100", ""}));
     EXPECT_EQ(exif.entry(2).values()[0].string, std::nullopt);
 

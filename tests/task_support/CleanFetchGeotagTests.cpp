@@ -130,21 +130,13 @@ double number(const fs::path& path, const char* name) {
 }
 
 // The TZ variable for one test: ExifTool reads the photos' times in the zone it inherits.
-class TZGuard {
-public:
+struct TZGuard {
+    std::optional<std::string> saved;
     explicit TZGuard(const char* zone) {
-        if (const char* old = std::getenv("TZ")) saved_ = old;
+        if (const char* old = std::getenv("TZ")) saved = old;
         ::setenv("TZ", zone, 1);
     }
-    ~TZGuard() {
-        if (saved_)
-            ::setenv("TZ", saved_->c_str(), 1);
-        else
-            ::unsetenv("TZ");
-    }
-
-private:
-    std::optional<std::string> saved_;
+    ~TZGuard() { saved ? ::setenv("TZ", saved->c_str(), 1) : ::unsetenv("TZ"); }
 };
 
 TEST(FolderImportGeotagTaskTest, InterpolatesTheTrackAtEachPhotosShiftedTime) {

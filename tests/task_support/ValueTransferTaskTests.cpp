@@ -294,8 +294,7 @@ TEST_F(ValueTransferTasks, tagCopiesChangeFilesInMemoryAndFoldersOnDisk) {
     EXPECT_EQ(exifToolValue(inFolder, "XMP:CreateDate"), "2020:01:02 03:04:05");
     EXPECT_FALSE(fs::exists(sub / "inside.jpg_original"));
 
-    auto pair = TagSyncPair::fromJSON(pairs[0].toJSON());
-    EXPECT_EQ(pair, pairs[0]);
+    EXPECT_EQ(TagSyncPair::fromJSON(pairs[0].toJSON()), pairs[0]);
     EXPECT_FALSE(TagSyncPair::fromText("EXIF:Artist"));
 }
 
