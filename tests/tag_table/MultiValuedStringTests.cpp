@@ -4,6 +4,7 @@
 #include "corvane/tag_table/MultiValuedString.hpp"
 #include "corvane/tag_table/TagValueFilter.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -55,12 +56,9 @@ TEST(TagValueFilterTest, JSONHoldsOneKeyPerConstraint) {
 
     auto broken = j;
     broken["valueConstraint"] = nlohmann::json::object();
-    try {
-        (void)broken.get<TagValueFilter>();
-        FAIL() << "no error";
-    } catch (const SingleKeyCoding::TypeMismatch& e) {
-        EXPECT_STREQ(e.what(), "Invalid number of keys found, expected one.");
-    }
+    EXPECT_THAT([&] { (void)broken.get<TagValueFilter>(); },
+                ::testing::ThrowsMessage<SingleKeyCoding::TypeMismatch>(
+                    ::testing::StrEq("Invalid number of keys found, expected one.")));
     broken["valueConstraint"] = nlohmann::json::parse(R"({"none": {}, "contains": {"_0": "x"}})");
     EXPECT_THROW((void)broken.get<TagValueFilter>(), SingleKeyCoding::TypeMismatch);
     broken["valueConstraint"] = nlohmann::json::parse(R"({"contains": {}})");
