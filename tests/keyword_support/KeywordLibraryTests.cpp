@@ -9,6 +9,7 @@
 #include "support/NoteRecorder.hpp"
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -190,12 +191,8 @@ TEST(KeywordManagerTest, StoresBesideTheDefaultsAndFallsBackToTheKey) {
     std::filesystem::remove(dataFile);
     { std::ofstream(dataFile) << R"({"items": 3})"; }
     const auto before = loaded->items();
-    try {
-        loaded->loadFromDefaults();
-        ADD_FAILURE() << "a broken library loaded";
-    } catch (const KeywordFile::DecodingError& e) {
-        EXPECT_NE(std::string(e.what()).find(dataFile.string()), std::string::npos) << e.what();
-    }
+    EXPECT_THAT([&] { loaded->loadFromDefaults(); },
+                testing::ThrowsMessage<KeywordFile::DecodingError>(testing::HasSubstr(dataFile.string())));
     EXPECT_EQ(loaded->items(), before);
 
     // Where the data file can't be written (a folder stands in its place), the library goes under

@@ -10,6 +10,7 @@
 #include "corvane/utilities/KitSettings.hpp"
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -70,13 +71,13 @@ TEST(TagSetTest, CurrentAndOlderFormsReadAndASetThatFitsNeitherReportsTheOlderRe
               json::parse(R"({"type": "sec", "value": "Dates"})"));
     // One bad entry in the current form: the older reader's complaint about the first entry
     // surfaces, not the bad entry's.
-    try {
-        TagSet::fromJSONData(
-            R"({"entries": [{"type": "section", "value": "A"}, {"type": "bogus", "value": "x"}]})");
-        FAIL() << "no error";
-    } catch (const TagSet::IndexedEntry::CodingError& e) {
-        EXPECT_EQ(e.type(), "section");
-    }
+    EXPECT_THAT(
+        [] {
+            TagSet::fromJSONData(
+                R"({"entries": [{"type": "section", "value": "A"}, {"type": "bogus", "value": "x"}]})");
+        },
+        testing::Throws<TagSet::IndexedEntry::CodingError>(
+            testing::Property(&TagSet::IndexedEntry::CodingError::type, "section")));
     EXPECT_THROW(TagSet::fromJSONData(R"({"EXIF": [{"type": "name", "value": "EXIF:Make"}]})"),
                  TagSet::IndexedEntry::CodingError);
     EXPECT_THROW(TagSet::fromJSONData("[1, 2]"), TagSet::DecodingError);

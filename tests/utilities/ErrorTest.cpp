@@ -21,6 +21,7 @@
 
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -61,15 +62,12 @@ TEST(ErrorTest, FailuresOfFilesParsersAndWritersAreTheLibrarysErrorAndNameTheFil
         return text.rfind(start, 0) == 0 ? testing::AssertionSuccess() : testing::AssertionFailure() << text;
     };
 
-    try {
-        CSVReader<NamedCSVView>::fromFile(missing);
-        ADD_FAILURE() << "read a missing file";
-    } catch (const FileError& e) {
-        EXPECT_EQ(e.path(), missing);
-        EXPECT_EQ(e.code(), std::errc::no_such_file_or_directory);
-        EXPECT_EQ(std::string(e.what()),
-                  missing.string() + ": Cannot read the file: No such file or directory");
-    }
+    EXPECT_THAT([&] { CSVReader<NamedCSVView>::fromFile(missing); },
+                testing::Throws<FileError>(testing::AllOf(
+                    testing::Property(&FileError::path, missing),
+                    testing::Property(&std::exception::what,
+                                      testing::StrEq(missing.string() +
+                                                     ": Cannot read the file: No such file or directory")))));
     const std::string latin1 = write("latin1.csv", "Artist\nZo\xEB\n");
     EXPECT_TRUE(startsWith(errorText([&] { CSVReader<NamedCSVView>::fromFile(latin1); }), latin1 + ": "));
     EXPECT_TRUE(startsWith(errorText([&] { FinderResources().read(missing); }), missing.string() + ": "));
