@@ -5,9 +5,8 @@
 #include "corvane/keyword_support/KeywordFile.hpp"
 #include "corvane/keyword_support/KeywordManager.hpp"
 #include "corvane/utilities/KitSettings.hpp"
-#include "corvane/utilities/UserDefaults.hpp"
 #include "support/NoteRecorder.hpp"
-#include "support/TemporaryFolder.hpp"
+#include "support/ScratchDefaults.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,19 +20,7 @@ namespace corvane {
 namespace {
 
 using Recorder = test::NoteRecorder;
-
-// Points KitSettings at a fresh defaults file for the test's life.
-class ScratchDefaults {
-public:
-    ScratchDefaults() : previous_(KitSettings::shared().userDefaults()) {
-        KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
-    }
-    ~ScratchDefaults() { KitSettings::shared().setUserDefaults(previous_); }
-    test::TemporaryFolder folder;
-
-private:
-    std::shared_ptr<UserDefaults> previous_;
-};
+using test::ScratchDefaults;
 
 using Item = KeywordItem;
 

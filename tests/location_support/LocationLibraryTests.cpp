@@ -5,9 +5,8 @@
 #include "corvane/location_support/LocationFile.hpp"
 #include "corvane/location_support/LocationManager.hpp"
 #include "corvane/utilities/KitSettings.hpp"
-#include "corvane/utilities/UserDefaults.hpp"
 #include "support/NoteRecorder.hpp"
-#include "support/TemporaryFolder.hpp"
+#include "support/ScratchDefaults.hpp"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -92,21 +91,18 @@ TEST(LocationLibraryTest, FileFormAndStorageBesideTheDefaults) {
         LocationFile::fromJSONData(nlohmann::json::parse(file.jsonData())["items"].dump()).items().size(), 2u)
         << "a bare array of places";
 
-    test::TemporaryFolder folder;
-    const auto previous = KitSettings::shared().userDefaults();
-    KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
+    test::ScratchDefaults defaults;
     auto manager = Manager::create();
     manager->setItems(file.items());
     manager->saveToDefaults();
     // The storage itself (owner-only file, fallback under the key) is the keyword library's test.
-    EXPECT_TRUE(std::filesystem::exists(folder / "QRVLocations.data"));
+    EXPECT_TRUE(std::filesystem::exists(defaults.folder / "QRVLocations.data"));
     auto loaded = Manager::create();
     loaded->loadFromDefaults();
     EXPECT_TRUE(equalItems(loaded->items(), file.items()));
     Recorder items(Manager::didChangeItemsNotification);
     loaded->loadFromDefaults();
     EXPECT_TRUE(items.notes.empty()) << "equal places reloaded are no change";
-    KitSettings::shared().setUserDefaults(previous);
 }
 
 } // namespace

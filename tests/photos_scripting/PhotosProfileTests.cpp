@@ -5,9 +5,8 @@
 #include "corvane/photos_scripting/PhotosRemoteManager.hpp"
 #include "corvane/photos_scripting/PhotosRemoteProfileFile.hpp"
 #include "corvane/utilities/KitSettings.hpp"
-#include "corvane/utilities/UserDefaults.hpp"
 #include "support/NoteRecorder.hpp"
-#include "support/TemporaryFolder.hpp"
+#include "support/ScratchDefaults.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -179,15 +178,13 @@ TEST(PhotosProfileTest, ManagerListsTakeChangesFromSeveralThreads) {
 // changes nothing) is the shared defaults storage's, checked with the keyword library; here, that
 // the profiles go there and come back whole.
 TEST(PhotosProfileTest, ManagerKeepsItsLibraryBesideTheDefaults) {
-    test::TemporaryFolder folder;
-    const auto previous = KitSettings::shared().userDefaults();
-    KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
+    test::ScratchDefaults defaults;
     auto manager = Manager::create();
     manager->loadFromDefaults();
     EXPECT_TRUE(manager->profiles().empty()) << "nothing stored leaves the library as it is";
     manager->insertProfiles({fullProfile(), Profile::create("Blank")}, 0);
     manager->saveToDefaults();
-    EXPECT_TRUE(std::filesystem::exists(folder / "QRVPhotosAppRemoteProfiles.data"));
+    EXPECT_TRUE(std::filesystem::exists(defaults.folder / "QRVPhotosAppRemoteProfiles.data"));
 
     auto loaded = Manager::create();
     Recorder notes(Manager::didChangeProfilesNotification);
@@ -196,7 +193,6 @@ TEST(PhotosProfileTest, ManagerKeepsItsLibraryBesideTheDefaults) {
     EXPECT_EQ(loaded->profiles()[0]->toJSON(), manager->profiles()[0]->toJSON());
     ASSERT_EQ(notes.notes.size(), 1u);
     EXPECT_EQ(Manager::profileEdition(notes.notes[0]), Manager::ProfileEdition(Manager::ReloadProfiles{}));
-    KitSettings::shared().setUserDefaults(previous);
 }
 
 } // namespace

@@ -8,8 +8,8 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitSettings.hpp"
-#include "corvane/utilities/UserDefaults.hpp"
 #include "support/NoteRecorder.hpp"
+#include "support/ScratchDefaults.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -162,10 +162,7 @@ TEST(PresetFileTest, WritesTheCurrentFormAndOpensOlderShapes) {
 }
 
 TEST(PresetManagerTest, DefaultsRoundTripMakesNewObjects) {
-    test::TemporaryFolder folder;
-    auto previous = KitSettings::shared().userDefaults();
-    KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
-
+    test::ScratchDefaults defaults;
     auto manager = PresetManager::create();
     manager->loadFromDefaults();
     EXPECT_TRUE(manager->groups().empty()) << "nothing stored yet";
@@ -188,8 +185,6 @@ TEST(PresetManagerTest, DefaultsRoundTripMakesNewObjects) {
     const auto loaded = manager->groups();
     EXPECT_THROW(manager->loadFromDefaults(), std::exception);
     EXPECT_EQ(manager->groups(), loaded);
-
-    KitSettings::shared().setUserDefaults(previous);
 }
 
 } // namespace
