@@ -82,10 +82,6 @@ TEST(LocationLibraryTest, FileFormAndStorageBesideTheDefaults) {
     const auto read = LocationFile::fromJSONData(file.jsonData());
     EXPECT_EQ(read, file) << file.jsonData();
 
-    auto j = nlohmann::json::parse(file.jsonData());
-    j["items"][0]["location"].erase("stamp");
-    EXPECT_THROW(LocationFile::fromJSONData(j.dump()), LocationFile::DecodingError)
-        << "every location key is required";
     EXPECT_THROW(LocationFile::fromJSONData(R"({"description":"x"})"), LocationFile::DecodingError);
     EXPECT_EQ(
         LocationFile::fromJSONData(nlohmann::json::parse(file.jsonData())["items"].dump()).items().size(), 2u)
