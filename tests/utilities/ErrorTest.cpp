@@ -4,7 +4,6 @@
 #include "corvane/csv_support/CSVParseError.hpp"
 #include "corvane/csv_support/CSVReader.hpp"
 #include "corvane/csv_support/CSVWriteError.hpp"
-#include "corvane/csv_support/detail/CSVParsingState.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/preset_support/PresetEdition.hpp"
 #include "corvane/preset_support/PresetFile.hpp"
@@ -31,7 +30,6 @@
 #include <type_traits>
 
 namespace corvane {
-using detail::CSVParsingState;
 namespace {
 
 template <class... Exceptions> constexpr bool allErrors = (std::is_base_of_v<Error, Exceptions> && ...);
@@ -75,7 +73,6 @@ TEST(ErrorTest, FailuresOfFilesParsersAndWritersAreTheLibrarysErrorAndNameTheFil
     const std::string presets = write("presets.json", R"({"groups": [{"name": "no presets"}]})");
     EXPECT_TRUE(
         startsWith(errorText([&] { PresetFile::fromJSONURL(presets); }), presets + ": not a preset library"));
-    EXPECT_THROW(PresetFile::fromJSONData("[1]"), PresetFile::DecodingError);
     const std::string set = write("set.json", R"({"entries": 3})");
     EXPECT_TRUE(startsWith(errorText([&] { TagSetFile::fromJSONURL(set); }), set + ": "));
     EXPECT_EQ(errorText([&] { SidecarReader::readSidecar(folder / "notes.txt"); }),
@@ -87,12 +84,6 @@ TEST(ErrorTest, FailuresOfFilesParsersAndWritersAreTheLibrarysErrorAndNameTheFil
     EXPECT_EQ(std::string(converted.what()), "/a/b.jpg: cannot copy: File exists");
     EXPECT_EQ(errorText([] { (void)nlohmann::json("JUMP(YY: 1)").get<DateEdition>(); }),
               "Not parsable input");
-    EXPECT_EQ(errorText([] { CSVParsingState::array("a\"b", U','); }), "Can't have non-quote here: b");
-    EXPECT_EQ(errorText([] {
-                  throw ETTagStorageWriter::WriteException(
-                      ETTagStorageWriter::WriteError::jsonEncodingFailed);
-              }),
-              "JSON encoding failed");
 }
 
 } // namespace
