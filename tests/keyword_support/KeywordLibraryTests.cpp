@@ -169,9 +169,8 @@ TEST(KeywordManagerTest, StoresBesideTheDefaultsAndFallsBackToTheKey) {
     auto loaded = KeywordManager::create();
     Recorder items(KeywordManager::didChangeItemsNotification);
     loaded->loadFromDefaults();
-    ASSERT_EQ(items.notes.size(), 1u);
-    EXPECT_EQ(KeywordManager::itemEdition(items.notes[0]),
-              KeywordManager::ItemEdition(KeywordManager::ReloadItems{}));
+    EXPECT_EQ(items.each(&KeywordManager::itemEdition),
+              std::vector<std::optional<KeywordManager::ItemEdition>>{KeywordManager::ReloadItems{}});
     EXPECT_EQ(loaded->items()[0]->name(), "Kept");
 
     // A broken file throws, names itself, and changes nothing.

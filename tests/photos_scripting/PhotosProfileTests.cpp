@@ -191,8 +191,8 @@ TEST(PhotosProfileTest, ManagerKeepsItsLibraryBesideTheDefaults) {
     loaded->loadFromDefaults();
     EXPECT_EQ(names(loaded->profiles()), (std::vector<std::string>{"Trip", "Blank"}));
     EXPECT_EQ(loaded->profiles()[0]->toJSON(), manager->profiles()[0]->toJSON());
-    ASSERT_EQ(notes.notes.size(), 1u);
-    EXPECT_EQ(Manager::profileEdition(notes.notes[0]), Manager::ProfileEdition(Manager::ReloadProfiles{}));
+    EXPECT_EQ(notes.each(&Manager::profileEdition),
+              std::vector<std::optional<Manager::ProfileEdition>>{Manager::ReloadProfiles{}});
 }
 
 } // namespace
