@@ -12,11 +12,11 @@
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 namespace corvane {
 namespace {
@@ -27,6 +27,8 @@ using test::makeJPEG;
 using test::makeMOV;
 using test::tagWithExifTool;
 using test::TemporaryFolder;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
 namespace fs = std::filesystem;
 
 TagName tag(const char* text) {
@@ -240,11 +242,9 @@ TEST(PhotosAppAuthorizer, asksTheLibraryAndLogsTheStatus) {
     library->setAuthorized(false);
     EXPECT_FALSE(PhotosAppAuthorizer::perform());
     KitDebugger::shared().disableLog();
-    std::stringstream log;
-    log << std::ifstream(folder / "debug.log").rdbuf();
-    EXPECT_NE(log.str().find("Asking  for Photos authorization: -600"), std::string::npos) << log.str();
-    EXPECT_NE(log.str().find("Asking  for Photos authorization: 0"), std::string::npos);
-    EXPECT_NE(log.str().find("Asking  for Photos authorization: -1743"), std::string::npos);
+    EXPECT_THAT(fileBytes(folder / "debug.log"), AllOf(HasSubstr("Asking  for Photos authorization: -600"),
+                                                       HasSubstr("Asking  for Photos authorization: 0"),
+                                                       HasSubstr("Asking  for Photos authorization: -1743")));
 }
 
 } // namespace
