@@ -98,16 +98,13 @@ TEST(OperationQueueTest, RejectsMisuse) {
     OperationQueue queue("misuse", 2);
     auto op = queue.addOperation([] {});
     EXPECT_THROW(queue.addOperation(op), std::invalid_argument);
-    std::atomic<bool> threw{false};
+    std::atomic<bool> ran{false};
     queue.addOperation([&] {
-        try {
-            queue.waitUntilAllOperationsAreFinished();
-        } catch (const std::logic_error&) {
-            threw = true;
-        }
+        EXPECT_THROW(queue.waitUntilAllOperationsAreFinished(), std::logic_error);
+        ran = true;
     });
     queue.waitUntilAllOperationsAreFinished();
-    EXPECT_TRUE(threw.load());
+    EXPECT_TRUE(ran.load());
 }
 
 TEST(OperationQueueTest, SuspendedQueueStartsNothingAndDestructionWaitsForQueuedWork) {

@@ -6,6 +6,7 @@
 #include "corvane/utilities/CaseException.hpp"
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -14,6 +15,8 @@ namespace corvane {
 namespace {
 
 using ReadingError = ThesaurusReader::ReadingError;
+using testing::StrEq;
+using testing::ThrowsMessage;
 
 std::optional<ReadingError> failure(std::string_view text) {
     try {
@@ -68,12 +71,8 @@ TEST(ThesaurusTest, ReadsWritesAndReadsBackTheSameTree) {
     ASSERT_EQ(::stat((folder / "k.txt").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600u);
     EXPECT_EQ(shape(ThesaurusReader().readAt(folder / "k.txt")), shape(again));
-    try {
-        ThesaurusWriter().data({});
-        ADD_FAILURE() << "no keywords wrote data";
-    } catch (const CaseException<ThesaurusWriter::WritingError>& e) {
-        EXPECT_STREQ(e.what(), "Data are empty");
-    }
+    EXPECT_THAT([] { ThesaurusWriter().data({}); },
+                ThrowsMessage<CaseException<ThesaurusWriter::WritingError>>(StrEq("Data are empty")));
 }
 
 TEST(ThesaurusTest, LinesReadAsTheLinePatternSays) {
@@ -98,11 +97,8 @@ TEST(ThesaurusTest, LinesReadAsTheLinePatternSays) {
     EXPECT_EQ(failure("\t\t\n"), ReadingError::lineIndentationIsInvalid) << "a tab named at depth 1";
     EXPECT_EQ(failure(""), ReadingError::rootItemIsMissing);
     EXPECT_EQ(failure("\n\n"), ReadingError::rootItemIsMissing);
-    try {
-        ThesaurusReader().read(std::string_view("\t\tX"));
-    } catch (const Error& e) {
-        EXPECT_STREQ(e.what(), "Line indentation is invalid");
-    }
+    EXPECT_THAT([] { ThesaurusReader().read(std::string_view("\t\tX")); },
+                ThrowsMessage<Error>(StrEq("Line indentation is invalid")));
 }
 
 } // namespace

@@ -5,10 +5,10 @@
 #include "corvane/photos_scripting/PhotosRemoteManager.hpp"
 #include "corvane/photos_scripting/PhotosRemoteProfileFile.hpp"
 #include "corvane/utilities/KitSettings.hpp"
-#include "corvane/utilities/UserDefaults.hpp"
 #include "support/NoteRecorder.hpp"
-#include "support/TemporaryFolder.hpp"
+#include "support/ScratchDefaults.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -67,19 +67,13 @@ TEST(PhotosProfileTest, EveryValueKindHasItsSingleKeyForm) {
         j[key] = json::parse(value);
         return j;
     };
-    try {
-        Profile::fromJSON(broken("filename_value", R"({"none":{},"custom":{"_0":"x"}})"));
-        FAIL();
-    } catch (const SingleKeyCoding::TypeMismatch& e) {
-        EXPECT_STREQ(e.what(), "Invalid number of keys found, expected one.");
-    }
-    EXPECT_THROW(Profile::fromJSON(broken("keywords_value", "{}")), SingleKeyCoding::TypeMismatch);
-    EXPECT_THROW(Profile::fromJSON(broken("location_value", R"({"place":{}})")),
-                 SingleKeyCoding::TypeMismatch);
-    EXPECT_THROW(Profile::fromJSON(broken("location_value", R"({"coordinates":{"_0":1}})")),
-                 SingleKeyCoding::TypeMismatch);
-    EXPECT_THROW(Profile::fromJSON(broken("dateTime_value", R"({"dateTime":{"_0":"today"}})")),
-                 SingleKeyCoding::TypeMismatch);
+    // The single-key reader's texts are the multi-valued string's test.
+    for (const auto& [key, value] : {std::pair{"filename_value", R"({"none":{},"custom":{"_0":"x"}})"},
+                                     {"keywords_value", "{}"},
+                                     {"location_value", R"({"place":{}})"},
+                                     {"location_value", R"({"coordinates":{"_0":1}})"},
+                                     {"dateTime_value", R"({"dateTime":{"_0":"today"}})"}})
+        EXPECT_THROW(Profile::fromJSON(broken(key, value)), SingleKeyCoding::TypeMismatch) << value;
     json missing = full;
     missing.erase("description");
     EXPECT_THROW(Profile::fromJSON(missing), nlohmann::json::exception);
@@ -105,12 +99,9 @@ TEST(PhotosProfileTest, FileFormReadsOlderRootsAndRefusesOthers) {
                  PhotosRemoteProfileFile::DecodingError);
     json unknown = written;
     unknown["profiles"][0]["location_value"] = json::parse(R"({"address":{}})");
-    try {
-        PhotosRemoteProfileFile::fromJSONData(unknown.dump(), "profiles.json");
-        FAIL();
-    } catch (const PhotosRemoteProfileFile::DecodingError& e) {
-        EXPECT_NE(std::string(e.what()).find("profiles.json"), std::string::npos) << e.what();
-    }
+    EXPECT_THAT(
+        [&] { PhotosRemoteProfileFile::fromJSONData(unknown.dump(), "profiles.json"); },
+        testing::ThrowsMessage<PhotosRemoteProfileFile::DecodingError>(testing::HasSubstr("profiles.json")));
 }
 
 TEST(PhotosProfileTest, ProfilesAndTheManagerPostOnlyRealChanges) {
@@ -187,24 +178,21 @@ TEST(PhotosProfileTest, ManagerListsTakeChangesFromSeveralThreads) {
 // changes nothing) is the shared defaults storage's, checked with the keyword library; here, that
 // the profiles go there and come back whole.
 TEST(PhotosProfileTest, ManagerKeepsItsLibraryBesideTheDefaults) {
-    test::TemporaryFolder folder;
-    const auto previous = KitSettings::shared().userDefaults();
-    KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
+    test::ScratchDefaults defaults;
     auto manager = Manager::create();
     manager->loadFromDefaults();
     EXPECT_TRUE(manager->profiles().empty()) << "nothing stored leaves the library as it is";
     manager->insertProfiles({fullProfile(), Profile::create("Blank")}, 0);
     manager->saveToDefaults();
-    EXPECT_TRUE(std::filesystem::exists(folder / "QRVPhotosAppRemoteProfiles.data"));
+    EXPECT_TRUE(std::filesystem::exists(defaults.folder / "QRVPhotosAppRemoteProfiles.data"));
 
     auto loaded = Manager::create();
     Recorder notes(Manager::didChangeProfilesNotification);
     loaded->loadFromDefaults();
     EXPECT_EQ(names(loaded->profiles()), (std::vector<std::string>{"Trip", "Blank"}));
     EXPECT_EQ(loaded->profiles()[0]->toJSON(), manager->profiles()[0]->toJSON());
-    ASSERT_EQ(notes.notes.size(), 1u);
-    EXPECT_EQ(Manager::profileEdition(notes.notes[0]), Manager::ProfileEdition(Manager::ReloadProfiles{}));
-    KitSettings::shared().setUserDefaults(previous);
+    EXPECT_EQ(notes.each(&Manager::profileEdition),
+              std::vector<std::optional<Manager::ProfileEdition>>{Manager::ReloadProfiles{}});
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "corvane/preset_support/PresetItemEntry.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -80,13 +81,10 @@ TEST(PresetEditionJSONTest, OlderFormsReadAsTheirCurrentEquivalents) {
 }
 
 TEST(PresetEditionJSONTest, UnreadableEditionsFail) {
-    try {
-        decode(R"({"type":"Use_Custom_Value","settings":{"value":"x","insertion":"replace"}})");
-        FAIL() << "the type is compared exactly";
-    } catch (const PresetEdition::CodingException& error) {
-        EXPECT_EQ(error.error(), PresetEdition::CodingError::unknownDecodingType);
-        EXPECT_STREQ(error.what(), "Unknown decoding type");
-    }
+    EXPECT_THAT(
+        [] { decode(R"({"type":"Use_Custom_Value","settings":{"value":"x","insertion":"replace"}})"); },
+        testing::ThrowsMessage<PresetEdition::CodingException>(testing::StrEq("Unknown decoding type")))
+        << "the type is compared exactly";
     EXPECT_EQ(PresetEdition::message(PresetEdition::CodingError::unknownEncodingType),
               "Unknown encoding type");
     // All six search keys are required.

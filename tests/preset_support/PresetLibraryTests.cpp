@@ -8,8 +8,8 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitSettings.hpp"
-#include "corvane/utilities/UserDefaults.hpp"
 #include "support/NoteRecorder.hpp"
+#include "support/ScratchDefaults.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -51,27 +51,21 @@ TEST(PresetItemTest, ChangesPostWhatChangedAndGroupsAndPresetsAreEqualOnlyToThem
     item->insertEntries({keep, keep}, 0);
     item->removeEntries({0, 2});
     item->modifyEntries([](auto& list) { list.pop_back(); });
-    ASSERT_EQ(entries.notes.size(), 3u);
-    EXPECT_EQ(PresetItem::entryEdition(entries.notes[0]),
-              PresetItem::EntryEdition(PresetItem::InsertEntries{{0, 1}}));
-    EXPECT_EQ(PresetItem::entryEdition(entries.notes[1]),
-              PresetItem::EntryEdition(PresetItem::RemoveEntries{{0, 2}}));
-    EXPECT_EQ(PresetItem::entryEdition(entries.notes[2]),
-              PresetItem::EntryEdition(PresetItem::ReloadEntries{}));
+    EXPECT_EQ(entries.each(&PresetItem::entryEdition),
+              (std::vector<std::optional<PresetItem::EntryEdition>>{PresetItem::InsertEntries{{0, 1}},
+                                                                    PresetItem::RemoveEntries{{0, 2}},
+                                                                    PresetItem::ReloadEntries{}}));
     EXPECT_TRUE(item->entries().empty()) << "the kept entry and then the Artist entry are gone";
     EXPECT_FALSE(PresetItem::entryEdition(info.notes[0]));
     auto group = PresetGroup::create("Mine", "", {preset("A")});
     Recorder presets(PresetGroup::didChangePresetsNotification);
     // A fresh copy with equal contents is another preset, so this is a change.
     group->setPresets({preset("A")});
-    ASSERT_EQ(presets.notes.size(), 1u);
-    EXPECT_EQ(PresetGroup::presetEdition(presets.notes[0]),
-              PresetGroup::PresetEdition(PresetGroup::ReloadPresets{}));
     group->insertPresets({}, 1);
-    EXPECT_EQ(presets.notes.size(), 1u);
     group->insertPresets({preset("B"), preset("C")}, 1);
-    EXPECT_EQ(PresetGroup::presetEdition(presets.notes.back()),
-              PresetGroup::PresetEdition(PresetGroup::InsertPresets{{1, 2}}));
+    EXPECT_EQ(presets.each(&PresetGroup::presetEdition),
+              (std::vector<std::optional<PresetGroup::PresetEdition>>{PresetGroup::ReloadPresets{},
+                                                                      PresetGroup::InsertPresets{{1, 2}}}));
     EXPECT_EQ(group->presets()[2]->name(), "C");
 
     auto box = Identified<int>::create(7);
@@ -162,10 +156,7 @@ TEST(PresetFileTest, WritesTheCurrentFormAndOpensOlderShapes) {
 }
 
 TEST(PresetManagerTest, DefaultsRoundTripMakesNewObjects) {
-    test::TemporaryFolder folder;
-    auto previous = KitSettings::shared().userDefaults();
-    KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
-
+    test::ScratchDefaults defaults;
     auto manager = PresetManager::create();
     manager->loadFromDefaults();
     EXPECT_TRUE(manager->groups().empty()) << "nothing stored yet";
@@ -175,9 +166,8 @@ TEST(PresetManagerTest, DefaultsRoundTripMakesNewObjects) {
 
     Recorder groups(PresetManager::didChangeGroupsNotification);
     manager->loadFromDefaults();
-    ASSERT_EQ(groups.notes.size(), 1u);
-    EXPECT_EQ(PresetManager::groupEdition(groups.notes[0]),
-              PresetManager::GroupEdition(PresetManager::ReloadGroups{}));
+    EXPECT_EQ(groups.each(&PresetManager::groupEdition),
+              std::vector<std::optional<PresetManager::GroupEdition>>{PresetManager::ReloadGroups{}});
     ASSERT_EQ(manager->groups().size(), 1u);
     EXPECT_NE(manager->groups()[0], before[0]);
     EXPECT_EQ(manager->groups()[0]->presets()[0]->name(), "Keep");
@@ -188,8 +178,6 @@ TEST(PresetManagerTest, DefaultsRoundTripMakesNewObjects) {
     const auto loaded = manager->groups();
     EXPECT_THROW(manager->loadFromDefaults(), std::exception);
     EXPECT_EQ(manager->groups(), loaded);
-
-    KitSettings::shared().setUserDefaults(previous);
 }
 
 } // namespace

@@ -8,8 +8,9 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/FileError.hpp"
 #include "corvane/utilities/KitSettings.hpp"
-#include "support/TemporaryFolder.hpp"
+#include "support/ScratchDefaults.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -70,13 +71,13 @@ TEST(TagSetTest, CurrentAndOlderFormsReadAndASetThatFitsNeitherReportsTheOlderRe
               json::parse(R"({"type": "sec", "value": "Dates"})"));
     // One bad entry in the current form: the older reader's complaint about the first entry
     // surfaces, not the bad entry's.
-    try {
-        TagSet::fromJSONData(
-            R"({"entries": [{"type": "section", "value": "A"}, {"type": "bogus", "value": "x"}]})");
-        FAIL() << "no error";
-    } catch (const TagSet::IndexedEntry::CodingError& e) {
-        EXPECT_EQ(e.type(), "section");
-    }
+    EXPECT_THAT(
+        [] {
+            TagSet::fromJSONData(
+                R"({"entries": [{"type": "section", "value": "A"}, {"type": "bogus", "value": "x"}]})");
+        },
+        testing::Throws<TagSet::IndexedEntry::CodingError>(
+            testing::Property(&TagSet::IndexedEntry::CodingError::type, "section")));
     EXPECT_THROW(TagSet::fromJSONData(R"({"EXIF": [{"type": "name", "value": "EXIF:Make"}]})"),
                  TagSet::IndexedEntry::CodingError);
     EXPECT_THROW(TagSet::fromJSONData("[1, 2]"), TagSet::DecodingError);
@@ -107,7 +108,6 @@ class TagSetManagerTest : public ::testing::Test {
 protected:
     void SetUp() override {
         MainQueue::shared().registerCurrentThreadAsMain();
-        KitSettings::shared().setUserDefaults(std::make_shared<UserDefaults>(folder / "defaults.json"));
         for (bool isWill : {true, false})
             subscribers.push_back(NotificationCenter::defaultCenter().subscribe(
                 std::string(isWill ? TagSetManager::willEditSetsNotification
@@ -120,13 +120,12 @@ protected:
                                      (isMainThread() ? "" : " off main"));
                 }));
     }
-    void TearDown() override { KitSettings::shared().setUserDefaults(UserDefaults::standardShared()); }
 
     std::vector<TagSet::FlatEntry> entries(Domain domain = Domain::application) {
         return manager.tagSet(domain).entries();
     }
 
-    test::TemporaryFolder folder;
+    test::ScratchDefaults scratch;
     TagSetManager manager;
     std::vector<std::string> events;
     std::vector<NoteSubscriber> subscribers;
@@ -199,7 +198,7 @@ TEST_F(TagSetManagerTest, ReloadSaveAndRestoreGoThroughTheUserDefaults) {
     EXPECT_EQ(manager.tagSet(Domain::application), TagSet::forImages());
     manager.reload(Domain::application);
     EXPECT_EQ(manager.tagSet(Domain::application), mine) << "an unknown tag survives a save and reload";
-    UserDefaults reread(folder / "defaults.json");
+    UserDefaults reread(scratch.folder / "defaults.json");
     EXPECT_TRUE(reread.value("QRVTagSetApplication").has_value()) << "saved to disk";
 
     events.clear();

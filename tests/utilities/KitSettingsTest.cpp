@@ -3,7 +3,7 @@
 #include "corvane/exiftool_wrapper/ETLanguage.hpp"
 #include "corvane/helpers/NotificationCenter.hpp"
 
-#include "support/TemporaryFolder.hpp"
+#include "support/ScratchDefaults.hpp"
 
 #include <gtest/gtest.h>
 
@@ -16,18 +16,10 @@ using namespace corvane;
 
 namespace {
 
-// Points the settings at a private defaults file for one test.
+// The settings on a private defaults file for one test.
 class KitSettingsTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        saved_ = KitSettings::shared().userDefaults();
-        defaults_ = std::make_shared<UserDefaults>(folder_ / "defaults.json");
-        KitSettings::shared().setUserDefaults(defaults_);
-    }
-    void TearDown() override { KitSettings::shared().setUserDefaults(saved_); }
-
-    test::TemporaryFolder folder_;
-    std::shared_ptr<UserDefaults> saved_, defaults_;
+    test::ScratchDefaults scratch;
 };
 
 // The engines as a set; by default every engine, every media type, the library's own XMP toolkit name.
@@ -55,7 +47,7 @@ TEST_F(KitSettingsTest, EngineSetsAndDefaults) {
 
 TEST_F(KitSettingsTest, UserLanguageFallsBackToLocalAndNotifiesAroundTheChange) {
     EXPECT_EQ(ETLanguage::userLanguage(), ETLanguage::local);
-    defaults_->set("QRVUserLanguage", "klingon");
+    scratch.defaults->set("QRVUserLanguage", "klingon");
     EXPECT_EQ(ETLanguage::userLanguage(), ETLanguage::local);
 
     std::vector<std::string> events;
@@ -69,7 +61,7 @@ TEST_F(KitSettingsTest, UserLanguageFallsBackToLocalAndNotifiesAroundTheChange) 
     });
     ETLanguage::setUserLanguage(ETLanguage::zh_tw);
     EXPECT_EQ(events, (std::vector<std::string>{"will:local", "did:zh_tw"}));
-    EXPECT_EQ(UserDefaults(folder_ / "defaults.json").string("QRVUserLanguage"), "zh_tw");
+    EXPECT_EQ(UserDefaults(scratch.folder / "defaults.json").string("QRVUserLanguage"), "zh_tw");
 
     ETLanguage::setUserLanguageKey("OtherKey");
     EXPECT_EQ(ETLanguage::userLanguage(), ETLanguage::local);

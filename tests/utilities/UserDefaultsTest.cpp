@@ -1,11 +1,11 @@
 #include "corvane/utilities/UserDefaults.hpp"
 
+#include "support/FileBytes.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -13,13 +13,6 @@ using namespace corvane;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string readFile(const fs::path& p) {
-    std::ifstream in(p);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
-}
 
 TEST(UserDefaultsTest, PersistsAndReloadsPrettyPrintedJSON) {
     test::TemporaryFolder folder;
@@ -36,7 +29,7 @@ TEST(UserDefaultsTest, PersistsAndReloadsPrettyPrintedJSON) {
         EXPECT_FALSE(defaults.string("Count")); // wrong type gives nothing
     }
     // Pretty-printed, and no temporary file left behind.
-    const std::string text = readFile(file);
+    const std::string text = test::fileBytes(file);
     EXPECT_NE(text.find("\n    \"QRVUserLanguage\": \"fr\""), std::string::npos) << text;
     EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()), 1);
 

@@ -9,6 +9,7 @@
 #include "corvane/value_models/PartialDate.hpp"
 #include "corvane/value_models/PartialTime.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -150,13 +151,9 @@ TEST(DateEditionJson, IsOneStringAndRejectsOthers) {
         nlohmann::json::parse(R"json(["restore()", "SHIFT(DD: -2)"])json").get<std::vector<DateEdition>>();
     ASSERT_EQ(list.size(), 2u);
     EXPECT_EQ(list[1], DateEdition::shift(values({}, {}, -2)));
-    try {
-        (void)nlohmann::json("JUMP(YY: 1)").get<DateEdition>();
-        FAIL() << "decoded an unknown command";
-    } catch (const DateEdition::DecodingException& e) {
-        EXPECT_STREQ(e.what(), "Not parsable input");
-        EXPECT_EQ(e.error(), DateEdition::DecodingError::notParsableInput);
-    }
+    // Its text, and that it is the library's error, are the error test's.
+    EXPECT_THAT([] { (void)nlohmann::json("JUMP(YY: 1)").get<DateEdition>(); },
+                testing::Throws<DateEdition::DecodingException>());
     EXPECT_THROW((void)nlohmann::json(12).get<DateEdition>(), nlohmann::json::type_error);
 }
 
