@@ -5,7 +5,6 @@
 #include <condition_variable>
 #include <deque>
 #include <exception>
-#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -14,14 +13,13 @@ namespace {
 
 // One parallel loop: iterations are handed out one by one from a shared counter, so uneven bodies
 // balance across threads. The caller always takes part, so a loop ends even when every worker is
-// busy elsewhere (a body that runs a loop of its own, for one).
+// busy elsewhere (a body that runs a loop of its own, for one). The loop lives on the caller's stack:
+// the caller returns only once no worker holds it, so nothing of the loop outlives the call.
 struct Loop {
     Loop(std::size_t iterations, const std::function<void(std::size_t)>& body)
         : iterations(iterations), body(body) {}
 
-    // Runs iterations until none is left. `body` is only touched for an index claimed below
-    // `iterations`, and the caller waits for every thread that joined before it returns, so a
-    // worker that comes late never sees a body that is gone.
+    // Runs iterations until none is left.
     void take() {
         for (std::size_t i; (i = next.fetch_add(1, std::memory_order_relaxed)) < iterations;) {
             try {
@@ -33,23 +31,12 @@ struct Loop {
         }
     }
 
+    // A worker's share: whatever is left when it comes. The last touch of the loop is under its
+    // lock, so the caller, woken by it, may end the loop at once.
     void helpOut() {
-        {
-            std::lock_guard lock(mutex);
-            if (finished) return;
-            ++helpers;
-        }
         take();
         std::lock_guard lock(mutex);
-        if (--helpers == 0) helpersDone.notify_all();
-    }
-
-    void finish() {
-        take();
-        std::unique_lock lock(mutex);
-        finished = true;
-        helpersDone.wait(lock, [&] { return helpers == 0; });
-        if (firstError) std::rethrow_exception(firstError);
+        if (--outstanding == 0) helpersDone.notify_all();
     }
 
     const std::size_t iterations;
@@ -57,8 +44,7 @@ struct Loop {
     std::atomic<std::size_t> next{0};
     std::mutex mutex;
     std::condition_variable helpersDone;
-    std::size_t helpers = 0;
-    bool finished = false;
+    std::size_t outstanding = 0; // queue entries of this loop not yet withdrawn or done
     std::exception_ptr firstError;
 };
 
@@ -74,16 +60,31 @@ public:
 
     std::size_t count() const { return count_; }
 
-    void post(const std::shared_ptr<Loop>& loop, std::size_t helpers) {
+    // Runs the loop on the calling thread and on up to `helpers` workers, and returns when every
+    // iteration has run and no worker holds the loop any more.
+    void run(Loop& loop, std::size_t helpers) {
+        loop.outstanding = helpers;
         {
             std::lock_guard lock(mutex_);
-            for (std::size_t i = 0; i < helpers; ++i)
-                queue_.push_back(loop);
+            queue_.insert(queue_.end(), helpers, &loop);
         }
         if (helpers == 1)
             ready_.notify_one();
         else
             ready_.notify_all();
+        loop.take();
+        // Entries no worker has picked up yet are withdrawn: every iteration has been claimed.
+        std::size_t withdrawn;
+        {
+            std::lock_guard lock(mutex_);
+            const auto kept = std::remove(queue_.begin(), queue_.end(), &loop);
+            withdrawn = static_cast<std::size_t>(queue_.end() - kept);
+            queue_.erase(kept, queue_.end());
+        }
+        std::unique_lock lock(loop.mutex);
+        loop.outstanding -= withdrawn;
+        loop.helpersDone.wait(lock, [&] { return loop.outstanding == 0; });
+        if (loop.firstError) std::rethrow_exception(loop.firstError);
     }
 
 private:
@@ -94,11 +95,11 @@ private:
 
     [[noreturn]] void work() {
         for (;;) {
-            std::shared_ptr<Loop> loop;
+            Loop* loop;
             {
                 std::unique_lock lock(mutex_);
                 ready_.wait(lock, [&] { return !queue_.empty(); });
-                loop = std::move(queue_.front());
+                loop = queue_.front();
                 queue_.pop_front();
             }
             loop->helpOut();
@@ -108,7 +109,7 @@ private:
     const std::size_t count_;
     std::mutex mutex_;
     std::condition_variable ready_;
-    std::deque<std::shared_ptr<Loop>> queue_;
+    std::deque<Loop*> queue_;
 };
 
 } // namespace
@@ -122,9 +123,8 @@ void concurrentPerform(std::size_t iterations, const std::function<void(std::siz
             body(i);
         return;
     }
-    auto loop = std::make_shared<Loop>(iterations, body);
-    workers.post(loop, helpers);
-    loop->finish();
+    Loop loop(iterations, body);
+    workers.run(loop, helpers);
 }
 
 } // namespace corvane
