@@ -562,9 +562,15 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
             return file.url().lexically_normal() == message.path->lexically_normal();
         });
         if (source == files.end()) continue;
+        // The record holds ExifTool's own form ("[minor] TEXT"); standard error's parsed form has the
+        // mark taken off. The same warning printed both ways is shown once, as the record has it.
         auto& warnings = warnings_[source->url()];
-        if (std::find(warnings.begin(), warnings.end(), message.text) == warnings.end())
-            warnings.push_back(message.text);
+        const auto same = [&](std::string_view warning) {
+            if (warning.rfind("[minor] ", 0) == 0 || warning.rfind("[Minor] ", 0) == 0)
+                warning.remove_prefix(8);
+            return warning == message.text;
+        };
+        if (std::none_of(warnings.begin(), warnings.end(), same)) warnings.push_back(message.text);
     }
     return storages;
 }
