@@ -22,6 +22,7 @@
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TagValueChecker.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
+#include "corvane/tag_value/detail/NumberText.hpp"
 #include "corvane/value_models/DateEdition.hpp"
 
 #include <nlohmann/json.hpp>
@@ -88,7 +89,8 @@ struct FileRows {
 // number too, other readable texts as they are.
 nlohmann::ordered_json jsonValue(const TagName& name, const std::string& text, bool raw) {
     const TagItem* item = name.item();
-    if (!item) return text;
+    // Numbers the converter would misread ("100 0" in a single-number tag) are printed as they stand.
+    if (!item || !detail::convertsWholly(*item, text)) return text;
     if (item->isInSequence() || raw) {
         const auto converter = item->converter();
         nlohmann::ordered_json value =

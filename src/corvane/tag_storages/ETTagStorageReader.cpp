@@ -10,6 +10,7 @@
 #include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/detail/DynamicTagItems.hpp"
+#include "corvane/tag_value/detail/NumberText.hpp"
 
 #include <algorithm>
 #include <exception>
@@ -53,17 +54,6 @@ bool isTextType(TagType type) {
     default:
         return false;
     }
-}
-
-// Whether `text` is several blank-separated numbers given to a tag of a single number.
-bool holdsSeveralNumbers(const TagItem& item, std::string_view text) {
-    if (!item.type().isNumber() || item.isInSequence()) return false;
-    text = trimAsciiWhiteSpace(text);
-    if (text.find(' ') == std::string_view::npos) return false;
-    for (char c : text)
-        if (!((c >= '0' && c <= '9') || c == ' ' || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E'))
-            return false;
-    return true;
 }
 
 // What a "family 0:family 1" group key of one run resolves to; the same keys recur in every record,
@@ -324,7 +314,7 @@ private:
         // A file may hold more numbers than the tag's table says (the count of an IFD entry is the
         // file's): ExifTool prints them all, and they are kept so rather than run together.
         const std::string* text = value.stringValue();
-        auto string = text && holdsSeveralNumbers(*currentItem_, *text)
+        auto string = text && detail::holdsSeveralNumbers(*currentItem_, *text)
                           ? std::optional<std::string>(std::string(trimAsciiWhiteSpace(*text)))
                           : currentItem_->stringValueFromNativeValue(value);
         // Text the tag's converter can't read ("0000:00:00 00:00:00", "inf", "undef") is what the

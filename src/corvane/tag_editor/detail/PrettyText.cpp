@@ -1,6 +1,7 @@
 #include "corvane/tag_editor/detail/PrettyText.hpp"
 
 #include "corvane/helpers/WhiteSpace.hpp"
+#include "corvane/tag_value/detail/NumberText.hpp"
 
 #include <charconv>
 #include <cmath>
@@ -114,6 +115,8 @@ std::optional<std::string> prettyText(const TagItem& item, const std::optional<s
         if (const std::string* title = choiceTitle(item, *value)) return *title;
         if (auto titles = titlesOfElements(item, *value)) return titles;
     }
+    // Numbers the converter would misread ("100 0" in a single-number tag) are shown as they stand.
+    if (!convertsWholly(item, *value)) return value;
     if (isExposureTime(item) && item.type().isNumber())
         if (const auto seconds = numberIn(*value)) return exposureTimeText(*seconds);
     auto formatted = item.converter()->formattedValueFromStringValue(value);
