@@ -314,6 +314,12 @@ private:
         // A file may hold more numbers than the tag's table says (the count of an IFD entry is the
         // file's): ExifTool prints them all, and they are kept so rather than run together.
         const std::string* text = value.stringValue();
+        // ExifTool prints a list of one element as a plain text: it is that one element, kept whole
+        // even when it holds the list's separator ("Smith, John" is one keyword, not two).
+        if (text && currentItem_->isList() && !text->empty()) {
+            if (auto one = currentItem_->stringValueFromNativeValue(DynamicValue(DynamicArray{value})))
+                return storeText(std::move(*one));
+        }
         auto string = text && detail::holdsSeveralNumbers(*currentItem_, *text)
                           ? std::optional<std::string>(std::string(trimAsciiWhiteSpace(*text)))
                           : currentItem_->stringValueFromNativeValue(value);
@@ -323,10 +329,13 @@ private:
             string = std::string(trimAsciiWhiteSpace(*text));
         // So is a number the tag's type can't hold (-1 in an unsigned tag).
         if (!string && !text && !printed.empty()) string = std::string(printed);
-        if (!string) return;
-        if (!string->empty() && containsAny(*string, bannedValues_)) return;
+        if (string) storeText(std::move(*string));
+    }
+
+    void storeText(std::string string) {
+        if (!string.empty() && containsAny(string, bannedValues_)) return;
         // The first occurrence of a name wins.
-        values_.try_emplace(currentItem_->name(), std::move(*string));
+        values_.try_emplace(currentItem_->name(), std::move(string));
     }
 
     void beginRecord() {
