@@ -314,11 +314,13 @@ private:
         // A file may hold more numbers than the tag's table says (the count of an IFD entry is the
         // file's): ExifTool prints them all, and they are kept so rather than run together.
         const std::string* text = value.stringValue();
-        // ExifTool prints a list of one element as a plain text: it is that one element, kept whole
-        // even when it holds the list's separator ("Smith, John" is one keyword, not two).
-        if (text && currentItem_->isList() && !text->empty()) {
-            if (auto one = currentItem_->stringValueFromNativeValue(DynamicValue(DynamicArray{value})))
-                return storeText(std::move(*one));
+        // ExifTool prints a list of one text as a plain text: it is that one element, kept whole even
+        // when it holds the list's separator ("Smith, John" is one keyword, not two). Lists of
+        // numbers are printed as one text of all their elements ("0 0 0 0"), and are split.
+        const TagType type = currentItem_->type();
+        if (text && currentItem_->isList() && !type.isNumber() && !type.isDateTimeOrPartial()) {
+            auto one = currentItem_->stringValueFromNativeValue(DynamicValue(DynamicArray{value}));
+            if (one && !one->empty()) return storeText(std::move(*one));
         }
         auto string = text && detail::holdsSeveralNumbers(*currentItem_, *text)
                           ? std::optional<std::string>(std::string(trimAsciiWhiteSpace(*text)))
