@@ -157,7 +157,6 @@ TEST(HistoryEdition, EditorsOfTheSameFileAreTwoKeysAndLocationEditionsAreTheirs)
     const auto names = writableNames(3);
 
     HistoryEdition history;
-    EXPECT_FALSE(history.hasEditions());
     history.registerTag(a, names[0]);
     history.registerTag(a, names[0]);
     history.registerTag(b, names[1]);
@@ -169,15 +168,12 @@ TEST(HistoryEdition, EditorsOfTheSameFileAreTwoKeysAndLocationEditionsAreTheirs)
 
     EXPECT_TRUE(history.hasEditions({other, b}));
     EXPECT_FALSE(history.hasEditions({other}));
-    EXPECT_FALSE(history.hasEditions(std::vector<std::shared_ptr<TagEditor>>{}));
     EXPECT_TRUE(history.hasEditions({other, a}, {names[2], names[0]}));
     EXPECT_FALSE(history.hasEditions({a}, {names[1], names[2]}));
     EXPECT_EQ(history.tagNames({a, b, other}), HistoryEdition::TagNames(names.begin(), names.begin() + 2));
-    EXPECT_TRUE(history.tagNames({other}).empty());
 
     // Location editions look at the location tags only.
     EXPECT_FALSE(history.hasLocationEditions({a}));
-    ASSERT_FALSE(TagName::locationTagNames().empty());
     history.registerTag(a, TagName::locationTagNames().back());
     EXPECT_TRUE(history.hasLocationEditions({a}));
     EXPECT_FALSE(history.hasLocationEditions({b}));
