@@ -40,63 +40,49 @@ std::optional<std::string> current(const std::shared_ptr<TagEditor>& editor, con
     return editor->currentValue(item.name());
 }
 
-void customValue(const std::shared_ptr<TagEditor>& editor, const TagItem& item, std::string value,
-                 Insertion insertion) {
-    TagEditorPresets(*editor).useCustomValue(item, {std::move(value), insertion});
-}
-
 TEST(PresetCustomValueTest, InsertionJoinsWithTheTagsSeparatorAndDatesReadADateEdition) {
-    auto editor = editorWith({{&artist(), "Jane"}, {&keywords(), "sea,sun"}, {&cropOrigin(), "8 8"}});
-    customValue(editor, artist(), "Dr.", Insertion::prepend);
-    EXPECT_EQ(current(editor, artist()), "Dr. Jane") << "one value: one blank";
-    customValue(editor, keywords(), "sand", Insertion::append);
-    EXPECT_EQ(current(editor, keywords()), "sea,sun, sand") << "a list: comma and blank";
-    customValue(editor, cropOrigin(), "4", Insertion::append);
-    EXPECT_EQ(current(editor, cropOrigin()), "8 8 4") << "a count of two: one blank";
-    customValue(editor, artist(), "Smith", Insertion::replace);
-    EXPECT_EQ(current(editor, artist()), "Smith");
-
-    // An empty text keeps the current one; an empty current value takes the text alone.
-    customValue(editor, artist(), "", Insertion::prepend);
-    EXPECT_EQ(current(editor, artist()), "Smith");
-    customValue(editor, TagItem::itemEXIFImageDescription(), "Beach", Insertion::append);
-    EXPECT_EQ(current(editor, TagItem::itemEXIFImageDescription()), "Beach");
-
-    // Tags of other kinds take the text in place of the value.
-    auto flags = editorWith({{&marked(), "True"}});
-    customValue(flags, marked(), "False", Insertion::append);
-    EXPECT_EQ(current(flags, marked()), "false") << "in the converter's canonical form";
-    auto dated = editorWith({{&original(), "2024:01:31 23:00:00"}});
-    customValue(dated, original(), "SHIFT(hh: 2)", Insertion::append);
-    EXPECT_EQ(current(dated, original()), "2024:02:01 01:00:00") << "the insertion is ignored";
-    customValue(dated, original(), "next tuesday", Insertion::replace);
-    EXPECT_EQ(current(dated, original()), "2024:02:01 01:00:00");
-    customValue(dated, original(), "REMOVE()", Insertion::replace);
-    EXPECT_EQ(current(dated, original()), "");
+    auto editor = editorWith({{&artist(), "Jane"},
+                              {&keywords(), "sea,sun"},
+                              {&cropOrigin(), "8 8"},
+                              {&marked(), "True"},
+                              {&original(), "2024:01:31 23:00:00"}});
+    const std::tuple<const TagItem*, const char*, Insertion, const char*> steps[] = {
+        {&artist(), "Dr.", Insertion::prepend, "Dr. Jane"},        // one value: one blank
+        {&keywords(), "sand", Insertion::append, "sea,sun, sand"}, // a list: comma and blank
+        {&cropOrigin(), "4", Insertion::append, "8 8 4"},          // a count of two: one blank
+        {&artist(), "Smith", Insertion::replace, "Smith"},
+        // An empty text keeps the current one; an empty current value takes the text alone.
+        {&artist(), "", Insertion::prepend, "Smith"},
+        {&TagItem::itemEXIFImageDescription(), "Beach", Insertion::append, "Beach"},
+        // Tags of other kinds take the text in place of the value, in the converter's canonical form;
+        // a date tag reads a date edition and ignores the insertion.
+        {&marked(), "False", Insertion::append, "false"},
+        {&original(), "SHIFT(hh: 2)", Insertion::append, "2024:02:01 01:00:00"},
+        {&original(), "next tuesday", Insertion::replace, "2024:02:01 01:00:00"},
+        {&original(), "REMOVE()", Insertion::replace, ""}};
+    for (const auto& [item, value, insertion, expected] : steps) {
+        TagEditorPresets(*editor).useCustomValue(*item, {value, insertion});
+        EXPECT_EQ(current(editor, *item), expected) << item->name().rawValue() << " " << value;
+    }
 }
 
-TEST(PresetCopyValueTest, CopiesRawOrShownValuesAndDatesByKind) {
+TEST(PresetCopyValueTest, CopiesRawValuesAndDatesByKind) {
+    using Formatter = CopyTagValueSettings::Formatter;
+    using Copy = CopyTagValueSettings::Insertion;
     auto editor = editorWith(
         {{&artist(), "Jane"}, {&TagItem::itemEXIFFNumber(), "2.8"}, {&original(), "2021:07:04 08:30:15"}});
-    TagEditorPresets presets(*editor);
     const TagItem& description = TagItem::itemEXIFImageDescription();
-    presets.copyValue(description, {artist().name(), CopyTagValueSettings::Formatter::raw,
-                                    CopyTagValueSettings::Insertion::replace});
-    EXPECT_EQ(current(editor, description), "Jane");
-    presets.copyValue(description, {TagItem::itemEXIFFNumber().name(), CopyTagValueSettings::Formatter::raw,
-                                    CopyTagValueSettings::Insertion::prepend});
-    EXPECT_EQ(current(editor, description), "2.8 Jane");
-
-    // A date target takes the date of the source whatever the formatter and insertion say.
-    presets.copyValue(TagItem::itemIPTCDateCreated(),
-                      {original().name(), CopyTagValueSettings::Formatter::pretty,
-                       CopyTagValueSettings::Insertion::append});
-    EXPECT_EQ(current(editor, TagItem::itemIPTCDateCreated()), "2021:07:04");
-
-    // A source without a value gives the empty text, which clears a replaced target.
-    presets.copyValue(artist(), {TagItem::itemEXIFCopyright().name(), CopyTagValueSettings::Formatter::raw,
-                                 CopyTagValueSettings::Insertion::replace});
-    EXPECT_EQ(current(editor, artist()), "");
+    const std::tuple<const TagItem*, CopyTagValueSettings, const char*> steps[] = {
+        {&description, {artist().name(), Formatter::raw, Copy::replace}, "Jane"},
+        {&description, {TagItem::itemEXIFFNumber().name(), Formatter::raw, Copy::prepend}, "2.8 Jane"},
+        // A date target takes the date of the source whatever the formatter and insertion say.
+        {&TagItem::itemIPTCDateCreated(), {original().name(), Formatter::pretty, Copy::append}, "2021:07:04"},
+        // A source without a value gives the empty text, which clears a replaced target.
+        {&artist(), {TagItem::itemEXIFCopyright().name(), Formatter::raw, Copy::replace}, ""}};
+    for (const auto& [target, settings, expected] : steps) {
+        TagEditorPresets(*editor).copyValue(*target, settings);
+        EXPECT_EQ(current(editor, *target), expected) << target->name().rawValue();
+    }
 }
 
 // What each transform does to a text is the editions' test; here, that each action runs its own.

@@ -73,37 +73,32 @@ TEST(EditionOrientationTest, TurnsThePreferredFamilyAndClamps) {
 }
 
 TEST(EditionCopyTest, ValuesGoThroughBothConvertersAndDatesByKind) {
-    auto editor = editorWith({{&TagItem::itemEXIFArtist(), "Jane"},
-                              {&TagItem::itemEXIFDateTimeOriginal(), "2024:05:01 10:20:30"},
-                              {&TagItem::itemEXIFCreateDate(), "2001:02:03 04:05:06"}});
+    using I = TagItem;
+    auto editor = editorWith({{&I::itemEXIFArtist(), "Jane"},
+                              {&I::itemEXIFDateTimeOriginal(), "2024:05:01 10:20:30"},
+                              {&I::itemEXIFCreateDate(), "2001:02:03 04:05:06"},
+                              {&I::itemEXIFGPSTimeStamp(), "23:59:59"}});
     TagEditorEditions editions(*editor);
-    editions.copyValue(TagItem::itemEXIFArtist().name(), xmpArtist().name());
-    EXPECT_EQ(current(editor, xmpArtist()), "Jane");
-    editions.copyValue(TagItem::itemIPTCCity(), TagItem::itemXMPCity());
-    EXPECT_FALSE(current(editor, TagItem::itemXMPCity())) << "no source value, nothing set";
-
-    editions.copyValue(TagItem::itemEXIFDateTimeOriginal(), TagItem::itemEXIFGPSDateStamp());
-    editions.copyDate(TagItem::itemEXIFDateTimeOriginal(), TagItem::itemEXIFGPSTimeStamp());
-    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSDateStamp()), "2024:05:01");
-    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSTimeStamp()), "10:20:30");
-
-    // A date-only source keeps the target's time; a time-only one its date.
-    editions.copyDate(TagItem::itemEXIFGPSDateStamp(), TagItem::itemEXIFCreateDate());
-    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "2024:05:01 04:05:06");
-    editor->setValue("23:59:59", TagItem::itemEXIFGPSTimeStamp().name());
-    editions.copyDate(TagItem::itemEXIFGPSTimeStamp(), TagItem::itemEXIFCreateDate());
-    EXPECT_EQ(current(editor, TagItem::itemEXIFCreateDate()), "2024:05:01 23:59:59");
-    editions.copyDate(TagItem::itemEXIFGPSTimeStamp(), TagItem::itemEXIFModifyDate());
-    EXPECT_FALSE(current(editor, TagItem::itemEXIFModifyDate())) << "a time alone has no day to land on";
-    editions.copyDate(TagItem::itemEXIFGPSTimeStamp(), TagItem::itemEXIFGPSDateStamp());
-    EXPECT_EQ(current(editor, TagItem::itemEXIFGPSDateStamp()), "2024:05:01")
-        << "time to date copies nothing";
-
-    auto raw =
-        editions.rawValue(TagItem::itemEXIFDateTimeOriginal().name(), TagItem::itemEXIFGPSDateStamp().name());
-    EXPECT_EQ(raw, "2024:05:01");
+    // In order: whether the copy is of a date, source, target, and the target's value after it.
+    const std::tuple<bool, const TagItem*, const TagItem*, std::optional<std::string>> steps[] = {
+        {false, &I::itemEXIFArtist(), &xmpArtist(), "Jane"},
+        {false, &I::itemIPTCCity(), &I::itemXMPCity(), std::nullopt}, // no source value, nothing set
+        {false, &I::itemEXIFDateTimeOriginal(), &I::itemEXIFGPSDateStamp(), "2024:05:01"},
+        // A date-only source keeps the target's time; a time-only one its date.
+        {true, &I::itemEXIFGPSDateStamp(), &I::itemEXIFCreateDate(), "2024:05:01 04:05:06"},
+        {true, &I::itemEXIFGPSTimeStamp(), &I::itemEXIFCreateDate(), "2024:05:01 23:59:59"},
+        {true, &I::itemEXIFGPSTimeStamp(), &I::itemEXIFModifyDate(), std::nullopt},   // no day to land on
+        {true, &I::itemEXIFGPSTimeStamp(), &I::itemEXIFGPSDateStamp(), "2024:05:01"}, // copies nothing
+        {true, &I::itemEXIFDateTimeOriginal(), &I::itemEXIFGPSTimeStamp(), "10:20:30"}};
+    for (const auto& [date, from, to, expected] : steps) {
+        date ? editions.copyDate(from->name(), to->name()) : editions.copyValue(from->name(), to->name());
+        EXPECT_EQ(current(editor, *to), expected)
+            << from->name().rawValue() << " to " << to->name().rawValue();
+    }
+    EXPECT_EQ(editions.rawValue(I::itemEXIFDateTimeOriginal().name(), I::itemEXIFGPSDateStamp().name()),
+              "2024:05:01");
     EXPECT_FALSE(
-        editions.rawValue(TagName(TagStream::streamEXIF, TagKey("Nope")), TagItem::itemEXIFArtist().name()));
+        editions.rawValue(TagName(TagStream::streamEXIF, TagKey("Nope")), I::itemEXIFArtist().name()));
 }
 
 TEST(EditionStreamTest, ClearingAFolderTouchesTheCatalogueAFileOnlyWhatItHolds) {
@@ -125,27 +120,25 @@ TEST(EditionStreamTest, ClearingAFolderTouchesTheCatalogueAFileOnlyWhatItHolds) 
 }
 
 TEST(EditionTextTest, TransformsApplyToTextAndListsElementByElement) {
-    auto editor = editorWith({{&TagItem::itemEXIFArtist(), "  jane DOE\n"},
-                              {&TagItem::itemEXIFExifImageWidth(), " 640 "},
-                              {&TagItem::itemIPTCKeywords(), "sea view, ÉTÉ"}});
+    using I = TagItem;
+    using E = TagEditorEditions;
+    auto editor = editorWith({{&I::itemEXIFArtist(), "  jane DOE\n"},
+                              {&I::itemEXIFExifImageWidth(), " 640 "},
+                              {&I::itemIPTCKeywords(), "sea view, ÉTÉ"}});
     TagEditorEditions editions(*editor);
-    editions.trimWhitespacesText(TagItem::itemEXIFArtist());
-    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "jane DOE");
-    editions.capitalizeText(TagItem::itemEXIFArtist());
-    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "Jane Doe");
-    editions.uppercaseText(TagItem::itemEXIFArtist());
-    EXPECT_EQ(current(editor, TagItem::itemEXIFArtist()), "JANE DOE");
-
-    editions.trimWhitespacesText(TagItem::itemEXIFExifImageWidth());
-    EXPECT_FALSE(editor->isValueEdited(TagItem::itemEXIFExifImageWidth().name())) << "a number is no text";
-
-    const TagItem& keywords = TagItem::itemIPTCKeywords();
-    editions.lowercaseText(keywords);
-    EXPECT_EQ(current(editor, keywords), "sea view,été");
-    editions.capitalizeText(keywords);
-    EXPECT_EQ(current(editor, keywords), "Sea View,Été");
-    editions.transformText(TagItem::itemXMPCity(), TagEditorEditions::uppercased);
-    EXPECT_FALSE(current(editor, TagItem::itemXMPCity())) << "no value, nothing set";
+    const std::tuple<const TagItem*, void (E::*)(const TagItem&) const, std::optional<std::string>> steps[] =
+        {{&I::itemEXIFArtist(), &E::trimWhitespacesText, "jane DOE"},
+         {&I::itemEXIFArtist(), &E::capitalizeText, "Jane Doe"},
+         {&I::itemEXIFArtist(), &E::uppercaseText, "JANE DOE"},
+         {&I::itemEXIFExifImageWidth(), &E::trimWhitespacesText, " 640 "}, // a number is no text
+         {&I::itemIPTCKeywords(), &E::lowercaseText, "sea view,été"},
+         {&I::itemIPTCKeywords(), &E::capitalizeText, "Sea View,Été"},
+         {&I::itemXMPCity(), &E::uppercaseText, std::nullopt}}; // no value, nothing set
+    for (const auto& [item, transform, expected] : steps) {
+        (editions.*transform)(*item);
+        EXPECT_EQ(current(editor, *item), expected) << item->name().rawValue();
+    }
+    EXPECT_FALSE(editor->isValueEdited(I::itemEXIFExifImageWidth().name()));
 }
 
 TEST(EditionTextTest, KeywordSortingIsStableAndOnlyForLists) {
