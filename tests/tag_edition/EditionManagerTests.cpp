@@ -150,10 +150,13 @@ TEST_F(EditionManagerTest, SessionsOnTwoThreadsShareOneCount) {
     EXPECT_EQ(events[1].history.tagNames({editor}), HistoryEdition::TagNames(names.begin(), names.end()));
 }
 
+// Editors of one file share a bucket of the history's map but are two keys.
 TEST(HistoryEdition, EditorsOfTheSameFileAreTwoKeysAndLocationEditionsAreTheirs) {
     auto a = folderEditor("/photos/trip");
     auto b = folderEditor("/photos/trip");
     auto other = folderEditor("/photos/other");
+    EXPECT_EQ(TagEditorHash()(a), TagEditorHash()(b));
+    EXPECT_NE(TagEditorHash()(a), TagEditorHash()(other));
     const auto names = writableNames(3);
 
     HistoryEdition history;

@@ -1,5 +1,6 @@
 // The editor on one storage: guarded reads, the change frame and what it registers, forceValue,
-// source changes, the folder settings of ExifTool editors, image I/O access, editors as keys.
+// source changes, the folder settings of ExifTool editors, image I/O access. Editors as keys are
+// the history's test.
 
 #include "corvane/helpers/NotificationCenter.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
@@ -11,8 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <thread>
-#include <unordered_map>
-#include <unordered_set>
 
 namespace corvane {
 namespace {
@@ -179,7 +178,6 @@ TEST_F(TagEditorTest, FolderSettingsOfAnExifToolEditor) {
     auto editor = ETTagEditor::create(TagStorage(TagStorageSource("/photos/trip")));
     EXPECT_FALSE(editor->recurseSubfolders());
     EXPECT_FALSE(editor->storage().recurseSubfolders().has_value()) << "reading doesn't store the default";
-    EXPECT_FALSE(editor->filePathFilter().has_value());
 
     test::NoteRecorder recurse(ETTagEditor::didChangeRecurseSubfoldersNotification);
     test::NoteRecorder filter(ETTagEditor::didChangeFilePathFilterNotification);
@@ -189,7 +187,6 @@ TEST_F(TagEditorTest, FolderSettingsOfAnExifToolEditor) {
     EXPECT_TRUE(editor->recurseSubfolders());
     editor->setFilePathFilter(ETPathFilter{"jpg", "tif"});
     editor->modifyFilePathFilter([](std::optional<ETPathFilter>& value) { value->addExtension("png"); });
-    EXPECT_EQ(editor->filePathFilter()->extensions(), (std::vector<std::string>{"JPG", "TIF", "PNG"}));
     EXPECT_EQ(editor->filename(), "trip/**.JPG|TIF|PNG");
 
     ASSERT_EQ(recurse.notes.size(), 2u);
@@ -203,8 +200,6 @@ TEST_F(TagEditorTest, FolderSettingsOfAnExifToolEditor) {
 TEST_F(TagEditorTest, ImageIOEditorHidesTagsWithoutImageIOName) {
     auto storage = jpegStorage();
     storage.setOriginalValue("boat", subject());
-    ASSERT_FALSE(subject().cgName().has_value());
-    ASSERT_TRUE(artist().cgName().has_value());
 
     auto cg = CGTagEditor::create(storage);
     auto et = ETTagEditor::create(storage);
@@ -217,19 +212,6 @@ TEST_F(TagEditorTest, ImageIOEditorHidesTagsWithoutImageIOName) {
 
     std::shared_ptr<TagEditor> asBase = cg;
     EXPECT_EQ(asBase->access(subject()), TagAccess::n) << "virtual through the base";
-}
-
-TEST(TagEditorKeys, EditorsOfOneFileShareABucketButNotAKey) {
-    auto a = ETTagEditor::create(TagStorage(TagStorageSource("/photos/shot.jpg")));
-    auto b = CGTagEditor::create(TagStorage(TagStorageSource("/photos/shot.jpg")));
-    auto c = ETTagEditor::create(TagStorage(TagStorageSource("/photos/other.jpg")));
-    EXPECT_NE(TagEditorHash()(a), TagEditorHash()(c));
-    std::unordered_map<std::shared_ptr<TagEditor>, int, TagEditorHash, TagEditorEqual> map{
-        {a, 1}, {b, 2}, {c, 3}};
-    EXPECT_EQ(map.size(), 3u);
-    EXPECT_EQ(map.at(b), 2);
-    EXPECT_EQ(map.bucket(a), map.bucket(b));
-    EXPECT_FALSE(map.contains(ETTagEditor::create(TagStorage(TagStorageSource("/photos/shot.jpg")))));
 }
 
 } // namespace
