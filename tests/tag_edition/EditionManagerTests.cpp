@@ -41,8 +41,7 @@ TEST_F(EditionManagerTest, OneChangeOutOfSessionGivesBeginFlushWithTheTagEnd) {
     ASSERT_EQ(EditionRecorder::kinds(events), "begin flush end");
     const HistoryEdition& history = events[1].history;
     ASSERT_EQ(history.values().size(), 1u);
-    ASSERT_NE(history.tagNamesOf(editor), nullptr);
-    EXPECT_EQ(*history.tagNamesOf(editor), HistoryEdition::TagNames{artist()});
+    EXPECT_EQ(history.tagNames({editor}), HistoryEdition::TagNames{artist()});
     EXPECT_EQ(
         EditionManager::history(Notification(std::string(EditionManager::didFlushHistoryNotification),
                                              &manager, {{"HistoryEdition", std::string("not a history")}})),

@@ -153,8 +153,6 @@ TEST_F(TagValueTableTest, ValueSetOffersTheChoicesThatEverySelectedTagOffers) {
               (Choices{{"0", "Normal"}}));
     EXPECT_EQ(TagValueSet(editors, {&I::itemEXIFSaturation(), &I::itemEXIFContrast()}).filteredChoices(),
               (Choices{{"0", "Normal"}, {"1", "Low"}, {"2", "High"}}));
-    EXPECT_EQ(TagValueSet(editors, {&I::itemEXIFWhiteBalance()}).filteredChoices(),
-              (Choices{{"0", "Auto"}, {"1", "Manual"}}));
     EXPECT_TRUE(TagValueSet(editors, {}).filteredChoices().empty());
 }
 
