@@ -2,7 +2,6 @@
 // source changes, the folder settings of ExifTool editors, image I/O access. Editors as keys are
 // the history's test.
 
-#include "corvane/helpers/NotificationCenter.hpp"
 #include "corvane/tag_editor/CGTagEditor.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
@@ -147,24 +146,14 @@ TEST_F(TagEditorTest, UpdateSourceKeepsTheValuesAndNotifiesOnTheCallingThread) {
     const std::size_t hash = TagEditorHash()(editor);
     recorder.drain();
 
-    std::thread::id seenOn;
-    const void* seenSender = nullptr;
-    std::shared_ptr<TagEditor> seenObject;
-    auto subscriber = NotificationCenter::defaultCenter().subscribe(
-        std::string(TagEditor::didChangeSourceNotification), [&](const Notification& note) {
-            seenOn = std::this_thread::get_id();
-            seenSender = note.sender();
-            seenObject = note.object<TagEditor>();
-        });
-    std::thread::id caller;
+    test::NoteRecorder moved(TagEditor::didChangeSourceNotification);
     std::thread([&] {
-        caller = std::this_thread::get_id();
         editor->updateSource(TagStorageSource("/photos/moved.jpg", std::nullopt, std::string("pw")));
     }).join();
 
-    EXPECT_EQ(seenOn, caller) << "posted synchronously, not through the main queue";
-    EXPECT_EQ(seenSender, editor.get());
-    EXPECT_EQ(seenObject, editor);
+    // Heard before this thread drains its main queue: posted synchronously on the calling thread.
+    ASSERT_EQ(moved.notes.size(), 1u);
+    EXPECT_EQ(moved.notes[0].object<TagEditor>(), editor);
     EXPECT_EQ(editor->filename(), "moved.jpg");
     EXPECT_EQ(editor->source().password(), "pw");
     EXPECT_EQ(editor->temporaryURL(), temporary);
