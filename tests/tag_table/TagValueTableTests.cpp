@@ -125,6 +125,7 @@ TEST_F(TagValueTableTest, HeadingsShowOnlyAboveRowsThatPassTheFilter) {
         << "a search of blanks passes every row that has a value";
 }
 
+// A copy for another selection is the reload test's (a selection change) and the tag set table's.
 TEST_F(TagValueTableTest, SelectionKeepsValueRowsAndMergesThem) {
     auto r = request(true);
     r.selection = {0, 4, 5, 99}; // a heading, Make, Model, past the end
@@ -137,8 +138,6 @@ TEST_F(TagValueTableTest, SelectionKeepsValueRowsAndMergesThem) {
     EXPECT_TRUE(content.indexes(TagSection("Lens")).isEmpty());
     EXPECT_EQ(content.names({5, 0, 1}),
               (std::vector<TagName>{I::itemEXIFArtist().name(), I::itemEXIFModel().name()}));
-    EXPECT_EQ(content.with({1}).valueSet().string(), MultiValuedString::single("Ann"));
-    EXPECT_EQ(content.with({1}).entries().size(), content.entries().size());
 
     const TagValueSet nothing = content.with({}).valueSet();
     EXPECT_TRUE(nothing.string().isNone() && !nothing.isEdited() && nothing.canBeEdited() &&
