@@ -67,7 +67,6 @@ TEST(EditionArrayTest, FamilyValuesCountOnlyWhenAllEditorsAgree) {
 
     both.setGPSCoordinate(TypedTagValue<Coordinate>::value(Coordinate(-1.5, 36.8)));
     EXPECT_EQ(both.exifGPSCoordinate(), Coordinate(-1.5, 36.8));
-    EXPECT_EQ(both.xmpGPSCoordinate(), Coordinate(-1.5, 36.8));
     EXPECT_EQ(both.currentOrEmptyValues(city()), (std::set<std::string>{"Rome"}));
     EXPECT_EQ(both.originalValues(TagItem::itemEXIFGPSLatitude().name()), (std::set<std::string>{"10"}));
 
