@@ -46,7 +46,6 @@ TEST(EditionFormatTest, MoviesAndFormatsWithoutEXIFCreationPreferQuickTime) {
                                                                                  {"/p/shot.heic", false},
                                                                                  {"/p/folder", false}})
         EXPECT_EQ(TagEditorEditions(*editorWith({}, path)).prefersQuicktime(), prefers) << path;
-    EXPECT_EQ(TagEditorEditions(*editorWith({}, "/m/clip.mov")).kind(), MediaKind::movie);
 }
 
 // The turns themselves are the accessors' test; here, the family each format turns, and the clamp.
