@@ -201,8 +201,7 @@ TEST_F(TagValueTableTest, AnEditRebuildsOnlyTheTouchedRowsWithoutFilteringAgain)
     ASSERT_EQ(events.size(), 2u);
     EXPECT_EQ(events[0].type, TagValueTableReloadType::values(std::nullopt));
     EXPECT_EQ(events[1].type, TagValueTableReloadType::values(IndexSet{0}));
-    EXPECT_EQ(conversions, 1) << "only the touched row";
-    EXPECT_EQ(shownRows(*table->content())[0], "EXIF:Artist edited: {'Ann' 'Bob'}");
+    EXPECT_EQ(conversions, 1) << "only the touched row, rebuilt as a full reload would (the next test)";
 
     {
         EditionManager::Session session;
