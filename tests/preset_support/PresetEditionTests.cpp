@@ -28,28 +28,23 @@ TEST(PresetEditionJSONTest, EveryCaseAndEntryWritesItsFormAndReadsBack) {
     SearchAndReplaceSettings search("foo", "bar");
     search.ignoreDiacritic = true;
     search.useRegex = true;
-    const std::vector<PresetEdition> editions = {
-        PresetEdition::keepCurrentValue(),
-        PresetEdition::useCustomValue("Jane", CustomInsertion::prepend),
-        PresetEdition::copyTagValue(
-            {artist(), CopyTagValueSettings::Formatter::pretty, CopyTagValueSettings::Insertion::append}),
-        PresetEdition::useCustomAction(Action::sortInDescendingOrder),
-        PresetEdition::searchAndReplace(search),
+    const std::pair<PresetEdition, const char*> cases[] = {
+        {PresetEdition::keepCurrentValue(), R"({"type":"keep_current_value"})"},
+        {PresetEdition::useCustomValue("Jane", CustomInsertion::prepend),
+         R"({"type":"use_custom_value","settings":{"value":"Jane","insertion":"prepend"}})"},
+        {PresetEdition::copyTagValue(
+             {artist(), CopyTagValueSettings::Formatter::pretty, CopyTagValueSettings::Insertion::append}),
+         R"({"type":"copy_tag_value","settings":{"tag_name":"EXIF:Artist","formatter":"pretty","insertion":"append"}})"},
+        {PresetEdition::useCustomAction(Action::sortInDescendingOrder),
+         R"({"type":"use_custom_action","settings":{"action":"sort_in_descending_order"}})"},
+        {PresetEdition::searchAndReplace(search),
+         R"({"type":"search_and_replace","settings":{"search":"foo","value":"bar","ignore_case":false,)"
+         R"("ignore_diacritic":true,"ignore_width":false,"use_regex":true}})"},
     };
-    for (const auto& edition : editions) {
-        json j = edition;
-        EXPECT_EQ(j.get<PresetEdition>(), edition) << j.dump();
+    for (const auto& [edition, text] : cases) {
+        EXPECT_EQ(json(edition).dump(), text);
+        EXPECT_EQ(decode(text), edition) << text;
     }
-    EXPECT_EQ(json(editions[0]).dump(), R"({"type":"keep_current_value"})");
-    EXPECT_EQ(json(editions[1]).dump(),
-              R"({"type":"use_custom_value","settings":{"value":"Jane","insertion":"prepend"}})");
-    EXPECT_EQ(json(editions[2]).dump(), R"({"type":"copy_tag_value","settings":{"tag_name":"EXIF:Artist",)"
-                                        R"("formatter":"pretty","insertion":"append"}})");
-    EXPECT_EQ(json(editions[3]).dump(),
-              R"({"type":"use_custom_action","settings":{"action":"sort_in_descending_order"}})");
-    EXPECT_EQ(json(editions[4]).dump(),
-              R"({"type":"search_and_replace","settings":{"search":"foo","value":"bar","ignore_case":false,)"
-              R"("ignore_diacritic":true,"ignore_width":false,"use_regex":true}})");
     const PresetItemEntry entry(artist(), PresetEdition::useCustomValue("Jane"));
     json j = entry;
     EXPECT_EQ(j.dump(), R"({"tag_name":"EXIF:Artist","edition":{"type":"use_custom_value",)"
@@ -59,22 +54,22 @@ TEST(PresetEditionJSONTest, EveryCaseAndEntryWritesItsFormAndReadsBack) {
 }
 
 TEST(PresetEditionJSONTest, OlderFormsReadAsTheirCurrentEquivalents) {
-    EXPECT_EQ(decode(R"({"type":"none"})"), PresetEdition::keepCurrentValue());
-    EXPECT_EQ(decode(R"({"type":"remove"})"), PresetEdition::useCustomAction(Action::removeCurrentValue));
-    EXPECT_EQ(decode(R"({"type":"restore"})"), PresetEdition::useCustomAction(Action::restoreOriginalValue));
-    EXPECT_EQ(decode(R"({"type":"value","value":"x"})"), PresetEdition::useCustomValue("x"));
-    EXPECT_EQ(decode(R"({"type":"merge","value":"x"})"), decode(R"({"type":"append","value":"x"})"));
-    EXPECT_EQ(decode(R"({"type":"append","value":"x"})"),
-              PresetEdition::useCustomValue("x", CustomInsertion::append));
-    EXPECT_EQ(decode(R"({"type":"prepend","value":"x"})"),
-              PresetEdition::useCustomValue("x", CustomInsertion::prepend));
-    EXPECT_EQ(decode(R"({"type":"copy","value":"EXIF:Artist"})"),
-              PresetEdition::copyTagValue({artist(), CopyTagValueSettings::Formatter::raw,
-                                           CopyTagValueSettings::Insertion::replace}));
-    EXPECT_EQ(decode(R"({"type":"clone","value":"EXIF:Artist"})"),
-              PresetEdition::copyTagValue({artist(), CopyTagValueSettings::Formatter::pretty,
-                                           CopyTagValueSettings::Insertion::replace}));
-
+    using Copy = CopyTagValueSettings;
+    const std::pair<const char*, PresetEdition> cases[] = {
+        {R"({"type":"none"})", PresetEdition::keepCurrentValue()},
+        {R"({"type":"remove"})", PresetEdition::useCustomAction(Action::removeCurrentValue)},
+        {R"({"type":"restore"})", PresetEdition::useCustomAction(Action::restoreOriginalValue)},
+        {R"({"type":"value","value":"x"})", PresetEdition::useCustomValue("x")},
+        {R"({"type":"merge","value":"x"})", PresetEdition::useCustomValue("x", CustomInsertion::append)},
+        {R"({"type":"append","value":"x"})", PresetEdition::useCustomValue("x", CustomInsertion::append)},
+        {R"({"type":"prepend","value":"x"})", PresetEdition::useCustomValue("x", CustomInsertion::prepend)},
+        {R"({"type":"copy","value":"EXIF:Artist"})",
+         PresetEdition::copyTagValue({artist(), Copy::Formatter::raw, Copy::Insertion::replace})},
+        {R"({"type":"clone","value":"EXIF:Artist"})",
+         PresetEdition::copyTagValue({artist(), Copy::Formatter::pretty, Copy::Insertion::replace})},
+    };
+    for (const auto& [text, edition] : cases)
+        EXPECT_EQ(decode(text), edition) << text;
     // Written back, an old edition takes the current form.
     EXPECT_EQ(json(decode(R"({"type":"value","value":"x"})")).dump(),
               R"({"type":"use_custom_value","settings":{"value":"x","insertion":"replace"}})");

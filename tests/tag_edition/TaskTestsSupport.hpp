@@ -26,15 +26,15 @@ class BlockTask : public AbstractTask {
 public:
     using Work = std::function<void(BlockTask&)>;
 
-    explicit BlockTask(Work work, Priority priority = Priority::writing, std::string title = "Test Task")
-        : work_(std::move(work)), priority_(priority), title_(std::move(title)) {}
+    explicit BlockTask(Work work, Priority priority = Priority::writing)
+        : work_(std::move(work)), priority_(priority) {}
 
     static std::shared_ptr<BlockTask> make(Work work, Priority priority = Priority::writing) {
         return std::make_shared<BlockTask>(std::move(work), priority);
     }
 
     Priority priority() const override { return priority_; }
-    std::string title() const override { return title_; }
+    std::string title() const override { return "Test Task"; }
 
     using AbstractTask::addSubprocess;
     using AbstractTask::failable;
@@ -48,7 +48,6 @@ protected:
 private:
     Work work_;
     Priority priority_;
-    std::string title_;
 };
 
 // A gate that threads wait on until the test opens it.

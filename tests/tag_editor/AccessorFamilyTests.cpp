@@ -38,15 +38,14 @@ TEST(AccessorGPSTest, LatitudeReadsTheMagnitudeWithItsReference) {
     const auto latitude = [](const std::vector<std::pair<const TagItem*, std::string>>& values) {
         return EXIFAccessor(*editorWith(values)).exifGPSLatitude();
     };
-    ASSERT_TRUE(latitude({{&number, "45.5"}, {&reference, "S"}}));
-    EXPECT_DOUBLE_EQ(latitude({{&number, "45.5"}, {&reference, "S"}})->value(), -45.5);
-    EXPECT_DOUBLE_EQ(latitude({{&number, "45.5"}})->value(), 45.5) << "no reference";
+    EXPECT_EQ(latitude({{&number, "45.5"}, {&reference, "S"}}), Latitude(-45.5));
+    EXPECT_EQ(latitude({{&number, "45.5"}}), Latitude(45.5)) << "no reference";
     EXPECT_FALSE(latitude({{&number, "-45.5"}})) << "the number tag holds a magnitude";
     EXPECT_FALSE(latitude({{&number, "north"}}));
 
     auto west =
         editorWith({{&TagItem::itemEXIFGPSLongitude(), "75.5"}, {&TagItem::itemEXIFGPSLongitudeRef(), "W"}});
-    EXPECT_DOUBLE_EQ(EXIFAccessor(*west).exifGPSLongitude()->value(), -75.5);
+    EXPECT_EQ(EXIFAccessor(*west).exifGPSLongitude(), Longitude(-75.5));
     EXPECT_FALSE(EXIFAccessor(*west).exifGPSCoordinate()) << "a coordinate needs both axes";
 }
 
@@ -73,9 +72,7 @@ TEST(AccessorGPSTest, WritersSplitSignIntoMagnitudeAndReference) {
     exif.setExifGPSLocation(TypedTagValue<GPSLocation>::value(location));
     auto events = recorder.drain();
     EXPECT_EQ(EditionRecorder::kinds(events), "begin flush end");
-    auto read = exif.exifGPSLocation();
-    ASSERT_TRUE(read);
-    EXPECT_EQ(*read, location) << "an absent direction clears the direction tags";
+    EXPECT_EQ(exif.exifGPSLocation(), location) << "an absent direction clears the direction tags";
     EXPECT_FALSE(editor->currentValue(name(TagItem::itemEXIFGPSImgDirection())))
         << "clearing a tag the file doesn't hold takes the new value back";
 }
@@ -88,9 +85,8 @@ TEST(AccessorGPSTest, ClearingTheLocationLeavesTheStampsAndRestoreTakesEditsBack
                               {&TagItem::itemEXIFGPSDateStamp(), "2024:05:01"},
                               {&TagItem::itemEXIFGPSTimeStamp(), "10:20:30"}});
     EXIFAccessor exif(*editor);
-    auto stamp = exif.exifGPSStamp();
-    ASSERT_TRUE(stamp);
-    EXPECT_EQ(*stamp, DateTime(2024, 5, 1, 10, 20, 30));
+    const auto stamp = exif.exifGPSStamp();
+    EXPECT_EQ(stamp, DateTime(2024, 5, 1, 10, 20, 30));
     ASSERT_TRUE(exif.exifGPSLocation());
     EXPECT_EQ(exif.exifGPSLocation()->stamp(), stamp);
 
@@ -109,13 +105,10 @@ TEST(AccessorGPSTest, ClearingTheLocationLeavesTheStampsAndRestoreTakesEditsBack
               (Texts{"2023:12:31", "23:59:58"}));
 }
 
+// A signed position read back from XMP is the file round trips' test.
 TEST(AccessorGPSTest, XMPCarriesTheHemisphereInTheValue) {
-    auto editor = editorWith(
-        {{&TagItem::itemXMPGPSLatitude(), "-33.8688"}, {&TagItem::itemXMPGPSLongitude(), "151.2093"}});
+    auto editor = editorWith({});
     XMPAccessor xmp(*editor);
-    ASSERT_TRUE(xmp.xmpGPSCoordinate());
-    EXPECT_DOUBLE_EQ(xmp.xmpGPSCoordinate()->latitude().value(), -33.8688);
-
     xmp.setXmpGPSLocation(
         TypedTagValue<GPSLocation>::value(GPSLocation(Coordinate(-45.5, -75.25), Altitude(-3))));
     EXPECT_EQ(currents(*editor, {&TagItem::itemXMPGPSLatitude(), &TagItem::itemXMPGPSLongitude(),
@@ -124,7 +117,7 @@ TEST(AccessorGPSTest, XMPCarriesTheHemisphereInTheValue) {
     EXPECT_EQ(xmp.xmpGPSLocation(), GPSLocation(Coordinate(-45.5, -75.25), Altitude(-3)));
 }
 
-TEST(AccessorTextLocationTest, FiveTagsReadAndWriteAsOnePlaceAndPredicatesKeepToTheirFamily) {
+TEST(AccessorTextLocationTest, FiveTagsReadAsOnePlaceAndPredicatesKeepToTheirFamily) {
     auto editor = editorWith({{&TagItem::itemIPTCCity(), "Paris"},
                               {&TagItem::itemIPTCCountry_PrimaryLocationName(), "France"},
                               {&TagItem::itemIPTCProvince_State(), "Texas"}});
@@ -135,18 +128,8 @@ TEST(AccessorTextLocationTest, FiveTagsReadAndWriteAsOnePlaceAndPredicatesKeepTo
     auto blank = editorWith({{&TagItem::itemIPTCCity(), "   "}});
     EXPECT_FALSE(IPTCAccessor(*blank).iptcTextLocation()) << "all blank is no place";
 
-    TextLocation louvre("Louvre", std::nullopt, std::nullopt, "Paris", "Île-de-France", std::nullopt,
-                        "France", "FR");
-    XMPAccessor xmp(*editor);
-    xmp.setXmpTextLocation(TypedTagValue<TextLocation>::value(louvre));
-    EXPECT_EQ(xmp.xmpTextLocation(), louvre);
-
-    // A new place without a state doesn't keep the old state.
-    iptc.setIptcTextLocation(TypedTagValue<TextLocation>::value(TextLocation(
-        std::nullopt, std::nullopt, std::nullopt, "Lyon", std::nullopt, std::nullopt, "France", "FR")));
-    EXPECT_EQ(iptc.iptcProvince_State(), "");
-    EXPECT_EQ(iptc.iptcCity(), "Lyon");
-    EXPECT_TRUE(iptc.oneOrMoreIptcLocationTagsAreEdited());
+    // A place written whole is read back by the file round trips; that a new place without a state
+    // doesn't keep the old one, by the location edition test.
 
     // The group predicates look at their own family only.
     auto paris = editorWith({{&TagItem::itemIPTCCity(), "Paris"}});
@@ -156,7 +139,6 @@ TEST(AccessorTextLocationTest, FiveTagsReadAndWriteAsOnePlaceAndPredicatesKeepTo
     EXPECT_FALSE(IPTCAccessor(*paris).oneOrMoreIptcLocationTagsAreEdited());
     XMPAccessor(*paris).setXMPLocationCity(TypedTagValue<std::string>::value("Rome"));
     EXPECT_TRUE(XMPAccessor(*paris).oneOrMoreXmpLocationTagsAreEdited());
-    EXPECT_FALSE(FamilyAccessor(*paris).hasOneOrMoreValues({}));
 }
 
 TEST(AccessorTextLocationTest, CountryCodesAreCheckedAgainstTheCountryIndex) {
@@ -175,13 +157,12 @@ TEST(AccessorTextLocationTest, CountryCodesAreCheckedAgainstTheCountryIndex) {
     EXPECT_EQ(xmp.xmpCountryCode(), "ESP");
 }
 
+// Reading a QuickTime position back is the file round trips' and the address look-up's test.
 TEST(AccessorQuickTimeTest, CoordinatesAreISO6709AndTheNameIsTheFormattedAddress) {
     auto editor = editorWith({}, "/movies/clip.mov");
     QuickTimeAccessor quicktime(*editor);
     quicktime.setQuicktimeGPSCoordinate(TypedTagValue<Coordinate>::value(Coordinate(40.2, -75.5)));
     EXPECT_EQ(editor->currentValue(name(TagItem::itemQuickTimeGPSCoordinates())), "+40.20000-075.50000/");
-    ASSERT_TRUE(quicktime.quicktimeGPSLocation());
-    EXPECT_EQ(quicktime.quicktimeGPSLocation()->coordinate(), Coordinate(40.2, -75.5));
     EXPECT_TRUE(quicktime.hasOneOrMoreQuicktimeLocationValues());
 
     TextLocation place(std::nullopt, std::nullopt, std::nullopt, "Paris", std::nullopt, std::nullopt,
@@ -204,18 +185,14 @@ TEST(AccessorOrientationTest, OutOfRangeReadsHorizontalAndTurnsFollowTheTable) {
     auto absent = editorWith({});
     EXPECT_EQ(EXIFAccessor(*absent).exifOrientationValue(), 1);
 
+    // Each turn once, from 6: a turn wired to another one ends elsewhere.
     exif.setExifOrientation(ExifOrientation::rotate90CW);
     exif.horizontalFlipExifOrientation();
-    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::mirrorHorizontalAndRotate270CW);
-    exif.horizontalFlipExifOrientation();
-    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::rotate90CW);
     exif.verticalFlipExifOrientation();
-    exif.verticalFlipExifOrientation();
-    EXPECT_EQ(exif.exifOrientationValue(), 6);
     exif.rotateRightExifOrientation();
-    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::rotate180);
+    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::horizontal);
     exif.rotateLeftExifOrientation();
-    EXPECT_EQ(exif.exifOrientation(), ExifOrientation::rotate90CW);
+    EXPECT_EQ(exif.exifOrientationValue(), 8);
     EXPECT_EQ(exif.originalExifOrientationValue(), 9);
 
     auto movie = editorWith({{&TagItem::itemQuickTimeVideoOrientation(), "3"}}, "/movies/clip.mov");

@@ -45,6 +45,8 @@ TEST_F(TablesTest, TagSetTableShowsKnownTagsThatPassItsFilter) {
     EXPECT_EQ(filtered.with({0, 1}).selection(), (IndexSet{1}));
 }
 
+// How a set edit reloads (its domain only, the selection dropped) is shared with the value table and
+// tested there; here, that the tag set table hears the edits of its new domain.
 TEST_F(TablesTest, TagSetTableReloadsOnDomainChangesAndSetEdits) {
     TagSetTable::Request request(Domain::application);
     request.selection = {0};
@@ -59,13 +61,9 @@ TEST_F(TablesTest, TagSetTableReloadsOnDomainChangesAndSetEdits) {
     EXPECT_EQ(table->content()->entries(), (std::vector<TagSetTableEntry>{&I::itemXMPSubject()}));
     EXPECT_EQ(table->content()->selection(), (IndexSet{0}));
 
-    TagSetManager::shared().append(Domain::application, {I::itemEXIFModel().name()});
-    EXPECT_TRUE(recorder.drain().empty()) << "not the table's domain any more";
     TagSetManager::shared().append(Domain::photosExtension, {I::itemEXIFModel().name()});
-    events = recorder.drain();
-    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(recorder.drain().size(), 2u);
     EXPECT_EQ(table->content()->entries().size(), 2u);
-    EXPECT_TRUE(table->content()->selection().isEmpty()) << "a set edit drops the selection";
 }
 
 TEST_F(TablesTest, PresetTableFollowsItsPresetsEntries) {

@@ -119,12 +119,11 @@ TEST_F(TagValueTableTest, HeadingsShowOnlyAboveRowsThatPassTheFilter) {
     EXPECT_EQ(names(), (Names{"[People]", "IPTC:By-line"}));
     r.filter.nameConstraint = {};
     r.filter.valueConstraint = TagValueFilter::StringConstraint::contains("nik");
-    EXPECT_EQ(names(), (Names{"[Camera]", "EXIF:Make"}));
-    r.filter.valueConstraint = TagValueFilter::StringConstraint::contains("  ");
-    EXPECT_EQ(names(), (Names{"[People]", "EXIF:Artist", "[Camera]", "EXIF:Make", "EXIF:Model"}))
-        << "a search of blanks passes every row that has a value";
+    EXPECT_EQ(names(), (Names{"[Camera]", "EXIF:Make"}))
+        << "how a search reads its words is the merged values' test";
 }
 
+// A copy for another selection is the reload test's (a selection change) and the tag set table's.
 TEST_F(TagValueTableTest, SelectionKeepsValueRowsAndMergesThem) {
     auto r = request(true);
     r.selection = {0, 4, 5, 99}; // a heading, Make, Model, past the end
@@ -137,8 +136,6 @@ TEST_F(TagValueTableTest, SelectionKeepsValueRowsAndMergesThem) {
     EXPECT_TRUE(content.indexes(TagSection("Lens")).isEmpty());
     EXPECT_EQ(content.names({5, 0, 1}),
               (std::vector<TagName>{I::itemEXIFArtist().name(), I::itemEXIFModel().name()}));
-    EXPECT_EQ(content.with({1}).valueSet().string(), MultiValuedString::single("Ann"));
-    EXPECT_EQ(content.with({1}).entries().size(), content.entries().size());
 
     const TagValueSet nothing = content.with({}).valueSet();
     EXPECT_TRUE(nothing.string().isNone() && !nothing.isEdited() && nothing.canBeEdited() &&
@@ -153,8 +150,6 @@ TEST_F(TagValueTableTest, ValueSetOffersTheChoicesThatEverySelectedTagOffers) {
               (Choices{{"0", "Normal"}}));
     EXPECT_EQ(TagValueSet(editors, {&I::itemEXIFSaturation(), &I::itemEXIFContrast()}).filteredChoices(),
               (Choices{{"0", "Normal"}, {"1", "Low"}, {"2", "High"}}));
-    EXPECT_EQ(TagValueSet(editors, {&I::itemEXIFWhiteBalance()}).filteredChoices(),
-              (Choices{{"0", "Auto"}, {"1", "Manual"}}));
     EXPECT_TRUE(TagValueSet(editors, {}).filteredChoices().empty());
 }
 
@@ -206,8 +201,7 @@ TEST_F(TagValueTableTest, AnEditRebuildsOnlyTheTouchedRowsWithoutFilteringAgain)
     ASSERT_EQ(events.size(), 2u);
     EXPECT_EQ(events[0].type, TagValueTableReloadType::values(std::nullopt));
     EXPECT_EQ(events[1].type, TagValueTableReloadType::values(IndexSet{0}));
-    EXPECT_EQ(conversions, 1) << "only the touched row";
-    EXPECT_EQ(shownRows(*table->content())[0], "EXIF:Artist edited: {'Ann' 'Bob'}");
+    EXPECT_EQ(conversions, 1) << "only the touched row, rebuilt as a full reload would (the next test)";
 
     {
         EditionManager::Session session;
