@@ -5,7 +5,6 @@
 
 #include <clocale>
 #include <cmath>
-#include <functional>
 
 using namespace corvane;
 
