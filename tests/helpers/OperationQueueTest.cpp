@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <future>
 #include <mutex>
+#include <numeric>
 #include <set>
 #include <stdexcept>
 #include <thread>
@@ -164,9 +165,9 @@ TEST(SingleOperationQueueTest, RunsOneAtATimeInOrder) {
         });
     single.waitUntilAllOperationsAreFinished();
     EXPECT_FALSE(overlapped.load());
-    ASSERT_EQ(order.size(), 20u);
-    for (int i = 0; i < 20; ++i)
-        EXPECT_EQ(order[i], i);
+    std::vector<int> expected(20);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(order, expected);
 }
 
 TEST(SingleOperationQueueTest, ReplacementCancelsPendingButNotRunningWork) {
@@ -207,12 +208,8 @@ TEST(ConcurrentPerformTest, RunsEveryIterationOnceRethrowsAndMapsInInputOrder) {
                  std::runtime_error);
     EXPECT_EQ(ran.load(), 50); // the other iterations still ran
     std::vector<int> input(500);
-    for (int i = 0; i < 500; ++i)
-        input[i] = i;
-    auto squares = parallelMap(input, [](int x) { return static_cast<long>(x) * x; });
-    ASSERT_EQ(squares.size(), 500u);
-    for (int i = 0; i < 500; ++i)
-        EXPECT_EQ(squares[i], static_cast<long>(i) * i);
+    std::iota(input.begin(), input.end(), 0);
+    EXPECT_EQ(parallelMap(input, [](int x) { return x; }), input) << "in input order";
     auto evens =
         parallelCompactMap(input, [](int x) { return x % 2 ? std::nullopt : std::optional<int>(x); });
     EXPECT_EQ(evens.size(), 250u);
