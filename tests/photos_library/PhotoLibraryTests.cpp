@@ -10,6 +10,7 @@
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
 #include "support/SampleFiles.hpp"
+#include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
@@ -25,15 +26,12 @@ using namespace corvane::testing;
 using test::exifToolValue;
 using test::makeJPEG;
 using test::makeMOV;
+using test::tagName;
 using test::tagWithExifTool;
 using test::TemporaryFolder;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 namespace fs = std::filesystem;
-
-TagName tag(const char* text) {
-    return *TagName::fromRawValue(text);
-}
 
 class LibraryGuard {
 public:
@@ -70,7 +68,7 @@ TEST(PhotoLibrary, replacingAnAssetLosesNothingWhateverStepFails) {
         const fs::path oldFile = library->assets().at(0).file;
 
         auto editor = assetEditor(*library, oldID);
-        editor->setValue(std::string("After"), tag("EXIF:Artist"));
+        editor->setValue(std::string("After"), tagName("EXIF:Artist"));
         library->failAt(failing);
         auto task = save(editor);
 
@@ -145,11 +143,11 @@ TEST(PhotoLibrary, creationDateAndLocationComeFromTheTagsInOrder) {
     // No date tag: the file's creation date; a QuickTime position alone still gives a location,
     // stamped by the clock.
     auto none = editorOf({});
-    none->setValue(std::string("2019:02:03 04:05:06+00:00"), tag("File:FileCreateDate"));
+    none->setValue(std::string("2019:02:03 04:05:06+00:00"), tagName("File:FileCreateDate"));
     ASSERT_TRUE(PhotoLibrary::creationDate(*none));
     EXPECT_DOUBLE_EQ(PhotoLibrary::creationDate(*none)->timeIntervalSince1970(), 1549166706);
     auto movie = importFiles(sourcesOf({makeMOV(folder / "clip.mov")})).at(0);
-    movie->setValue(std::string("+40.5000-073.2500/"), tag("QuickTime:GPSCoordinates"));
+    movie->setValue(std::string("+40.5000-073.2500/"), tagName("QuickTime:GPSCoordinates"));
     const auto movieLocation = library.location(*movie);
     ASSERT_TRUE(movieLocation);
     EXPECT_DOUBLE_EQ(movieLocation->coordinate.latitude, 40.5);
@@ -213,7 +211,7 @@ TEST_F(FolderLibrary, anEditedAssetIsAddedUnderItsDateAndTheOldOneGoesToTheTrash
     std::ofstream(root / "2019" / "07" / "photo.jpg") << "someone else's";
 
     auto editor = assetEditor(*library, "old/photo.jpg");
-    editor->setValue(std::string("Edited"), tag("EXIF:Artist"));
+    editor->setValue(std::string("Edited"), tagName("EXIF:Artist"));
     auto task = save(editor);
     ASSERT_TRUE(task->errors().empty()) << task->errorListDescription();
 

@@ -55,11 +55,8 @@ TEST(PhotosProfileTest, EveryValueKindHasItsSingleKeyForm) {
     EXPECT_EQ(original->toJSON()["filename_value"], json::parse(R"({"useOriginalName":{}})"));
 
     // Read back, every value is the same.
-    for (const auto& profile : {fullProfile(), original, none}) {
-        const auto read = Profile::fromJSON(profile->toJSON());
-        EXPECT_EQ(read->toJSON(), profile->toJSON());
-        EXPECT_EQ(read->dateTimeValue(), profile->dateTimeValue());
-    }
+    for (const auto& profile : {fullProfile(), original, none})
+        EXPECT_EQ(Profile::fromJSON(profile->toJSON())->toJSON(), profile->toJSON());
 
     // Zero or two keys, an unknown case, a case without its value, a missing key: all refused.
     auto broken = [&](const char* key, const char* value) {
@@ -87,7 +84,6 @@ TEST(PhotosProfileTest, FileFormReadsOlderRootsAndRefusesOthers) {
 
     const auto read = PhotosRemoteProfileFile::fromJSONData(file.jsonData());
     EXPECT_EQ(names(read.profiles()), (std::vector<std::string>{"Trip", "Blank"}));
-    EXPECT_EQ(read.profiles()[0]->toJSON(), file.profiles()[0]->toJSON());
 
     const auto older = PhotosRemoteProfileFile::fromJSONData(written["profiles"].dump());
     EXPECT_FALSE(older.description());
