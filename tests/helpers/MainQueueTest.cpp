@@ -22,18 +22,7 @@ protected:
     }
 };
 
-TEST_F(MainQueueTest, RunsJobsInPostingOrderAndNeverInline) {
-    std::vector<int> seen;
-    for (int i = 0; i < 5; ++i)
-        mainAsync([&seen, i] { seen.push_back(i); });
-    // Posting from the main thread itself is still asynchronous.
-    AtomicPropertyQueue::mainAsync([&] { seen.push_back(5); });
-    EXPECT_TRUE(seen.empty());
-    EXPECT_EQ(MainQueue::shared().drain(), 6u);
-    EXPECT_EQ(seen, (std::vector<int>{0, 1, 2, 3, 4, 5}));
-}
-
-TEST_F(MainQueueTest, KeepsEachThreadsOrderAndRunsJobsPostedByJobs) {
+TEST_F(MainQueueTest, KeepsEachThreadsOrderNeverRunsInlineAndRunsJobsPostedByJobs) {
     constexpr int perThread = 200;
     std::vector<std::pair<int, int>> seen; // touched on the main thread only
     std::vector<std::thread> posters;
@@ -44,11 +33,15 @@ TEST_F(MainQueueTest, KeepsEachThreadsOrderAndRunsJobsPostedByJobs) {
         });
     for (auto& p : posters)
         p.join();
+    // Posting from the main thread itself is still asynchronous, through either entry.
+    mainAsync([&seen] { seen.emplace_back(3, 0); });
+    AtomicPropertyQueue::mainAsync([&seen] { seen.emplace_back(3, 1); });
+    EXPECT_TRUE(seen.empty());
     bool nestedRan = false;
     mainAsync([&] { mainAsync([&] { nestedRan = true; }); });
-    MainQueue::shared().drain();
-    ASSERT_EQ(seen.size(), 3u * perThread);
-    int next[3] = {0, 0, 0};
+    EXPECT_EQ(MainQueue::shared().drain(), 3u * perThread + 4);
+    ASSERT_EQ(seen.size(), 3u * perThread + 2);
+    int next[4] = {0, 0, 0, 0};
     for (auto [t, i] : seen)
         EXPECT_EQ(i, next[t]++);
     EXPECT_TRUE(nestedRan);
