@@ -34,26 +34,25 @@ private:
 
 TEST(OperationQueueTest, NeverRunsMoreThanItsWidthNorMakesMoreThreads) {
     OperationQueue queue("width", 2);
-    std::atomic<int> running{0}, maxRunning{0}, done{0};
-    std::mutex idsMutex;
+    std::mutex mutex; // guards the four below
+    int running = 0, maxRunning = 0, done = 0;
     std::set<std::thread::id> threadIds;
     for (int i = 0; i < 8; ++i)
         queue.addOperation([&] {
-            const int now = ++running;
-            int seen = maxRunning.load();
-            while (now > seen && !maxRunning.compare_exchange_weak(seen, now)) {
-            }
             {
-                std::lock_guard lock(idsMutex);
+                std::lock_guard lock(mutex);
+                maxRunning = std::max(maxRunning, ++running);
                 threadIds.insert(std::this_thread::get_id());
             }
             std::this_thread::sleep_for(5ms);
+            std::lock_guard lock(mutex);
             --running;
             ++done;
         });
     queue.waitUntilAllOperationsAreFinished();
-    EXPECT_EQ(done.load(), 8);
-    EXPECT_EQ(maxRunning.load(), 2);
+    std::lock_guard lock(mutex);
+    EXPECT_EQ(done, 8);
+    EXPECT_EQ(maxRunning, 2);
     EXPECT_LE(threadIds.size(), 2u);
     EXPECT_EQ(queue.operationCount(), 0u);
 }
