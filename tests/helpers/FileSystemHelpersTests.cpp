@@ -67,13 +67,9 @@ protected:
 };
 
 TEST_F(FolderListing, SortedFilesHiddenSkippedSubfoldersOnlyWhenRecursive) {
-    touch("b.jpg");
-    touch("A.NEF");
-    touch(".hidden.jpg");
-    touch("sub/c.jpg");
-    touch("sub/deeper/d.png");
-    touch(".secret/e.jpg");
-    touch("z");
+    for (const char* name :
+         {"b.jpg", "A.NEF", ".hidden.jpg", "sub/c.jpg", "sub/deeper/d.png", ".secret/e.jpg", "z"})
+        touch(name);
     fs::create_directories(root_ / "empty");
 
     using Names = std::vector<std::string>;

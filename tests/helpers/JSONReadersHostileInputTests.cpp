@@ -28,6 +28,7 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ThrowsMessage;
 
 std::string nested(std::size_t depth, const std::string& inner = "1") {
     return std::string(depth, '[') + inner + std::string(depth, ']');
@@ -54,9 +55,8 @@ TEST(JSONReadersHostileInput, DeepNestingIsRefusedByEveryReaderAndCountedOutside
 }
 
 TEST(JSONReadersHostileInput, NumberOverflowBecomesTheReadersTypedError) {
-    EXPECT_THAT(
-        [] { JSONSidecarReader().readData(R"({"EXIF":{"ISO":1e400}})"); },
-        testing::ThrowsMessage<JSONSidecarReader::ReadException>(testing::StrEq("Data decoding failed")));
+    EXPECT_THAT([] { JSONSidecarReader().readData(R"({"EXIF":{"ISO":1e400}})"); },
+                ThrowsMessage<JSONSidecarReader::ReadException>(testing::StrEq("Data decoding failed")));
     EXPECT_THROW(TagSet::fromJSONData(R"({"entries": [1e400]})"), TagSet::DecodingError);
     EXPECT_THROW(KeywordFile::fromJSONData(R"({"items": [1e400]})"), KeywordFile::DecodingError);
     EXPECT_THROW(LocationFile::fromJSONData(R"([1e400])"), LocationFile::DecodingError);
@@ -81,25 +81,16 @@ fs::path writeText(const fs::path& path, const std::string& text) {
     return path;
 }
 
-template <class Read> std::string refusal(Read&& read) {
-    try {
-        read();
-    } catch (const JSONNestingError& error) {
-        return error.what();
-    }
-    return "not refused";
-}
-
 TEST(JSONInput, TooDeepInputIsRefusedByEveryReaderWithItsFileNamed) {
     test::TemporaryFolder folder;
     // 50,000 levels in 100 KB: what crashed the sidecar import.
     const std::string deep = "{\"XMP\":{\"Title\":" + nested(50000) + "}}";
     const fs::path sidecar = writeText(folder / "deep.json", deep);
-    EXPECT_EQ(refusal([&] { SidecarReader::readSidecar(sidecar); }),
-              sidecar.string() + ": JSON nested deeper than 256 levels");
+    EXPECT_THAT([&] { SidecarReader::readSidecar(sidecar); },
+                ThrowsMessage<JSONNestingError>(sidecar.string() + ": JSON nested deeper than 256 levels"));
     const fs::path presets = writeText(folder / "presets.json", deep);
-    EXPECT_EQ(refusal([&] { PresetFile::fromJSONURL(presets); }),
-              presets.string() + ": JSON nested deeper than 256 levels");
+    EXPECT_THAT([&] { PresetFile::fromJSONURL(presets); },
+                ThrowsMessage<JSONNestingError>(presets.string() + ": JSON nested deeper than 256 levels"));
     // User defaults never fail a read: such a file counts as empty.
     UserDefaults defaults(writeText(folder / "defaults.json", deep));
     EXPECT_FALSE(defaults.value("XMP").has_value());

@@ -1,5 +1,6 @@
 #include "corvane/helpers/NotificationCenter.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -26,20 +27,16 @@ TEST(NotificationCenterTest, DeliversByNameAndSenderInOrderWithObjectAndUserInfo
     EXPECT_EQ(calls,
               (std::vector<std::string>{"any:Ping", "named", "fromA", "any:Ping", "named", "any:Other"}));
     EXPECT_EQ(center.observerCount(), 3u);
+    // A shared object is the sender, and comes back only as its own type.
     auto object = std::make_shared<std::string>("task");
-    std::shared_ptr<std::string> received;
-    int countValue = 0;
-    auto sub = center.subscribe("Info", object.get(), [&](const Notification& n) {
-        received = n.object<std::string>();
-        EXPECT_EQ(n.object<int>(), nullptr);
-        EXPECT_NE(n.object<const std::string>(), nullptr);
-        if (const int* count = n.userInfoValue<int>("Count")) countValue = *count;
-        EXPECT_EQ(n.userInfoValue<std::string>("Count"), nullptr);
-        EXPECT_FALSE(n.hasUserInfo("Missing"));
-    });
-    center.post(Notification("Info", object, {{"Count", 3}}));
-    EXPECT_EQ(received, object);
-    EXPECT_EQ(countValue, 3);
+    const Notification info("Info", object, {{"Count", 3}});
+    EXPECT_EQ(info.sender(), object.get());
+    EXPECT_EQ(info.object<std::string>(), object);
+    EXPECT_EQ(info.object<int>(), nullptr);
+    EXPECT_NE(info.object<const std::string>(), nullptr);
+    EXPECT_THAT(info.userInfoValue<int>("Count"), testing::Pointee(3));
+    EXPECT_EQ(info.userInfoValue<std::string>("Count"), nullptr);
+    EXPECT_FALSE(info.hasUserInfo("Missing"));
 }
 
 TEST(NotificationCenterTest, SubscriptionEndsWithItsSubscriberOrDuringAPost) {

@@ -4,6 +4,9 @@
 
 #include "corvane/keyword_support/KeywordFile.hpp"
 #include "corvane/keyword_support/KeywordManager.hpp"
+#include "corvane/keyword_support/ThesaurusReader.hpp"
+#include "corvane/keyword_support/ThesaurusWriter.hpp"
+#include "corvane/utilities/CaseException.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "support/NoteRecorder.hpp"
 #include "support/ScratchDefaults.hpp"
@@ -102,10 +105,7 @@ TEST(KeywordFileTest, ReadsStrictKeywordsAndLenientWrapperAndWritesOnlyTreesItRe
     const auto text = file.jsonData();
     EXPECT_NE(text.find("\n  \"items\": ["), std::string::npos) << "pretty-printed";
 
-    const auto read = KeywordFile::fromJSONData(text);
-    EXPECT_EQ(read.description(), "Mine");
-    EXPECT_EQ(read.jsonData(), text);
-    EXPECT_NE(read.items()[0], animals) << "reading makes new objects";
+    EXPECT_EQ(KeywordFile::fromJSONData(text).jsonData(), text);
 
     const std::string keyword =
         R"({"name":"A","is_header":false,"is_person":false,"synonyms":[],"children":[]})";
@@ -118,16 +118,11 @@ TEST(KeywordFileTest, ReadsStrictKeywordsAndLenientWrapperAndWritesOnlyTreesItRe
                      R"({"items":[{"name":"A","is_header":false,"is_person":false,"synonyms":[]}]})"),
                  KeywordFile::DecodingError)
         << "every key of a keyword is required";
-    EXPECT_THROW(KeywordFile::fromJSONData("{\"items\": ["), KeywordFile::DecodingError);
     ScratchDefaults defaults;
     const auto chain = [](std::size_t levels) {
         auto root = Item::create("0");
-        auto last = root;
-        for (std::size_t level = 1; level < levels; ++level) {
-            auto child = Item::create(std::to_string(level));
-            last->insertChildren({child}, 0);
-            last = child;
-        }
+        for (auto last = root; --levels > 0; last = last->children()[0])
+            last->insertChildren({Item::create(std::to_string(levels))}, 0);
         return root;
     };
     auto manager = KeywordManager::create();
@@ -170,8 +165,7 @@ TEST(KeywordManagerTest, StoresBesideTheDefaultsAndFallsBackToTheKey) {
     EXPECT_EQ(loaded->items()[0]->name(), "Kept");
 
     // A broken file throws, names itself, and changes nothing.
-    std::filesystem::remove(dataFile);
-    { std::ofstream(dataFile) << R"({"items": 3})"; }
+    std::ofstream(dataFile) << R"({"items": 3})";
     const auto before = loaded->items();
     EXPECT_THAT([&] { loaded->loadFromDefaults(); },
                 testing::ThrowsMessage<KeywordFile::DecodingError>(testing::HasSubstr(dataFile.string())));
@@ -187,6 +181,96 @@ TEST(KeywordManagerTest, StoresBesideTheDefaultsAndFallsBackToTheKey) {
     fromKey->loadFromDefaults();
     ASSERT_EQ(fromKey->items().size(), 1u);
     EXPECT_EQ(fromKey->items()[0]->name(), "Kept");
+}
+
+// Thesaurus text: a tree with headers and synonyms read, written and read again to the same tree;
+// the cases the line pattern decides (read with ICU's rules); the three reading failures.
+
+using ReadingError = ThesaurusReader::ReadingError;
+using testing::StrEq;
+using testing::ThrowsMessage;
+
+std::optional<ReadingError> failure(std::string_view text) {
+    try {
+        ThesaurusReader().read(text);
+    } catch (const CaseException<ReadingError>& e) {
+        return e.error();
+    }
+    return std::nullopt;
+}
+
+// name, "[name]" for a header, synonyms in braces, children in parentheses.
+std::string shape(const std::vector<KeywordItemRef>& items) {
+    std::string text;
+    for (const auto& item : items) {
+        text += item->isHeader() ? "[" + item->name() + "]" : item->name();
+        for (const auto& synonym : item->synonyms())
+            text += "{" + synonym + "}";
+        if (!item->children().empty()) text += "(" + shape(item->children()) + ")";
+        text += ' ';
+    }
+    return text;
+}
+
+TEST(ThesaurusTest, ReadsWritesAndReadsBackTheSameTree) {
+    const std::string text = "[People]\n"
+                             "\tZoë\n"
+                             "\t\t{Zo}\n"
+                             "\tAnn\n"
+                             "\n"
+                             "Places\n"
+                             "\t{Locations}\n"
+                             "\t{Areas}\n"
+                             "\t[Europe]\n"
+                             "\t\tParis\n";
+    const auto items = ThesaurusReader().read(text);
+    EXPECT_EQ(shape(items), "[People](Zoë{Zo} Ann ) Places{Locations}{Areas}([Europe](Paris ) ) ");
+    EXPECT_FALSE(items[0]->isPerson());
+
+    items[0]->children()[0]->setIsPerson(true);
+    const std::string written = ThesaurusWriter().string(items);
+    EXPECT_EQ(written,
+              "[People]\n\tAnn\n\tZoë\n\t\t{Zo}\nPlaces\n\t{Areas}\n\t{Locations}\n\t[Europe]\n\t\tParis\n")
+        << "sorted by name at each level, synonyms too";
+    const auto again = ThesaurusReader().read(written);
+    EXPECT_EQ(shape(again), "[People](Ann Zoë{Zo} ) Places{Areas}{Locations}([Europe](Paris ) ) ");
+    EXPECT_FALSE(again[0]->children()[1]->isPerson()) << "the text has no mark for people";
+    EXPECT_EQ(ThesaurusWriter().string(again), written);
+
+    test::TemporaryFolder folder;
+    ThesaurusWriter().write(items, folder / "k.txt");
+    struct stat status {};
+    ASSERT_EQ(::stat((folder / "k.txt").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+    EXPECT_EQ(shape(ThesaurusReader().readAt(folder / "k.txt")), shape(again));
+    EXPECT_THAT([] { ThesaurusWriter().data({}); },
+                ThrowsMessage<CaseException<ThesaurusWriter::WritingError>>(StrEq("Data are empty")));
+}
+
+TEST(ThesaurusTest, LinesReadAsTheLinePatternSays) {
+    // A synonym one tab in belongs to the root, whatever came between.
+    EXPECT_EQ(shape(ThesaurusReader().read("A\n\tB\n\t\tC\n\t{S}\n")), "A{S}(B(C ) ) ");
+    // The depth map keeps the last keyword of every depth: D hangs under B, from the earlier root.
+    EXPECT_EQ(shape(ThesaurusReader().read("A\n\tB\nC\n\t\tD\n")), "A(B(D ) ) C ");
+    // No name inside the marks: the plain form takes the whole line.
+    EXPECT_EQ(shape(ThesaurusReader().read("[]\n{}\n[\n")), "[] {} [ ");
+    // "." takes a tab: a line of tabs is a keyword named by its last tab.
+    EXPECT_EQ(ThesaurusReader().read("A\n\t\t\n")[0]->children()[0]->name(), "\t");
+    // "$" matches before a final carriage return, which "." doesn't take.
+    const auto crlf = ThesaurusReader().read("[H]\r\n\tName\r\n");
+    EXPECT_EQ(shape(crlf), "[H](Name ) ");
+    EXPECT_EQ(ThesaurusReader::capturesMatches("\t[H]"), (std::array<std::string, 4>{"\t", "[", "H", "]"}));
+    EXPECT_EQ(ThesaurusReader::capturesMatches("X"), (std::array<std::string, 4>{"", "", "X", ""}))
+        << "empty groups that take part count";
+
+    EXPECT_EQ(failure("\r\n"), ReadingError::lineDoesNotMatchPattern);
+    EXPECT_EQ(failure("\t\tX\n"), ReadingError::lineIndentationIsInvalid);
+    EXPECT_EQ(failure("{S}\n"), ReadingError::lineIndentationIsInvalid);
+    EXPECT_EQ(failure("\t\t\n"), ReadingError::lineIndentationIsInvalid) << "a tab named at depth 1";
+    EXPECT_EQ(failure(""), ReadingError::rootItemIsMissing);
+    EXPECT_EQ(failure("\n\n"), ReadingError::rootItemIsMissing);
+    EXPECT_THAT([] { ThesaurusReader().read(std::string_view("\t\tX")); },
+                ThrowsMessage<Error>(StrEq("Line indentation is invalid")));
 }
 
 } // namespace

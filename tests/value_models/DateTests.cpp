@@ -14,6 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cmath>
+#include <tuple>
 #include <unordered_set>
 
 using namespace corvane;
@@ -33,12 +34,8 @@ DateValues values(std::optional<int64_t> year, std::optional<int64_t> month, std
                   std::optional<int64_t> hour = {}, std::optional<int64_t> minute = {},
                   std::optional<int64_t> second = {}) {
     DateValues v;
-    v.year = year;
-    v.month = month;
-    v.day = day;
-    v.hour = hour;
-    v.minute = minute;
-    v.second = second;
+    std::tie(v.year, v.month, v.day, v.hour, v.minute, v.second) =
+        std::tie(year, month, day, hour, minute, second);
     return v;
 }
 
@@ -117,12 +114,10 @@ TEST(DateEditionText, ParsesEveryCommandRefusesOtherShapesAndRoundTrips) {
         EXPECT_EQ(DateEdition::fromDescription(e.description()), e) << e.description();
     EXPECT_EQ(DateEdition::fromDescription("remove(anything)")->description(), "REMOVE()");
     EXPECT_EQ(DateEdition::shift(values({}, -1, {}, {}, {}, 30)).description(), "SHIFT(MM: -1, ss: 30)");
-    const std::string shift = DateEdition::shift(values(1, {}, {})).localizedDescription();
-    EXPECT_TRUE(shift.ends_with("(YY: 1)")) << shift;
-    EXPECT_GT(shift.size(), std::string("(YY: 1)").size()) << shift;
+    EXPECT_THAT(DateEdition::shift(values(1, {}, {})).localizedDescription(),
+                testing::MatchesRegex(".+\\(YY: 1\\)"));
     const std::string remove = DateEdition::remove().localizedDescription();
-    EXPECT_FALSE(remove.empty());
-    EXPECT_EQ(remove.find('('), std::string::npos) << remove;
+    EXPECT_THAT(remove, testing::MatchesRegex("[^(]+"));
     EXPECT_NE(remove, DateEdition::restore().localizedDescription());
 }
 
@@ -176,13 +171,10 @@ TEST(DateRecords, JoinSplitOptionalAndHash) {
     EXPECT_EQ(dt.partialTime(), PartialTime(23, 59, 58));
     EXPECT_EQ(dt.dateComponents().date(), dt.date());
     EXPECT_FALSE(DateTime::fromOptional(std::nullopt));
-    const Date d = at("2020:02:29 10:11:12");
-    EXPECT_EQ(DateTime::fromOptional(d), DateTime(2020, 2, 29, 10, 11, 12));
+    EXPECT_EQ(DateTime::fromOptional(at("2020:02:29 10:11:12")), DateTime(2020, 2, 29, 10, 11, 12));
     std::unordered_set<DateTime> set{DateTime(2021, 1, 2, 3, 4, 5), DateTime(2021, 1, 2, 3, 4, 5),
                                      DateTime(2021, 1, 2, 3, 5, 4)};
     EXPECT_EQ(set.size(), 2u);
-    std::unordered_set<PartialDate> dates{PartialDate(2021, 1, 12), PartialDate(2021, 11, 2)};
-    EXPECT_EQ(dates.size(), 2u);
 }
 
 TEST(DateRecords, OutOfRangeFieldsAndSkippedLocalTimesRollForward) {

@@ -71,11 +71,8 @@ TEST(LocationJson, WritesAndRequiresAllThirteenKeys) {
     EXPECT_EQ(json, nlohmann::json::parse(R"({"latitude": 48.5, "longitude": 2.25, "altitude": null,
         "stamp": 100.5, "direction": null, "place_name": null, "street_name": null, "street_number": null,
         "city": "Paris", "state": null, "zip_code": null, "country_name": null, "country_code": null})"));
-    EXPECT_EQ(json.get<Location>(), location);
-    nlohmann::json read = Location(1, 2).toJson();
-    read["stamp"] = nullptr;
-    EXPECT_FALSE(read.get<Location>().stamp());
-    // A missing key, and a latitude that is text or null, are refused.
+    // Reading back is the place file's round trip. A missing key, and a latitude that is text or null, are
+    // refused.
     using Change = std::pair<const char*, std::optional<nlohmann::json>>;
     for (const auto& [key, value] :
          {Change{"stamp", std::nullopt}, {"latitude", "1"}, {"latitude", nullptr}}) {

@@ -24,9 +24,7 @@ template <class O> void expectTransformTable() {
 TEST(Orientation, RawValuesNamesAndTheTransformTableOfBothNamings) {
     expectTransformTable<ExifOrientation>();
     expectTransformTable<RenamedExifOrientation>();
-    EXPECT_EQ(ExifOrientation::allCases().size(), 8u);
     for (int raw = 1; raw <= 8; ++raw) {
-        EXPECT_EQ(ExifOrientation::allCases()[raw - 1].rawValue(), raw);
         EXPECT_EQ(ExifOrientation::fromRawValue(raw)->renamed().rawValue(), raw);
         EXPECT_EQ(ExifOrientation(RenamedExifOrientation::allCases()[raw - 1]).rawValue(), raw);
     }

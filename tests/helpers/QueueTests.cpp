@@ -1,7 +1,10 @@
-#include "corvane/helpers/OperationQueue.hpp"
+#include "corvane/helpers/AtomicPropertyQueue.hpp"
 #include "corvane/helpers/ConcurrentPerform.hpp"
+#include "corvane/helpers/MainQueue.hpp"
+#include "corvane/helpers/OperationQueue.hpp"
 #include "corvane/helpers/SingleOperationQueue.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -9,6 +12,7 @@
 #include <condition_variable>
 #include <future>
 #include <mutex>
+#include <numeric>
 #include <set>
 #include <stdexcept>
 #include <thread>
@@ -32,26 +36,25 @@ private:
 
 TEST(OperationQueueTest, NeverRunsMoreThanItsWidthNorMakesMoreThreads) {
     OperationQueue queue("width", 2);
-    std::atomic<int> running{0}, maxRunning{0}, done{0};
-    std::mutex idsMutex;
+    std::mutex mutex; // guards the four below
+    int running = 0, maxRunning = 0, done = 0;
     std::set<std::thread::id> threadIds;
     for (int i = 0; i < 8; ++i)
         queue.addOperation([&] {
-            const int now = ++running;
-            int seen = maxRunning.load();
-            while (now > seen && !maxRunning.compare_exchange_weak(seen, now)) {
-            }
             {
-                std::lock_guard lock(idsMutex);
+                std::lock_guard lock(mutex);
+                maxRunning = std::max(maxRunning, ++running);
                 threadIds.insert(std::this_thread::get_id());
             }
             std::this_thread::sleep_for(5ms);
+            std::lock_guard lock(mutex);
             --running;
             ++done;
         });
     queue.waitUntilAllOperationsAreFinished();
-    EXPECT_EQ(done.load(), 8);
-    EXPECT_EQ(maxRunning.load(), 2);
+    std::lock_guard lock(mutex);
+    EXPECT_EQ(done, 8);
+    EXPECT_EQ(maxRunning, 2);
     EXPECT_LE(threadIds.size(), 2u);
     EXPECT_EQ(queue.operationCount(), 0u);
 }
@@ -164,9 +167,9 @@ TEST(SingleOperationQueueTest, RunsOneAtATimeInOrder) {
         });
     single.waitUntilAllOperationsAreFinished();
     EXPECT_FALSE(overlapped.load());
-    ASSERT_EQ(order.size(), 20u);
-    for (int i = 0; i < 20; ++i)
-        EXPECT_EQ(order[i], i);
+    std::vector<int> expected(20);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(order, expected);
 }
 
 TEST(SingleOperationQueueTest, ReplacementCancelsPendingButNotRunningWork) {
@@ -207,12 +210,8 @@ TEST(ConcurrentPerformTest, RunsEveryIterationOnceRethrowsAndMapsInInputOrder) {
                  std::runtime_error);
     EXPECT_EQ(ran.load(), 50); // the other iterations still ran
     std::vector<int> input(500);
-    for (int i = 0; i < 500; ++i)
-        input[i] = i;
-    auto squares = parallelMap(input, [](int x) { return static_cast<long>(x) * x; });
-    ASSERT_EQ(squares.size(), 500u);
-    for (int i = 0; i < 500; ++i)
-        EXPECT_EQ(squares[i], static_cast<long>(i) * i);
+    std::iota(input.begin(), input.end(), 0);
+    EXPECT_EQ(parallelMap(input, [](int x) { return x; }), input) << "in input order";
     auto evens =
         parallelCompactMap(input, [](int x) { return x % 2 ? std::nullopt : std::optional<int>(x); });
     EXPECT_EQ(evens.size(), 250u);
@@ -249,6 +248,137 @@ TEST(ConcurrentPerformTest, NestedLoopsFromSeveralThreadsEndAndRunSideBySide) {
         together &= started.wait_for(lock, std::chrono::seconds(10), [&] { return running == 2; });
     });
     EXPECT_TRUE(together);
+}
+
+TEST(AtomicPropertyQueueTest, ReadsOverlapWritesStandAloneAndOwnersNest) {
+    AtomicPropertyQueue atomic;
+    // Two readers inside at once: each waits (bounded) for the other.
+    std::atomic<int> inside{0};
+    std::atomic<bool> overlapped{false};
+    auto reader = [&] {
+        atomic.read([&] {
+            ++inside;
+            const auto until = std::chrono::steady_clock::now() + 2s;
+            while (inside.load() < 2 && std::chrono::steady_clock::now() < until)
+                std::this_thread::yield();
+            if (inside.load() == 2) overlapped = true;
+        });
+    };
+    std::thread a(reader), b(reader);
+    a.join();
+    b.join();
+    EXPECT_TRUE(overlapped.load());
+
+    // Unsynchronised counter, only touched in passes: exact under contention.
+    long counter = 0;
+    long observedMax = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 2000; ++i) {
+                atomic.write([&] { ++counter; });
+                const long seen = atomic.read([&] { return counter; });
+                atomic.write([&] { observedMax = std::max(observedMax, seen); });
+            }
+        });
+    for (auto& t : threads)
+        t.join();
+    EXPECT_EQ(counter, 8000);
+    EXPECT_EQ(observedMax, 8000);
+    AtomicPropertyQueue outer, inner;
+    const int value = outer.write([&] { return inner.read([] { return 7; }); });
+    EXPECT_EQ(value, 7);
+}
+
+#ifndef NDEBUG
+TEST(AtomicPropertyQueueDeathTest, ReentrantPassStopsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    AtomicPropertyQueue atomic;
+    EXPECT_TRUE(atomic.read([&] { return atomic.isInPassOnCurrentThread(); }));
+    EXPECT_DEATH(atomic.read([&] { atomic.read([] {}); }), "re-entrant pass");
+}
+#endif
+
+class MainQueueTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        MainQueue::shared().registerCurrentThreadAsMain();
+        MainQueue::shared().drain();
+    }
+};
+
+TEST_F(MainQueueTest, KeepsEachThreadsOrderNeverRunsInlineAndRunsJobsPostedByJobs) {
+    constexpr int perThread = 200;
+    std::vector<std::pair<int, int>> seen; // touched on the main thread only
+    std::vector<std::thread> posters;
+    for (int t = 0; t < 3; ++t)
+        posters.emplace_back([&seen, t] {
+            for (int i = 0; i < perThread; ++i)
+                mainAsync([&seen, t, i] { seen.emplace_back(t, i); });
+        });
+    for (auto& p : posters)
+        p.join();
+    // Posting from the main thread itself is still asynchronous, through either entry.
+    mainAsync([&seen] { seen.emplace_back(3, 0); });
+    AtomicPropertyQueue::mainAsync([&seen] { seen.emplace_back(3, 1); });
+    EXPECT_TRUE(seen.empty());
+    bool nestedRan = false;
+    mainAsync([&] { mainAsync([&] { nestedRan = true; }); });
+    EXPECT_EQ(MainQueue::shared().drain(), 3u * perThread + 4);
+    ASSERT_EQ(seen.size(), 3u * perThread + 2);
+    int next[4] = {0, 0, 0, 0};
+    for (auto [t, i] : seen)
+        EXPECT_EQ(i, next[t]++);
+    EXPECT_TRUE(nestedRan);
+}
+
+TEST_F(MainQueueTest, SafeSyncInMainRunsInlineOnTheMainThreadAndElsewhereWaitsForItAndRethrows) {
+    std::atomic<bool> returned{false};
+    std::thread::id ranOn;
+    int result = 0;
+    std::thread worker([&] {
+        result = safeSyncInMain([&] {
+            ranOn = std::this_thread::get_id();
+            return 42;
+        });
+        EXPECT_THAT([] { safeSyncInMain([]() -> int { throw std::runtime_error("boom"); }); },
+                    testing::ThrowsMessage<std::runtime_error>(testing::StrEq("boom")));
+        returned = true;
+    });
+    // Nothing runs until the main thread drains.
+    std::this_thread::sleep_for(20ms);
+    EXPECT_FALSE(returned.load());
+    EXPECT_TRUE(MainQueue::shared().runUntil([&] { return returned.load(); }, 5s));
+    worker.join();
+    EXPECT_EQ(result, 42);
+    EXPECT_EQ(ranOn, std::this_thread::get_id());
+    // On the main thread itself it runs at once.
+    int value = 0;
+    EXPECT_EQ(safeSyncInMain([&] { return ++value; }), 1);
+    EXPECT_EQ(MainQueue::shared().pendingCount(), 0u);
+}
+
+TEST_F(MainQueueTest, OnlyTheMainThreadDrainsWakesOnEveryPostAndWaitsForLateJobs) {
+    EXPECT_TRUE(isMainThread());
+    std::thread([&] {
+        EXPECT_FALSE(isMainThread());
+        EXPECT_THROW(MainQueue::shared().drain(), std::logic_error);
+    }).join();
+    std::atomic<int> wakes{0};
+    MainQueue::shared().setWakeHook([&] { ++wakes; });
+    std::thread([] { mainAsync([] {}); }).join();
+    mainAsync([] {});
+    MainQueue::shared().setWakeHook(nullptr);
+    EXPECT_EQ(wakes.load(), 2);
+    MainQueue::shared().drain();
+    bool ran = false;
+    std::thread poster([&] {
+        std::this_thread::sleep_for(10ms);
+        mainAsync([&] { ran = true; });
+    });
+    MainQueue::shared().drainFor(300ms);
+    poster.join();
+    EXPECT_TRUE(ran);
 }
 
 } // namespace
