@@ -78,7 +78,8 @@ TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     EXPECT_THAT(raw, Not(HasSubstr("1/160")));
 
     const auto b = makeJPEG(folder / "b.jpg");
-    tagWithExifTool(b, {"-EXIF:Artist=Only \"quoted\""});
+    tagWithExifTool(
+        b, {"-EXIF:Artist=Only \"quoted\"", "-EXIF:LensInfo=15 85 undef undef", "-XMP:Subject=Smith, John"});
     auto run = cliOK({"read", "--json", a.string(), b.string()});
     const auto json = nlohmann::json::parse(run.out);
     ASSERT_EQ(json.size(), 2u) << run.out;
@@ -89,6 +90,9 @@ TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     EXPECT_EQ(json[0].at("XMP:Subject"), nlohmann::json::array({"one", "two"}));
     EXPECT_EQ(json[0].at("EXIF:ComponentsConfiguration"), "Y, Cb, Cr, -");
     EXPECT_EQ(json[1].at("EXIF:Artist"), "Only \"quoted\"");
+    // Numbers the tag's type can't hold, and one keyword holding a comma, as the file has them.
+    EXPECT_EQ(json[1].at("EXIF:LensInfo"), "15 85 undef undef");
+    EXPECT_EQ(json[1].at("XMP:Subject"), nlohmann::json::array({"Smith, John"}));
 
     const auto rawJSON = nlohmann::json::parse(cliOK({"read", "--json", "-n", a.string()}).out).at(0);
     EXPECT_EQ(rawJSON.at("EXIF:Flash"), 9);
@@ -107,6 +111,9 @@ TEST_F(ReadCommand, warningsPerFileUnlessQuiet) {
     // ExifTool writes this file only by passing over a minor fault, which it reports as a warning.
     const auto minor = makeJPEGWithMinorExifDefect(folder / "minor.jpg");
     const auto good = makeJPEG(folder / "good.jpg");
+    // ExifTool puts it both in the file's record and on standard error: it is shown once.
+    EXPECT_EQ(cliOK({"read", "-t", "EXIF:Artist", minor.string()}).err,
+              "corvane: " + minor.string() + ": warning: [minor] Incorrect EXIF segment identifier\n");
     auto run = cliOK({"set", "EXIF:Artist=A", "--", good.string(), minor.string()});
     EXPECT_THAT(run.err, StartsWith("corvane: " + minor.string() + ": warning: "));
     EXPECT_THAT(run.err, Not(HasSubstr(good.string())));

@@ -51,11 +51,14 @@ protected:
 // An empty value is stored; ExifTool prints numeric-looking text as numbers, and text tags keep it
 // as printed; the first occurrence of a name wins; the file's own resources are completed from the
 // source. What the file holds is shown even where the tag's converter can't read it: more numbers
-// than the tag's table declares, an unset date, a number ExifTool prints as text, a date alone.
+// than the tag's table declares, an unset date, a number ExifTool prints as text, a date alone. A
+// list of one text, which ExifTool prints as a plain text, is that one element even when it holds
+// the list's separator; a list of numbers printed as one text is all of its numbers.
 TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
     const TagStorage storage = decodeOne(R"(
         "EXIF:IFD0": {"Artist": "Zoë", "NotInTheCatalogue": "x", "Copyright": ""},
-        "IPTC:IPTC": {"Keywords": ["one", "two"]},
+        "IPTC:IPTC": {"Keywords": ["one", "two"], "By-line": "Kohl, Allan"},
+        "Photoshop:Photoshop": {"LayerRectangles": "0 0 0 4"},
         "XMP:XMP-dc": {"Title": 1.50, "Subject": ["007", 2.0]},
         "XMP:XMP-other": {"Title": "second"},
         "JFIF:JFIF": {"NothingKnown": 1},
@@ -66,6 +69,8 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
                           {"EXIF:NotInTheCatalogue", {}},
                           {"EXIF:Copyright", ""},
                           {"IPTC:Keywords", "one,two"},
+                          {"IPTC:By-line", "\"Kohl, Allan\""},
+                          {"Photoshop:LayerRectangles", "0 0 0 4"},
                           {"XMP:Title", "1.50"},
                           {"XMP:Subject", "007,2.0"},
                           {"File:FileName", "a.jpg"},
