@@ -49,8 +49,8 @@ protected:
 };
 
 // An empty value is stored; ExifTool prints numeric-looking text as numbers, and text tags keep it
-// as printed; the first occurrence of a name wins; the file's own resources are completed from the
-// source. What the file holds is shown even where the tag's converter can't read it: more numbers
+// as printed; numbers keep their fraction, an open count of numbers its blanks; the first occurrence
+// of a name wins; the file's own resources are completed from the source. What the file holds is shown even where the tag's converter can't read it: more numbers
 // than the tag's table declares, an unset date, a number ExifTool prints as text, a date alone.
 TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
     const TagStorage storage = decodeOne(R"(
@@ -60,7 +60,8 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
         "XMP:XMP-other": {"Title": "second"},
         "JFIF:JFIF": {"NothingKnown": 1},
         "EXIF:ExifIFD": {"ExifImageWidth": "100 0", "DateTimeOriginal": "0000:00:00 00:00:00",
-                         "DigitalZoomRatio": "undef", "ExposureTime": 0.002},
+                         "DigitalZoomRatio": "undef", "ExposureTime": 0.002, "SubjectArea": "2009 1506 2318 1390"},
+        "PNG:PNG-cHRM": {"WhitePointX": 0.3127},
         "XMP:XMP-photoshop": {"DateCreated": "2004:02:26"})");
     const Values expected{{"EXIF:Artist", "Zoë"},
                           {"EXIF:NotInTheCatalogue", {}},
@@ -75,6 +76,8 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
                           {"EXIF:DateTimeOriginal", "0000:00:00 00:00:00"},
                           {"EXIF:DigitalZoomRatio", "undef"},
                           {"EXIF:ExposureTime", "0.00200000"},
+                          {"EXIF:SubjectArea", "2009 1506 2318 1390"},
+                          {"PNG:WhitePointX", "0.31270000"},
                           {"XMP:DateCreated", "2004:02:26"}};
     EXPECT_EQ(valuesOf(storage, expected), expected);
     // A group without any known tag still marks its stream as present.
@@ -196,12 +199,13 @@ TEST_F(ETReader, FoldersAndFilesWithoutExtensionGetEmptyStoragesWithoutExifTool)
     EXPECT_EQ(none.events, calls.events);
 }
 
+// ExifTool prints a text that looks like a number without quotes; one beyond a double ("1e400")
+// must not make the file unreadable, nor its neighbours in the batch, and reads as the text it is.
 TEST_F(ETReader, ReadsFilesOfSeveralFormatsInOneRun) {
     const std::vector<fs::path> files{test::makeJPEG(folder / "photo.jpg"),
                                       test::makeMOV(folder / "movie.mov"),
                                       test::makePNG(folder / "image.png")};
-    test::tagWithExifTool(files[0], {"-EXIF:Artist=Zoë Ünïcödé ✓", "-IPTC:Keywords=alpha",
-                                     "-IPTC:Keywords=béta", "-XMP:Subject=gamma", "-XMP:Subject=délta"});
+    test::tagWithExifTool(files[0], {"-XMP:Title=1e400", "-EXIF:Artist=-2e-999", "-IPTC:Keywords=9e99999"});
     Calls calls;
     auto settings = defaultSettings({files.begin(), files.end()});
     ETTagStorageReader reader(calls.install(settings));
@@ -214,9 +218,8 @@ TEST_F(ETReader, ReadsFilesOfSeveralFormatsInOneRun) {
         EXPECT_TRUE(storage.originalStreams().contains(TagStream::streamFile)) << file;
         EXPECT_FALSE(storage.originalStreams().contains(TagStream::streamComposite)) << file;
     }
-    const Values tagged{
-        {"EXIF:Artist", "Zoë Ünïcödé ✓"}, {"IPTC:Keywords", "alpha,béta"}, {"XMP:Subject", "gamma,délta"}};
-    EXPECT_EQ(valuesOf(storages.at(files[0]), tagged), tagged);
+    const Values huge{{"XMP:Title", "1e400"}, {"EXIF:Artist", "-2e-999"}, {"IPTC:Keywords", "9e99999"}};
+    EXPECT_EQ(valuesOf(storages.at(files[0]), huge), huge);
     EXPECT_EQ(calls.events.front(), "start");
     EXPECT_EQ(calls.events.back(), "end");
     EXPECT_GE(std::count(calls.events.begin(), calls.events.end(), "progress"), 2);
@@ -224,52 +227,6 @@ TEST_F(ETReader, ReadsFilesOfSeveralFormatsInOneRun) {
     const ETOutput output = reader.process().output();
     EXPECT_EQ(std::count(output.arguments().begin(), output.arguments().end(), "-g0:1"), 1)
         << "files with the same options share one command";
-}
-
-// A PNG chunk: length, type, data and the CRC-32 of type and data.
-std::string pngChunk(const std::string& type, const std::string& data) {
-    auto bigEndian = [](std::uint32_t v) {
-        return std::string{static_cast<char>(v >> 24), static_cast<char>(v >> 16), static_cast<char>(v >> 8),
-                           static_cast<char>(v)};
-    };
-    std::uint32_t crc = 0xFFFFFFFFu;
-    for (unsigned char c : type + data) {
-        crc ^= c;
-        for (int k = 0; k < 8; ++k)
-            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
-    }
-    std::string chunk = bigEndian(static_cast<std::uint32_t>(data.size())) + type + data;
-    return chunk + bigEndian(~crc);
-}
-
-// Values reach the storage as ExifTool holds them: an open count of numbers keeps its blanks, and
-// a number that ExifTool converts (PNG chromaticities stored in 100000ths) keeps its fraction.
-// ExifTool prints a text that looks like a number without quotes; one beyond a double ("1e400")
-// must not make the file unreadable, nor its neighbour in the batch, and reads as the text it is.
-TEST_F(ETReader, NumbersAreReadAsExifToolHoldsThem) {
-    const fs::path jpeg = test::makeJPEG(folder / "photo.jpg");
-    test::tagWithExifTool(jpeg, {"-EXIF:SubjectArea=2009 1506 2318 1390", "-XMP:Title=1e400",
-                                 "-EXIF:Artist=-2e-999", "-IPTC:Keywords=9e99999"});
-    // The sample PNG with the sRGB chromaticities behind its header chunk.
-    const auto sample = test::pngBytes();
-    std::string png(sample.begin(), sample.end());
-    std::string chromaticities;
-    for (std::uint32_t v : {31270u, 32900u, 64000u, 33000u, 30000u, 60000u, 15000u, 6000u})
-        chromaticities += std::string{static_cast<char>(v >> 24), static_cast<char>(v >> 16),
-                                      static_cast<char>(v >> 8), static_cast<char>(v)};
-    png.insert(8 + 25, pngChunk("cHRM", chromaticities));
-    const fs::path pngPath = test::writeBytes(folder / "image.png", {png.begin(), png.end()});
-
-    auto settings = defaultSettings({TagStorageSource(jpeg), TagStorageSource(pngPath)});
-    const auto storages = ETTagStorageReader(settings).readStorages();
-    ASSERT_TRUE(storages.contains(jpeg) && storages.contains(pngPath));
-    const Values photo{{"EXIF:SubjectArea", "2009 1506 2318 1390"},
-                       {"XMP:Title", "1e400"},
-                       {"EXIF:Artist", "-2e-999"},
-                       {"IPTC:Keywords", "9e99999"}};
-    EXPECT_EQ(valuesOf(storages.at(jpeg), photo), photo);
-    const Values image{{"PNG:WhitePointX", "0.31270000"}, {"PNG:RedX", "0.64000000"}};
-    EXPECT_EQ(valuesOf(storages.at(pngPath), image), image);
 }
 
 // A movie over 4 GB is read whole: its tags behind a large media atom are found.
