@@ -50,8 +50,9 @@ protected:
 
 // An empty value is stored; ExifTool prints numeric-looking text as numbers, and text tags keep it
 // as printed; numbers keep their fraction, an open count of numbers its blanks; the first occurrence
-// of a name wins; the file's own resources are completed from the source. What the file holds is shown even where the tag's converter can't read it: more numbers
-// than the tag's table declares, an unset date, a number ExifTool prints as text, a date alone.
+// of a name wins; the file's own resources are completed from the source. What the file holds is
+// shown even where the tag's converter can't read it: more numbers than the tag's table declares, an
+// unset date, a number ExifTool prints as text, a date alone.
 TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
     const TagStorage storage = decodeOne(R"(
         "EXIF:IFD0": {"Artist": "Zoë", "NotInTheCatalogue": "x", "Copyright": ""},
