@@ -151,41 +151,22 @@ TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
 }
 
 // Groups with other options run as commands of their own in the same process, their records joined
-// in one JSON array; a folder's group reads its subfolders' files through the filter.
+// in one JSON array in order.
 TEST(ETProcess, JoinsTheGroupsOfOneRunInOneJSONArray) {
     TemporaryFolder folder;
-    const auto a = makeJPEG(folder / "a.jpg");
-    const auto b = makePNG(folder / "b.png");
-    const auto c = makeTIFF(folder / "c.tif");
-    const auto d = makeMOV(folder / "d.mov");
-    const auto tree = folder.makeSubfolder("tree");
-    makeJPEG(tree / "e.jpg");
-    makePNG(tree / "e.png");
-    makeJPEG(folder.makeSubfolder("tree/sub") / "f.JPG");
-    auto input = readInput({a, b}, {"-j", "-FileType"});
-    input.addArguments(Paths{c, d}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
-        maker.arguments = {"-j", "-FileType"};
-        maker.rawValues = true;
-        maker.url = url;
-    });
-    input.addArguments(Paths{tree}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
-        maker.recurseSubfolders = true;
-        maker.filePathFilter = ETPathFilter{"jpg"};
-        maker.arguments = {"-j", "-FileName"};
-        maker.url = url;
-    });
-    std::vector<double> progress;
-    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
+    auto input = readInput({makeJPEG(folder / "a.jpg"), makePNG(folder / "b.png")}, {"-j", "-FileType"});
+    input.addArguments(Paths{makeTIFF(folder / "c.tif"), makeMOV(folder / "d.mov")},
+                       [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+                           maker.arguments = {"-j", "-FileType"};
+                           maker.rawValues = true;
+                           maker.url = url;
+                       });
     auto output = ETProcess::run(input);
     ASSERT_NO_THROW(output.throwIfErrors());
     std::vector<std::string> records;
     for (const auto& record : parse(output))
-        records.push_back(record.value("FileType", "") + record.value("FileName", ""));
-    EXPECT_THAT(records, ::testing::ElementsAre("JPEG", "PNG", "TIFF", "MOV", ::testing::_, ::testing::_));
-    EXPECT_THAT(records, ::testing::IsSupersetOf({"e.jpg", "f.JPG"}));
-    ASSERT_FALSE(progress.empty());
-    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
-    EXPECT_DOUBLE_EQ(output.progress(), 1.0);
+        records.push_back(record.value("FileType", ""));
+    EXPECT_THAT(records, ::testing::ElementsAre("JPEG", "PNG", "TIFF", "MOV"));
 }
 
 TEST(ETProcess, MapsFlagsToExifToolOptions) {
@@ -277,8 +258,8 @@ TEST(ETProcess, ReportsProgressAsFilesAreDone) {
     EXPECT_EQ(exifToolValue(files[5], "EXIF:Artist"), "P");
 }
 
-// Groups that import from one JSON file share a command: each file gets its own record, a file that
-// fails is reported under its path and doesn't stop the others, and progress still counts files.
+// Groups that import from one JSON file share a command: each file gets its own record, and a file
+// that fails is reported under its path and doesn't stop the others.
 TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
     TemporaryFolder folder;
     Paths files;
@@ -299,8 +280,6 @@ TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
     auto input = writeInput(files, {"-json=" + json.string()}, true);
     // Another import file: a command of its own.
     input.addGroup(writeInput({other}, {"-json=" + otherJSON.string()}, true).groups().front());
-    std::vector<double> seen;
-    input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
     const auto output = ETProcess::run(input);
 
     const auto& arguments = output.arguments();
@@ -312,9 +291,6 @@ TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
     EXPECT_THAT(described(output.errors()), ::testing::ElementsAre(files[2].string() + ": Not a valid JPG"))
         << output.errorText();
     EXPECT_THROW(output.throwIfErrors(), ETOutputException);
-    ASSERT_FALSE(seen.empty());
-    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
-    EXPECT_DOUBLE_EQ(seen.back(), 1.0);
 }
 
 // Each error names its file, however the name reads; a minor one fails the run unless minor errors
