@@ -314,17 +314,6 @@ TEST_F(ETWriter, FailuresOfTheImportFileStopTheWriteBeforeExifTool) {
     expectRefused("never", "JSON file creation failed");
 }
 
-TEST_F(ETWriter, MinorErrorsFailUnlessIgnored) {
-    const fs::path defect = test::makeJPEGWithMinorExifDefect(folder / "defect.jpg");
-    TagStorage storage = readOne(defect);
-    edit(storage, {{"EXIF:Artist", "fixed"}});
-    const std::string before = fileBytes(defect);
-    EXPECT_THROW(write({storage}), ETOutputException);
-    EXPECT_EQ(fileBytes(defect), before);
-    write({storage}, [](ETTagStorageWriter::Settings& settings) { settings.setIgnoreMinorErrors(true); });
-    EXPECT_EQ(originalValue(readOne(defect), "EXIF:Artist"), "fixed");
-}
-
 TEST_F(ETWriter, FinderResourcesAreWrittenWithoutExifTool) {
     const fs::path jpeg = test::makeJPEG(folder / "finder.jpg");
     const std::string before = fileBytes(jpeg);
