@@ -107,11 +107,8 @@ TEST(ETWriterRecords, IPTCSetAndDigestAreDeclaredOnlyWhereNeeded) {
     const std::string digest = "Photoshop:IPTCDigest";
     TagStorage plain(TagStorageSource("/photos/a.jpg"));
     edit(plain, {{"IPTC:By-line", "x"}});
-    TagStorage withDigest = plain;
-    withDigest.setOriginalValue("0123456789abcdef0123456789abcdef", name(digest));
-
+    // A digest the file holds follows its IPTC: the character-set round trip below reads it back.
     EXPECT_FALSE(recordOf(plain).contains(digest)) << "ignore is the default";
-    EXPECT_EQ(recordOf(withDigest)[digest], "new") << "a digest the file holds follows its IPTC";
     exifOnly.setOriginalValue("0123456789abcdef0123456789abcdef", name(digest));
     EXPECT_FALSE(recordOf(exifOnly).contains(digest)) << "IPTC unchanged, digest untouched";
 }
@@ -211,23 +208,18 @@ TEST_F(ETWriter, EXIFIPTCAndXMPValuesRoundTripOnJPEG) {
 
 TEST_F(ETWriter, QuickTimeAndXMPValuesRoundTripOnMOV) {
     const fs::path mov = test::makeMOV(folder / "movie.mov");
-    TagStorage storage = readOne(mov);
-    const std::map<std::string, std::string> values{
-        {"QuickTime:Title", "Fïlm ✓"},
-        {"QuickTime:Artist", "Ana Ñúñez"},
-        {"QuickTime:Description", "описание"},
-        {"XMP:Title", "XMP tïtle"},
-        {"XMP:Subject", "sea,sky"},
-    };
-    edit(storage, values);
-    write({storage});
-    const test::Values expected(values.begin(), values.end());
+    test::tagWithExifTool(mov, {"-QuickTime:Title=to be cleared", "-XMP:Subject=to be cleared"});
+    writeEdits(mov, {{"QuickTime:Title", ""},
+                     {"QuickTime:Artist", "Ana Ñúñez"},
+                     {"QuickTime:Description", "описание"},
+                     {"XMP:Title", "XMP tïtle"},
+                     {"XMP:Subject", " "}});
+    const test::Values expected{{"QuickTime:Title", {}},
+                                {"QuickTime:Artist", "Ana Ñúñez"},
+                                {"QuickTime:Description", "описание"},
+                                {"XMP:Title", "XMP tïtle"},
+                                {"XMP:Subject", {}}};
     EXPECT_EQ(test::valuesOf(readOne(mov), expected), expected);
-
-    writeEdits(mov, {{"QuickTime:Title", ""}, {"XMP:Subject", " "}});
-    const test::Values cleared{
-        {"QuickTime:Title", {}}, {"XMP:Subject", {}}, {"QuickTime:Artist", "Ana Ñúñez"}};
-    EXPECT_EQ(test::valuesOf(readOne(mov), cleared), cleared);
 }
 
 // Files of several formats share one command, so the import file is read once. How every difficult
