@@ -13,7 +13,6 @@
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <fstream>
 #include <map>
