@@ -72,6 +72,7 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
                           {"XMP:Subject", "007,2.0"},
                           {"File:FileName", "a.jpg"},
                           {"File:Directory", "/photos"},
+                          {"File:FilePath", "/photos/a.jpg"},
                           {"File:FileTypeExtension", "jpg"},
                           {"EXIF:ExifImageWidth", "100 0"},
                           {"EXIF:DateTimeOriginal", "0000:00:00 00:00:00"},
@@ -81,7 +82,9 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
                           {"PNG:WhitePointX", "0.31270000"},
                           {"XMP:DateCreated", "2004:02:26"}};
     EXPECT_EQ(valuesOf(storage, expected), expected);
-    // A group without any known tag still marks its stream as present.
+    // A group without any known tag still marks its stream as present; the resources completed from
+    // the source don't.
+    EXPECT_FALSE(storage.originalStreams().contains(TagStream::streamFile));
     EXPECT_TRUE(storage.originalStreams().contains(TagStream::streamJFIF));
     EXPECT_TRUE(storage.originalStreams().contains(TagStream::streamEXIF));
     EXPECT_TRUE(storage.writtenValues().empty());

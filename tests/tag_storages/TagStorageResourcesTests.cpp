@@ -24,27 +24,19 @@ const TagName& modifyDate() {
     return TagItem::itemFileFileModifyDate().name();
 }
 
+// The file's own resources as the reader completes them from the source are the reader's test.
 TEST(TagStorageResources, FinderResourcesRoundTripThroughTheStorage) {
-    // Completing a file's resources stores its name's parts, and leaves the streams alone.
-    test::Values expected{{"File:FileName", "IMG_1.JPG"},
-                          {"File:Directory", "/photos/trip"},
-                          {"File:FilePath", "/photos/trip/IMG_1.JPG"},
-                          {"File:FileTypeExtension", "JPG"}};
     TagStorage storage(TagStorageSource("/photos/trip/IMG_1.JPG"));
-    storage.completeFileResources("/photos/trip/IMG_1.JPG");
-    EXPECT_EQ(test::valuesOf(storage, expected), expected);
-    EXPECT_TRUE(storage.originalStreams().empty());
-
-    storage = TagStorage(TagStorageSource("/photos/trip/IMG_1.JPG"));
     FinderResources read;
     read.setCreateDate(Date(1714564800)); // 2024-05-01 12:00:00 UTC
     read.setFinderTags(std::vector<std::string>{"Red", "Blue"});
     storage.storeFinderResourcesValues(read);
     // The name's parts are stored too; an absent date is stored empty.
-    expected.erase("File:FileTypeExtension");
-    expected["File:FileModifyDate"] = "";
+    const test::Values expected{{"File:FileName", "IMG_1.JPG"},
+                                {"File:Directory", "/photos/trip"},
+                                {"File:FilePath", "/photos/trip/IMG_1.JPG"},
+                                {"File:FileModifyDate", ""}};
     EXPECT_EQ(test::valuesOf(storage, expected), expected);
-    EXPECT_FALSE(storage.originalValues().at(createDate()).empty());
     const DynamicValue created = storage.currentNativeValue(TagItem::itemFileFileCreateDate());
     ASSERT_NE(created.dateValue(), nullptr) << storage.originalValues().at(createDate());
     EXPECT_EQ(*created.dateValue(), Date(1714564800));
