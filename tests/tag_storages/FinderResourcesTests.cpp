@@ -57,27 +57,15 @@ protected:
     fs::path file = makeFile(folder / "photo.jpg");
 };
 
-// A ramfs volume: no birth time and no user extended attributes. Needs the right
-// to mount (root in CI); tests skip otherwise.
-class PlainVolume {
-public:
-    explicit PlainVolume(const fs::path& where) : where_(where) {
-        fs::create_directories(where_);
-        if (mount("corvane-test", where_.c_str(), "ramfs", MS_NOSUID | MS_NODEV, "") == 0)
-            mounted_ = true;
-        else
-            reason_ = std::string("cannot mount a ramfs volume: ") + std::strerror(errno);
-    }
+// A ramfs volume, unmounted at the end of the test: no birth time and no user extended attributes.
+// Needs the right to mount (root in CI); tests skip otherwise.
+struct PlainVolume {
+    fs::path where;
+    bool mounted = fs::create_directories(where) &&
+                   mount("corvane-test", where.c_str(), "ramfs", MS_NOSUID | MS_NODEV, "") == 0;
     ~PlainVolume() {
-        if (mounted_) umount2(where_.c_str(), MNT_DETACH);
+        if (mounted) umount2(where.c_str(), MNT_DETACH);
     }
-    bool mounted() const { return mounted_; }
-    const std::string& reason() const { return reason_; }
-
-private:
-    fs::path where_;
-    bool mounted_ = false;
-    std::string reason_;
 };
 
 } // namespace
@@ -167,8 +155,8 @@ TEST(FinderResourcesVolume, FileWithoutBirthTimeOrAttributes) {
     EXPECT_EQ(kernelFile, resources(std::nullopt, kernelFile.modifyDate(), std::nullopt));
 
     test::TemporaryFolder folder{"corvane-finder-volume"};
-    PlainVolume volume(folder / "volume");
-    if (!volume.mounted()) GTEST_SKIP() << volume.reason();
+    PlainVolume volume{folder / "volume"};
+    if (!volume.mounted) GTEST_SKIP() << "cannot mount a ramfs volume: " << std::strerror(errno);
     const fs::path file = makeFile(folder / "volume" / "clip.mov", "movie");
 
     const FinderResources read = readAt(file);
