@@ -140,15 +140,6 @@ TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
         EXPECT_EQ(r.at("EXIF:IFD0").at("Artist"), " " + artist);
         EXPECT_EQ(r.at("XMP:XMP-dc").at("Title"), "line\nbreak  ");
     }
-
-    // Relative paths that look like options stay files.
-    const auto previous = std::filesystem::current_path();
-    std::filesystem::current_path(folder.path());
-    auto relative = ETProcess::run(readInput({"-leading dash.jpg", "#hash.jpg"}, {"-j", "-FileName"}));
-    std::filesystem::current_path(previous);
-    ASSERT_NO_THROW(relative.throwIfErrors()) << relative.errorText();
-    EXPECT_EQ(bySource(parse(relative)).at("./-leading dash.jpg").at("FileName"), "-leading dash.jpg");
-    EXPECT_EQ(bySource(parse(relative)).at("#hash.jpg").at("FileName"), "#hash.jpg");
 }
 
 // Groups with other options run as commands of their own in the same process, their records joined
