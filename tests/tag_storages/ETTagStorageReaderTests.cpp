@@ -116,8 +116,6 @@ TEST_F(ETReaderDecoding, BannedGroupsAndValuesAreDropped) {
 TEST_F(ETReaderDecoding, MakerNotesAndQuickTimeKeysAreLookedUpUnderTheirOwnNames) {
     EXPECT_EQ(ETTagStorageReader::findTagItem("QuickTime", "Keys", "CameraLensModel"),
               TagItem::find("QuickTime", "LensModel"));
-    EXPECT_EQ(ETTagStorageReader::findTagItem("QuickTime", "Keys", "CameraFocalLength35mmEquivalent"),
-              TagItem::find("QuickTime", "FocalLength35mm"));
     const TagItem* userData = ETTagStorageReader::findTagItem("QuickTime", "UserData", "CameraLensModel");
     ASSERT_NE(userData, nullptr);
     EXPECT_EQ(userData->name().rawValue(), "QuickTime:CameraLensModel")
