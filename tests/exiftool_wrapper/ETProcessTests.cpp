@@ -238,7 +238,6 @@ TEST(ETProcess, ReportsProgressAsFilesAreDone) {
         EXPECT_EQ(output.errorText().find('\x1b'), std::string::npos);
         EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
         if (reading) {
-            EXPECT_THAT(output.arguments(), ::testing::Contains("-progress:%r"));
             EXPECT_EQ(parse(output).size(), files.size());
         }
     }
