@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <numeric>
 
 namespace corvane {
 namespace {
@@ -275,13 +276,10 @@ TEST_F(ETReader, RelativePathsThatLookLikeOptionsAreMatched) {
 // own tests, and the import task reads such a batch through this reader.
 TEST_F(ETReader, ACorruptFileFailsTheBatchNamingItself) {
     const fs::path good = test::makeJPEG(folder / "good.jpg");
-    const fs::path corrupt = folder / "corrupt.jpg";
-    {
-        // Bytes of no known format: ExifTool reports "File format error" for it.
-        std::ofstream out(corrupt, std::ios::binary);
-        for (int i = 0; i < 512; ++i)
-            out.put(static_cast<char>(i % 256));
-    }
+    // Bytes of no known format: ExifTool reports "File format error" for them.
+    std::vector<std::uint8_t> bytes(512);
+    std::iota(bytes.begin(), bytes.end(), 0);
+    const fs::path corrupt = test::writeBytes(folder / "corrupt.jpg", bytes);
     Calls calls;
     auto settings = defaultSettings({TagStorageSource(good), TagStorageSource(corrupt)});
     ETTagStorageReader reader(calls.install(settings));
