@@ -41,8 +41,13 @@ TEST(TagStorageResources, FinderResourcesRoundTripThroughTheStorage) {
     ASSERT_NE(created.dateValue(), nullptr) << storage.originalValues().at(createDate());
     EXPECT_EQ(*created.dateValue(), Date(1714564800));
 
-    // Nothing written: nothing to write back.
+    // Nothing written, or a date that converts to none: nothing to write back.
     EXPECT_TRUE(storage.prepareFinderResourcesValues().isEmpty());
+    for (const char* unreadable : {"", "not a date"}) {
+        ASSERT_TRUE(storage.setValue(unreadable, createDate()));
+        EXPECT_TRUE(storage.prepareFinderResourcesValues().isEmpty()) << unreadable;
+    }
+    storage.setValue(std::nullopt, createDate());
 
     // One written attribute brings all three current values along.
     const std::string modified = storage.originalValues().at(createDate());
@@ -51,17 +56,6 @@ TEST(TagStorageResources, FinderResourcesRoundTripThroughTheStorage) {
     EXPECT_EQ(toWrite.createDate(), Date(1714564800));
     EXPECT_EQ(toWrite.modifyDate(), Date(1714564800));
     EXPECT_EQ(toWrite.finderTags(), (std::vector<std::string>{"Red", "Blue"}));
-}
-
-TEST(TagStorageResources, ClearedOrUnreadableAttributeGivesNothingToWrite) {
-    TagStorage storage(TagStorageSource("/photos/IMG_1.JPG"));
-    FinderResources read;
-    read.setCreateDate(Date(1714564800));
-    storage.storeFinderResourcesValues(read);
-    ASSERT_TRUE(storage.setValue("", createDate()));
-    EXPECT_TRUE(storage.prepareFinderResourcesValues().isEmpty()) << "a clear converts to no date";
-    ASSERT_TRUE(storage.setValue("not a date", createDate()));
-    EXPECT_TRUE(storage.prepareFinderResourcesValues().isEmpty());
 }
 
 class WriterFiles : public ::testing::Test {
