@@ -188,29 +188,17 @@ TEST(ETProcess, MapsFlagsToExifToolOptions) {
     EXPECT_EQ(maker.commandArguments(), (std::vector<std::string>{"-e", "-F", "-j"}));
 }
 
-TEST(ETProcess, LargeOutputDoesNotStall) {
-    TemporaryFolder folder;
-    const auto file = makeJPEG(folder / "big.jpg");
-    const std::string description(300000, 'x');
-    tagWithExifTool(file, {"-XMP-dc:Description=" + description});
-    // The same file six times over: about 2 MB of JSON, far beyond a pipe's buffer.
-    auto input = readInput(Paths(6, file), {"-j", "-XMP-dc:Description"});
-    input.timeLimit = std::chrono::seconds(60);
-    const auto output = ETProcess::run(input);
-    ASSERT_NO_THROW(output.throwIfErrors());
-    const auto array = parse(output);
-    ASSERT_EQ(array.size(), 6u);
-    EXPECT_EQ(array[5].at("Description"), description);
-}
-
 // Progress moves file by file, writes and reads alike, between one start and one end report.
 // JSON output asks for ExifTool's window-title progress, which leaves its output buffered: the title
-// reports don't reach the output or the error text.
+// reports don't reach the output or the error text. One file's long text makes the read's output
+// far larger than a pipe's buffer: the run must not stall on it.
 TEST(ETProcess, ReportsProgressAsFilesAreDone) {
     TemporaryFolder folder;
     Paths files;
     for (int i = 0; i < 30; ++i)
         files.push_back(makeJPEG(folder / ("f" + std::to_string(i) + ".jpg")));
+    const std::string description(300000, 'x');
+    tagWithExifTool(files.back(), {"-XMP-dc:Description=" + description});
     for (const bool reading : {false, true}) {
         SCOPED_TRACE(reading ? "read" : "write");
         auto input = reading ? readInput(files)
@@ -238,7 +226,9 @@ TEST(ETProcess, ReportsProgressAsFilesAreDone) {
         EXPECT_EQ(output.errorText().find('\x1b'), std::string::npos);
         EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
         if (reading) {
-            EXPECT_EQ(parse(output).size(), files.size());
+            const auto records = parse(output);
+            ASSERT_EQ(records.size(), files.size());
+            EXPECT_EQ(records.back().at("XMP:XMP-dc").at("Description"), description);
         }
     }
     EXPECT_EQ(exifToolValue(files[5], "EXIF:Artist"), "P");
