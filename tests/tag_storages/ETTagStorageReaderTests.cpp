@@ -201,12 +201,34 @@ TEST_F(ETReader, FoldersAndFilesWithoutExtensionGetEmptyStoragesWithoutExifTool)
     EXPECT_EQ(none.events, calls.events);
 }
 
+// The sample movie titled `title` with a sparse media atom of 5 GB behind its first top-level atom.
+fs::path makeLargeMOV(const fs::path& path, const std::string& title) {
+    const fs::path small = test::makeMOV(path.parent_path() / "small.mov");
+    test::tagWithExifTool(small, {"-QuickTime:Title=" + title});
+    const std::string bytes = test::fileBytes(small);
+    std::ofstream out(path, std::ios::binary);
+    const auto firstSize = (static_cast<unsigned char>(bytes[0]) << 24) |
+                           (static_cast<unsigned char>(bytes[1]) << 16) |
+                           (static_cast<unsigned char>(bytes[2]) << 8) | static_cast<unsigned char>(bytes[3]);
+    out.write(bytes.data(), firstSize);
+    const std::uint64_t mediaSize = (5ull << 30) + 16;
+    unsigned char header[16] = {0, 0, 0, 1, 'm', 'd', 'a', 't'};
+    for (int i = 0; i < 8; ++i)
+        header[8 + i] = static_cast<unsigned char>(mediaSize >> (56 - 8 * i));
+    out.write(reinterpret_cast<const char*>(header), sizeof header);
+    out.seekp(static_cast<std::streamoff>(firstSize + mediaSize));
+    out.write(bytes.data() + firstSize, static_cast<std::streamsize>(bytes.size() - firstSize));
+    return path;
+}
+
 // ExifTool prints a text that looks like a number without quotes; one beyond a double ("1e400")
 // must not make the file unreadable, nor its neighbours in the batch, and reads as the text it is.
+// A movie over 4 GB is read whole: its tags behind a large media atom are found.
 TEST_F(ETReader, ReadsFilesOfSeveralFormatsInOneRun) {
     const std::vector<fs::path> files{test::makeJPEG(folder / "photo.jpg"),
-                                      test::makeMOV(folder / "movie.mov"),
+                                      makeLargeMOV(folder / "movie.mov", "Large"),
                                       test::makePNG(folder / "image.png")};
+    ASSERT_GT(fs::file_size(files[1]), 4ull << 30);
     test::tagWithExifTool(files[0], {"-XMP:Title=1e400", "-EXIF:Artist=-2e-999", "-IPTC:Keywords=9e99999"});
     Calls calls;
     auto settings = defaultSettings({files.begin(), files.end()});
@@ -222,6 +244,7 @@ TEST_F(ETReader, ReadsFilesOfSeveralFormatsInOneRun) {
     }
     const Values huge{{"XMP:Title", "1e400"}, {"EXIF:Artist", "-2e-999"}, {"IPTC:Keywords", "9e99999"}};
     EXPECT_EQ(valuesOf(storages.at(files[0]), huge), huge);
+    EXPECT_EQ(original(storages.at(files[1]), "QuickTime:Title"), "Large");
     EXPECT_EQ(calls.events.front(), "start");
     EXPECT_EQ(calls.events.back(), "end");
     EXPECT_GE(std::count(calls.events.begin(), calls.events.end(), "progress"), 2);
@@ -229,34 +252,6 @@ TEST_F(ETReader, ReadsFilesOfSeveralFormatsInOneRun) {
     const ETOutput output = reader.process().output();
     EXPECT_EQ(std::count(output.arguments().begin(), output.arguments().end(), "-g0:1"), 1)
         << "files with the same options share one command";
-}
-
-// A movie over 4 GB is read whole: its tags behind a large media atom are found.
-TEST_F(ETReader, ReadsMoviesOverFourGigabytes) {
-    const fs::path small = test::makeMOV(folder / "small.mov");
-    test::tagWithExifTool(small, {"-QuickTime:Title=Large"});
-    const std::string bytes = test::fileBytes(small);
-    // The top-level atoms in order; a sparse media atom of 5 GB goes behind the first one.
-    const fs::path large = folder / "large.mov";
-    {
-        std::ofstream out(large, std::ios::binary);
-        const auto firstSize =
-            (static_cast<unsigned char>(bytes[0]) << 24) | (static_cast<unsigned char>(bytes[1]) << 16) |
-            (static_cast<unsigned char>(bytes[2]) << 8) | static_cast<unsigned char>(bytes[3]);
-        out.write(bytes.data(), firstSize);
-        const std::uint64_t mediaSize = (5ull << 30) + 16;
-        unsigned char header[16] = {0, 0, 0, 1, 'm', 'd', 'a', 't'};
-        for (int i = 0; i < 8; ++i)
-            header[8 + i] = static_cast<unsigned char>(mediaSize >> (56 - 8 * i));
-        out.write(reinterpret_cast<const char*>(header), sizeof header);
-        out.seekp(static_cast<std::streamoff>(firstSize + mediaSize));
-        out.write(bytes.data() + firstSize, static_cast<std::streamsize>(bytes.size() - firstSize));
-    }
-    ASSERT_GT(fs::file_size(large), 4ull << 30);
-    auto settings = defaultSettings({TagStorageSource(large)});
-    const auto storages = ETTagStorageReader(settings).readStorages();
-    ASSERT_TRUE(storages.contains(large));
-    EXPECT_EQ(original(storages.at(large), "QuickTime:Title"), "Large");
 }
 
 TEST_F(ETReader, RelativePathsThatLookLikeOptionsAreMatched) {
