@@ -137,21 +137,20 @@ TEST_F(ETReaderDecoding, MakerNotesAndQuickTimeKeysAreLookedUpUnderTheirOwnNames
     EXPECT_TRUE(storage.originalValues().contains(canonItem->name()));
 }
 
-TEST_F(ETReaderDecoding, RecordsThatNameNoSourceAreDropped) {
-    auto storages = reader.parseExifToolOutput(R"([
+TEST_F(ETReaderDecoding, RecordsThatNameNoSourceAreDroppedAndOutputOfAnotherShapeFails) {
+    const auto storages = reader.parseExifToolOutput(R"([
         {"SourceFile": "/elsewhere/x.jpg", "EXIF:IFD0": {"Artist": "x"}},
         {"EXIF:IFD0": {"Artist": "no source file"}},
         {"SourceFile": 12, "EXIF:IFD0": {"Artist": "not a path"}},
         {"SourceFile": "/photos/b.mov", "EXIF:IFD0": "not an object", "QuickTime:ItemList": {"Title": "t"}}
     ])",
-                                               sources);
+                                                     sources);
     ASSERT_EQ(storages.size(), 1u);
     EXPECT_EQ(storages[0].source().url(), "/photos/b.mov");
     EXPECT_EQ(original(storages[0], "QuickTime:Title"), "t");
     EXPECT_TRUE(storages[0].originalStreams().contains(TagStream::streamEXIF));
-}
 
-TEST_F(ETReaderDecoding, OutputOfAnotherShapeFails) {
+    // Output of another shape fails.
     for (const char* data :
          {R"({"SourceFile": "/photos/a.jpg"})", "[1, 2]", R"([[{"SourceFile": "/a.jpg"}]])"})
         EXPECT_THAT([&] { reader.parseExifToolOutput(data, sources); },

@@ -172,7 +172,7 @@ TEST(FinderResourcesVolume, FileWithoutBirthTimeOrAttributes) {
     EXPECT_EQ(readAt(file).modifyDate(), Date(1400000000));
 }
 
-TEST(FinderResourcesText, TagListsFromOtherPrograms) {
+TEST(FinderResourcesText, TagListsAndDatesFromOtherPrograms) {
     EXPECT_THAT(FinderResources::decodeTags("a, b,,c , "), ElementsAre("a", "b", "c"));
     EXPECT_THAT(FinderResources::decodeTags("x\\,y,z\\\\,w\\q"), ElementsAre("x,y", "z\\", "w\\q"));
     EXPECT_THAT(FinderResources::decodeTags("trailing\\"), ElementsAre("trailing\\"));
@@ -180,9 +180,8 @@ TEST(FinderResourcesText, TagListsFromOtherPrograms) {
     EXPECT_EQ(FinderResources::encodeTags({"", "  ", "One"}), "One");
     const std::vector<std::string> awkward{"a,b", "\\", ",", "c\\,d"};
     EXPECT_EQ(FinderResources::decodeTags(FinderResources::encodeTags(awkward)), awkward);
-}
 
-TEST(FinderResourcesText, StoredDates) {
+    // Stored dates.
     EXPECT_EQ(FinderResources::encodeDate(Date(0)), "1970-01-01T00:00:00.000000Z");
     EXPECT_EQ(FinderResources::encodeDate(Date(-1.5)), "1969-12-31T23:59:58.500000Z");
     EXPECT_EQ(FinderResources::decodeDate("1970-01-01T00:00:00Z"), Date(0));
