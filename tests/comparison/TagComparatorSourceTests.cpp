@@ -1,6 +1,5 @@
 #include "corvane/comparison/TagComparatorSearchValue.hpp"
 #include "corvane/comparison/TagComparatorSource.hpp"
-#include "corvane/comparison/TagComparatorTextSearch.hpp"
 #include "corvane/tag_storages/TagStorage.hpp"
 
 #include "ComparisonFixtures.hpp"
@@ -100,10 +99,6 @@ TEST(ComparisonSearch, RangesCoverTheMatchedOriginalText) {
     EXPECT_EQ(cell.highlightedRange(), std::nullopt);
     cell.search = "OE";
     EXPECT_EQ(cell.highlightedRange(), Range(1, 4));
-
-    TagComparatorTextSearch search("ÉTÉ");
-    EXPECT_TRUE(search.matches("un été chaud"));
-    EXPECT_FALSE(search.matches("un hiver"));
 }
 
 } // namespace

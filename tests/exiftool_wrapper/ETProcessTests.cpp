@@ -14,6 +14,7 @@
 
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
+#include "support/FileBytes.hpp"
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -139,53 +140,25 @@ TEST(ETProcess, ReadsAndWritesFilesWithDifficultNames) {
         EXPECT_EQ(r.at("EXIF:IFD0").at("Artist"), " " + artist);
         EXPECT_EQ(r.at("XMP:XMP-dc").at("Title"), "line\nbreak  ");
     }
-
-    // Relative paths that look like options stay files.
-    const auto previous = std::filesystem::current_path();
-    std::filesystem::current_path(folder.path());
-    auto relative = ETProcess::run(readInput({"-leading dash.jpg", "#hash.jpg"}, {"-j", "-FileName"}));
-    std::filesystem::current_path(previous);
-    ASSERT_NO_THROW(relative.throwIfErrors()) << relative.errorText();
-    EXPECT_EQ(bySource(parse(relative)).at("./-leading dash.jpg").at("FileName"), "-leading dash.jpg");
-    EXPECT_EQ(bySource(parse(relative)).at("#hash.jpg").at("FileName"), "#hash.jpg");
 }
 
 // Groups with other options run as commands of their own in the same process, their records joined
-// in one JSON array; a folder's group reads its subfolders' files through the filter.
+// in one JSON array in order.
 TEST(ETProcess, JoinsTheGroupsOfOneRunInOneJSONArray) {
     TemporaryFolder folder;
-    const auto a = makeJPEG(folder / "a.jpg");
-    const auto b = makePNG(folder / "b.png");
-    const auto c = makeTIFF(folder / "c.tif");
-    const auto d = makeMOV(folder / "d.mov");
-    const auto tree = folder.makeSubfolder("tree");
-    makeJPEG(tree / "e.jpg");
-    makePNG(tree / "e.png");
-    makeJPEG(folder.makeSubfolder("tree/sub") / "f.JPG");
-    auto input = readInput({a, b}, {"-j", "-FileType"});
-    input.addArguments(Paths{c, d}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
-        maker.arguments = {"-j", "-FileType"};
-        maker.rawValues = true;
-        maker.url = url;
-    });
-    input.addArguments(Paths{tree}, [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
-        maker.recurseSubfolders = true;
-        maker.filePathFilter = ETPathFilter{"jpg"};
-        maker.arguments = {"-j", "-FileName"};
-        maker.url = url;
-    });
-    std::vector<double> progress;
-    input.onProgressHandler = [&](ETProcess& p) { progress.push_back(p.progress()); };
+    auto input = readInput({makeJPEG(folder / "a.jpg"), makePNG(folder / "b.png")}, {"-j", "-FileType"});
+    input.addArguments(Paths{makeTIFF(folder / "c.tif"), makeMOV(folder / "d.mov")},
+                       [](const std::filesystem::path& url, ETInput::ArgumentsMaker& maker) {
+                           maker.arguments = {"-j", "-FileType"};
+                           maker.rawValues = true;
+                           maker.url = url;
+                       });
     auto output = ETProcess::run(input);
     ASSERT_NO_THROW(output.throwIfErrors());
     std::vector<std::string> records;
     for (const auto& record : parse(output))
-        records.push_back(record.value("FileType", "") + record.value("FileName", ""));
-    EXPECT_THAT(records, ::testing::ElementsAre("JPEG", "PNG", "TIFF", "MOV", ::testing::_, ::testing::_));
-    EXPECT_THAT(records, ::testing::IsSupersetOf({"e.jpg", "f.JPG"}));
-    ASSERT_FALSE(progress.empty());
-    EXPECT_DOUBLE_EQ(progress.back(), 1.0);
-    EXPECT_DOUBLE_EQ(output.progress(), 1.0);
+        records.push_back(record.value("FileType", ""));
+    EXPECT_THAT(records, ::testing::ElementsAre("JPEG", "PNG", "TIFF", "MOV"));
 }
 
 TEST(ETProcess, MapsFlagsToExifToolOptions) {
@@ -208,41 +181,24 @@ TEST(ETProcess, MapsFlagsToExifToolOptions) {
     EXPECT_EQ(record.at("GPSLatitudeRef"), "Südliche Breite");       // -lang de
     EXPECT_EQ(record.at("ImageSize"), "8x8");
 
+    // The flags no other run here shows, before the group's own arguments.
     ETInput::ArgumentsMaker maker;
-    maker.noComposite = maker.rawValues = maker.ignoreMinorErrors = maker.correction = true;
-    maker.password = "-secret";
-    maker.recurseSubfolders = true;
-    maker.filePathFilter = ETPathFilter{"jpg"};
-    maker.overwriteOriginal = true;
+    maker.noComposite = maker.correction = true;
     maker.arguments = {"-j"};
-    EXPECT_EQ(maker.commandArguments(),
-              (std::vector<std::string>{"-password", "-secret", "-m", "-n", "-e", "-F", "-overwrite_original",
-                                        "-r", "-ext", "JPG", "-j"}));
-}
-
-TEST(ETProcess, LargeOutputDoesNotStall) {
-    TemporaryFolder folder;
-    const auto file = makeJPEG(folder / "big.jpg");
-    const std::string description(300000, 'x');
-    tagWithExifTool(file, {"-XMP-dc:Description=" + description});
-    // The same file six times over: about 2 MB of JSON, far beyond a pipe's buffer.
-    auto input = readInput(Paths(6, file), {"-j", "-XMP-dc:Description"});
-    input.timeLimit = std::chrono::seconds(60);
-    const auto output = ETProcess::run(input);
-    ASSERT_NO_THROW(output.throwIfErrors());
-    const auto array = parse(output);
-    ASSERT_EQ(array.size(), 6u);
-    EXPECT_EQ(array[5].at("Description"), description);
+    EXPECT_EQ(maker.commandArguments(), (std::vector<std::string>{"-e", "-F", "-j"}));
 }
 
 // Progress moves file by file, writes and reads alike, between one start and one end report.
 // JSON output asks for ExifTool's window-title progress, which leaves its output buffered: the title
-// reports don't reach the output or the error text.
+// reports don't reach the output or the error text. One file's long text makes the read's output
+// far larger than a pipe's buffer: the run must not stall on it.
 TEST(ETProcess, ReportsProgressAsFilesAreDone) {
     TemporaryFolder folder;
     Paths files;
     for (int i = 0; i < 30; ++i)
         files.push_back(makeJPEG(folder / ("f" + std::to_string(i) + ".jpg")));
+    const std::string description(300000, 'x');
+    tagWithExifTool(files.back(), {"-XMP-dc:Description=" + description});
     for (const bool reading : {false, true}) {
         SCOPED_TRACE(reading ? "read" : "write");
         auto input = reading ? readInput(files)
@@ -270,15 +226,16 @@ TEST(ETProcess, ReportsProgressAsFilesAreDone) {
         EXPECT_EQ(output.errorText().find('\x1b'), std::string::npos);
         EXPECT_EQ(output.joinUnknownErrors(), std::nullopt);
         if (reading) {
-            EXPECT_THAT(output.arguments(), ::testing::Contains("-progress:%r"));
-            EXPECT_EQ(parse(output).size(), files.size());
+            const auto records = parse(output);
+            ASSERT_EQ(records.size(), files.size());
+            EXPECT_EQ(records.back().at("XMP:XMP-dc").at("Description"), description);
         }
     }
     EXPECT_EQ(exifToolValue(files[5], "EXIF:Artist"), "P");
 }
 
-// Groups that import from one JSON file share a command: each file gets its own record, a file that
-// fails is reported under its path and doesn't stop the others, and progress still counts files.
+// Groups that import from one JSON file share a command: each file gets its own record, and a file
+// that fails is reported under its path and doesn't stop the others.
 TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
     TemporaryFolder folder;
     Paths files;
@@ -299,8 +256,6 @@ TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
     auto input = writeInput(files, {"-json=" + json.string()}, true);
     // Another import file: a command of its own.
     input.addGroup(writeInput({other}, {"-json=" + otherJSON.string()}, true).groups().front());
-    std::vector<double> seen;
-    input.onProgressHandler = [&](ETProcess& p) { seen.push_back(p.progress()); };
     const auto output = ETProcess::run(input);
 
     const auto& arguments = output.arguments();
@@ -312,13 +267,11 @@ TEST(ETProcess, GroupsImportingFromOneFileShareACommand) {
     EXPECT_THAT(described(output.errors()), ::testing::ElementsAre(files[2].string() + ": Not a valid JPG"))
         << output.errorText();
     EXPECT_THROW(output.throwIfErrors(), ETOutputException);
-    ASSERT_FALSE(seen.empty());
-    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
-    EXPECT_DOUBLE_EQ(seen.back(), 1.0);
 }
 
-// Each error names its file, however the name reads; a minor one fails the run unless minor errors
-// are ignored, which lets an unreadable or slightly damaged file go, not a missing one.
+// Each error names its file, however the name reads; a minor one fails the run, and leaves the file
+// as it was, unless minor errors are ignored, which lets an unreadable or slightly damaged file go,
+// not a missing one.
 TEST(ETProcess, ErrorsCarryTheirPathsAndMinorOnesPassWhenIgnored) {
     TemporaryFolder folder;
     const auto good = makeJPEG(folder / "good.jpg");
@@ -340,6 +293,7 @@ TEST(ETProcess, ErrorsCarryTheirPathsAndMinorOnesPassWhenIgnored) {
 
     const auto strict = makeJPEGWithMinorExifDefect(folder / "strict - copy.jpg");
     const auto tolerated = makeJPEGWithMinorExifDefect(folder / "tolerated.jpg");
+    const std::string strictBytes = fileBytes(strict);
     try {
         ETProcess::run(writeInput({strict}, {"-EXIF:Copyright=C"})).throwIfErrors();
         FAIL() << "no error";
@@ -350,7 +304,7 @@ TEST(ETProcess, ErrorsCarryTheirPathsAndMinorOnesPassWhenIgnored) {
                     ::testing::ElementsAre(strict.string() + ": Incorrect EXIF segment identifier"));
         EXPECT_TRUE(e.fileErrors().at(0).minor);
     }
-    EXPECT_EQ(exifToolValue(strict, "EXIF:Copyright"), "");
+    EXPECT_EQ(fileBytes(strict), strictBytes);
     const auto passed = ETProcess::run(writeInput({tolerated}, {"-EXIF:Copyright=C"}, true));
     EXPECT_NO_THROW(passed.throwIfErrors());
     EXPECT_THAT(described(passed.warnings()),

@@ -11,6 +11,7 @@
 #include "support/SampleFiles.hpp"
 #include "support/TemporaryFolder.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/xattr.h>
@@ -96,12 +97,10 @@ TEST(ETEmbeddedImageWriterTest, ThumbnailIsReplacedReadBackAndRemovedInPlace) {
 
     writer.image.reset();
     writer.write();
-    try {
-        reader.read();
-        ADD_FAILURE() << "the thumbnail is still there";
-    } catch (const ETEmbeddedImageReader::ReadException& e) {
-        EXPECT_EQ(e.error(), ETEmbeddedImageReader::ReadError::emptyOutput);
-    }
+    EXPECT_THAT([&] { reader.read(); }, testing::Throws<ETEmbeddedImageReader::ReadException>(
+                                            testing::Property(&ETEmbeddedImageReader::ReadException::error,
+                                                              ETEmbeddedImageReader::ReadError::emptyOutput)))
+        << "the thumbnail is still there";
     EXPECT_FALSE(fs::exists(fs::path(photo.string() + "_original")));
     EXPECT_THROW(ETEmbeddedImageWriter{}.write(), ETEmbeddedImageWriter::WriteException);
 }

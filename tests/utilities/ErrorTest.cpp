@@ -56,9 +56,6 @@ TEST(ErrorTest, FailuresOfFilesParsersAndWritersAreTheLibrarysErrorAndNameTheFil
         std::ofstream(folder / name, std::ios::binary) << text;
         return (folder / name).string();
     };
-    auto startsWith = [](const std::string& text, const std::string& start) {
-        return text.rfind(start, 0) == 0 ? testing::AssertionSuccess() : testing::AssertionFailure() << text;
-    };
 
     EXPECT_THAT([&] { CSVReader<NamedCSVView>::fromFile(missing); },
                 testing::Throws<FileError>(testing::AllOf(
@@ -67,14 +64,16 @@ TEST(ErrorTest, FailuresOfFilesParsersAndWritersAreTheLibrarysErrorAndNameTheFil
                                       testing::StrEq(missing.string() +
                                                      ": Cannot read the file: No such file or directory")))));
     const std::string latin1 = write("latin1.csv", "Artist\nZo\xEB\n");
-    EXPECT_TRUE(startsWith(errorText([&] { CSVReader<NamedCSVView>::fromFile(latin1); }), latin1 + ": "));
-    EXPECT_TRUE(startsWith(errorText([&] { FinderResources().read(missing); }), missing.string() + ": "));
+    EXPECT_THAT(errorText([&] { CSVReader<NamedCSVView>::fromFile(latin1); }),
+                testing::StartsWith(latin1 + ": "));
+    EXPECT_THAT(errorText([&] { FinderResources().read(missing); }),
+                testing::StartsWith(missing.string() + ": "));
 
     const std::string presets = write("presets.json", R"({"groups": [{"name": "no presets"}]})");
-    EXPECT_TRUE(
-        startsWith(errorText([&] { PresetFile::fromJSONURL(presets); }), presets + ": not a preset library"));
+    EXPECT_THAT(errorText([&] { PresetFile::fromJSONURL(presets); }),
+                testing::StartsWith(presets + ": not a preset library"));
     const std::string set = write("set.json", R"({"entries": 3})");
-    EXPECT_TRUE(startsWith(errorText([&] { TagSetFile::fromJSONURL(set); }), set + ": "));
+    EXPECT_THAT(errorText([&] { TagSetFile::fromJSONURL(set); }), testing::StartsWith(set + ": "));
     EXPECT_EQ(errorText([&] { SidecarReader::readSidecar(folder / "notes.txt"); }),
               (folder / "notes.txt").string() + ": Not a sidecar file");
 

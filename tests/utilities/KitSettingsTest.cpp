@@ -3,14 +3,13 @@
 #include "corvane/exiftool_wrapper/ETLanguage.hpp"
 #include "corvane/helpers/NotificationCenter.hpp"
 
+#include "support/SampleFiles.hpp"
 #include "support/ScratchDefaults.hpp"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <set>
+#include <sstream>
 
 using namespace corvane;
 
@@ -22,13 +21,12 @@ protected:
     test::ScratchDefaults scratch;
 };
 
-// The engines as a set; by default every engine, every media type, the library's own XMP toolkit name.
+// The engines as a set; by default every engine and the library's own XMP toolkit name (the default
+// media types are what the folder writers' test relies on).
 TEST_F(KitSettingsTest, EngineSetsAndDefaults) {
     constexpr auto et = EngineOption::exifTool(), ci = EngineOption::coreImage(),
                    av = EngineOption::avFoundation();
     static_assert(EngineOption({et, ci, av}) == EngineOption::all());
-    EXPECT_EQ((et | ci).rawValue(), 3);
-    EXPECT_EQ(EngineOption::all().rawValue(), 7);
     EXPECT_EQ(((et | ci) & (ci | av)), ci);
     EXPECT_EQ(((et | ci) ^ (ci | av)), EngineOption::all() - ci);
     EXPECT_TRUE(et.isSubset(et | ci) && EngineOption::all().isSuperset(av) && !ci.contains(et));
@@ -39,7 +37,6 @@ TEST_F(KitSettingsTest, EngineSetsAndDefaults) {
 
     auto& settings = KitSettings::shared();
     EXPECT_EQ(settings.engineOption(), EngineOption::all());
-    EXPECT_EQ(settings.supportedFileTypes(), MediaType::types(MediaKind::allCases()));
     EXPECT_NE(settings.undoManager(), nullptr);
     EXPECT_TRUE(settings.extraArguments().empty());
     EXPECT_EQ(settings.xmpToolkit(), std::string("Corvane ") + CORVANE_VERSION);
@@ -70,15 +67,10 @@ TEST_F(KitSettingsTest, UserLanguageFallsBackToLocalAndNotifiesAroundTheChange) 
 }
 
 TEST(ETLanguageTest, MatchesTheLanguagesOfExifTool) {
-    std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen("/usr/bin/exiftool -lang 2>/dev/null", "r"), pclose);
-    if (!pipe) GTEST_SKIP() << "exiftool not available";
     std::set<std::string> codes;
-    std::array<char, 256> line{};
-    while (fgets(line.data(), line.size(), pipe.get())) {
-        std::string s(line.data());
-        if (s.rfind("  ", 0) == 0) codes.insert(s.substr(2, s.find(" - ") - 2));
-    }
-    if (codes.empty()) GTEST_SKIP() << "exiftool printed no languages";
+    std::istringstream lines(test::runExifTool({"-lang"}).standardOutput);
+    for (std::string line; std::getline(lines, line);)
+        if (line.rfind("  ", 0) == 0) codes.insert(line.substr(2, line.find(" - ") - 2));
     std::set<std::string> ours;
     for (auto l : ETLanguage::allCases())
         if (!l.etName().empty()) ours.insert(std::string(l.etName()));

@@ -19,7 +19,6 @@ namespace {
 TEST(LocalizationTest, EnglishTablesAreCompiledInWithPluralsAndUnknownKeysFallBackToTheKey) {
     EXPECT_EQ(TL(LocalizerString::tagComparisonTagsTitle()), "Tags");
     EXPECT_EQ(KitToolbox::localize("MediaKindSidecar"), "Sidecar");
-    EXPECT_EQ(KitToolbox::localize("Date and Time", "Sections"), "Date and Time");
     EXPECT_EQ(KitToolbox::localize("Country3166a3:ALA", "Country3166a3"), "Åland Islands");
     EXPECT_EQ(StringTables::english().at("Country3166a3").size(), 249u);
     EXPECT_EQ(TL("NoSuchKey"), "NoSuchKey");
@@ -53,7 +52,6 @@ TEST(LocalizationDeathTest, ProgrammingFaultsStopTheProcess) {
     EXPECT_DEATH(TextLocalizer("X").arguments(five).localized(),
                  "TextLocalizer requires less than 4 arguments.");
     EXPECT_EQ(TextLocalizer("AbstractTaskNoErrors").argument(2).localized(), "2 errors");
-    EXPECT_EQ(TextLocalizer("Lens").table("Sections").localized(), "Lens");
 }
 
 // Compiles a resource-bundle source with genrb; false when genrb is missing.
