@@ -1,12 +1,14 @@
 // Corvane's persistent ExifTool processes against ExifTool started by hand, on the same files.
 //
-//   exiftool_pool_bench [CORPUS_FOLDER] [ROUNDS] [COUNTS]
+//   exiftool_pool_bench [CORPUS_FOLDER] [ROUNDS] [COUNTS] [SINGLE_ROUNDS]
 //
 // Copies the corpus's clean JPEGs (those that ExifTool reads without an error or a warning and
 // writes back strictly; CORPUS_FOLDER defaults to $CORVANE_CORPUS) to N files, for each N of COUNTS
-// (default 1,300,1000), then times both sides of each comparison ROUNDS times (default 3), the
-// sides alternating which goes first, and prints the median of each and their ratio (below 1:
-// Corvane is faster):
+// (default 1,300,1000), then times both sides of each comparison ROUNDS times (default 3) for a
+// batch and SINGLE_ROUNDS times (default three times ROUNDS) for a single file, whose tenths of a
+// second vary more from run to run. The sides alternate which goes first. It prints the median of
+// each side with its fastest and slowest round, and the ratio of the medians (below 1: Corvane is
+// faster) with the lowest and highest ratio of one round's pair:
 //   read     `corvane read --json FILES`  /  `exiftool -j -g0:1 -n -s -e -m FILES`
 //   save     `corvane set EXIF:Artist=V -- FILES`  /  `exiftool` with the writer's arguments
 //            (-G -s -n -f -XMP:XMPToolkit=... -json=FILE -overwrite_original_in_place FILES)
@@ -52,10 +54,12 @@ using Clock = std::chrono::steady_clock;
 using bench::median;
 using bench::timed;
 
-// Times both sides `rounds` times, alternating which goes first, and prints the medians.
+// Times both sides `rounds` times, alternating which goes first, and prints the medians with
+// the spread of the rounds: each side's fastest and slowest, and the ratio's lowest and highest
+// over the rounds' pairs.
 void compare(const char* label, std::size_t files, int rounds, const std::function<void(int)>& corvane,
              const std::function<void(int)>& exiftool) {
-    std::vector<double> ours, theirs;
+    std::vector<double> ours, theirs, ratios;
     for (int round = 0; round < rounds; ++round) {
         if (round % 2) {
             ours.push_back(timed([&] { corvane(round); }));
@@ -64,9 +68,16 @@ void compare(const char* label, std::size_t files, int rounds, const std::functi
             theirs.push_back(timed([&] { exiftool(round); }));
             ours.push_back(timed([&] { corvane(round); }));
         }
+        ratios.push_back(ours.back() / theirs.back());
     }
     const double a = median(ours), b = median(theirs);
-    std::printf("%-34s N=%-5zu corvane %8.4f s   exiftool %8.4f s   ratio %.3f\n", label, files, a, b, a / b);
+    const auto [ourMin, ourMax] = std::minmax_element(ours.begin(), ours.end());
+    const auto [theirMin, theirMax] = std::minmax_element(theirs.begin(), theirs.end());
+    const auto [ratioMin, ratioMax] = std::minmax_element(ratios.begin(), ratios.end());
+    std::printf("%-34s N=%-5zu rounds %-2d corvane %8.4f s [%.4f-%.4f]   exiftool %8.4f s [%.4f-%.4f]   "
+                "ratio %.3f [%.3f-%.3f]\n",
+                label, files, rounds, a, *ourMin, *ourMax, b, *theirMin, *theirMax, a / b, *ratioMin,
+                *ratioMax);
     std::fflush(stdout);
 }
 
@@ -245,6 +256,8 @@ int main(int argc, char** argv) {
         for (std::string n; std::getline(in, n, ',');)
             counts.push_back(std::stoul(n));
     }
+    const int singleRounds = argc > 4 ? std::max(1, std::stoi(argv[4])) : 3 * rounds;
+    const auto roundsFor = [&](std::size_t count) { return count == 1 ? singleRounds : rounds; };
     if (corpus.empty() || !fs::exists(corpus / "INDEX.tsv")) {
         std::printf("exiftool_pool_bench: skipped, no corpus (give its folder or set CORVANE_CORPUS)\n");
         return 0;
@@ -253,8 +266,10 @@ int main(int argc, char** argv) {
     fs::create_directories(folder);
     try {
         const auto originals = writableJPEGs(cleanJPEGs(corpus), folder);
-        std::printf("%zu clean, writable JPEGs; %d rounds, medians; pool of %zu processes\n",
-                    originals.size(), rounds, KitSettings::shared().exifToolProcessCount());
+        std::printf(
+            "%zu clean, writable JPEGs; %d rounds a batch, %d for one file, medians [fastest-slowest]; "
+            "pool of %zu processes\n",
+            originals.size(), rounds, singleRounds, KitSettings::shared().exifToolProcessCount());
         // How long each part took, so that a run of other counts or rounds can be planned.
         auto reportDuration = [](const std::string& part, Clock::time_point start) {
             std::printf("  (%s took %.0f s)\n", part.c_str(),
@@ -263,11 +278,11 @@ int main(int argc, char** argv) {
         };
         for (auto count : counts) {
             const auto start = Clock::now();
-            benchmarkBatch(originals, count, rounds, folder);
+            benchmarkBatch(originals, count, roundsFor(count), folder);
             reportDuration("N=" + std::to_string(count), start);
         }
         const auto start = Clock::now();
-        benchmarkOneTag(originals.front(), rounds, folder);
+        benchmarkOneTag(originals.front(), singleRounds, folder);
         reportDuration("one tag", start);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "exiftool_pool_bench: %s\n", e.what());

@@ -1,6 +1,7 @@
 #include "TagSelection.hpp"
 
 #include "corvane/tag_value/TagName.hpp"
+#include "corvane/tag_value/TagStream.hpp"
 
 #include <algorithm>
 #include <array>
@@ -39,14 +40,15 @@ const std::unordered_map<std::string, std::vector<const TagItem*>>& itemsByKey()
     return index;
 }
 
-bool knownFamily(const std::string& family) {
-    static const auto families = [] {
-        std::set<std::string> set;
-        for (const TagItem* item : TagItem::allCases())
-            set.insert(lowercase(item->stream().rawValue()));
-        return set;
-    }();
-    return families.contains(family);
+// The catalogue's families named `family` (lower case), in name order, each with at least one tag.
+// Only those families' tags are loaded: a full name costs the parse of one family, not of the
+// whole catalogue.
+std::vector<const TagStream*> familiesNamed(const std::string& family) {
+    std::vector<const TagStream*> found;
+    for (const TagStream& stream : TagStream::allCases())
+        if (lowercase(stream.rawValue()) == family && !stream.items().empty()) found.push_back(&stream);
+    std::sort(found.begin(), found.end(), [](auto* a, auto* b) { return a->rawValue() < b->rawValue(); });
+    return found;
 }
 
 } // namespace
@@ -55,6 +57,7 @@ std::optional<TagSelector> TagSelector::resolve(const std::string& text, bool wr
                                                 std::string& error) {
     TagSelector selector;
     selector.text_ = text;
+    std::vector<const TagStream*> families;
     const auto colon = text.find(':');
     if (colon == std::string::npos) {
         selector.bare_ = text != "*";
@@ -66,19 +69,26 @@ std::optional<TagSelector> TagSelector::resolve(const std::string& text, bool wr
         if (selector.family_ == "*") selector.family_.clear();
         if (selector.key_ == "*") selector.key_.clear();
         if (selector.family_.empty() && selector.key_.empty()) return selector;
-        if (!selector.family_.empty() && !knownFamily(selector.family_)) {
-            error = "unknown tag family \"" + text.substr(0, colon) + "\" in \"" + text + "\"";
-            return std::nullopt;
+        if (!selector.family_.empty()) {
+            families = familiesNamed(selector.family_);
+            if (families.empty()) {
+                error = "unknown tag family \"" + text.substr(0, colon) + "\" in \"" + text + "\"";
+                return std::nullopt;
+            }
         }
         if (selector.key_.empty()) return selector;
     }
-    const auto found = itemsByKey().find(selector.key_);
     std::vector<const TagItem*> candidates;
-    if (found != itemsByKey().end())
+    bool knownKey = false;
+    if (!selector.family_.empty()) {
+        for (const TagStream* family : families)
+            for (const TagItem* item : family->items())
+                if (lowercase(item->key().rawValue()) == selector.key_) candidates.push_back(item);
+    } else if (const auto found = itemsByKey().find(selector.key_); found != itemsByKey().end()) {
+        knownKey = true;
         for (const TagItem* item : found->second)
-            if ((!writableOnly || !selector.bare_ || item->isWritable()) &&
-                (selector.family_.empty() || lowercase(item->stream().rawValue()) == selector.family_))
-                candidates.push_back(item);
+            if (!writableOnly || !selector.bare_ || item->isWritable()) candidates.push_back(item);
+    }
     if (!selector.bare_) {
         // A full name the catalogue doesn't have may still be a tag a file holds: a language of a
         // text ("XMP:Title-de-CH") is a tag of its own, known through its name.
@@ -94,7 +104,7 @@ std::optional<TagSelector> TagSelector::resolve(const std::string& text, bool wr
         return selector;
     }
     if (candidates.empty()) {
-        error = found == itemsByKey().end()
+        error = !knownKey
                     ? "unknown tag \"" + text + "\" (tags are named Family:Key or Key, see `corvane tags`)"
                     : "tag \"" + text + "\" is not editable";
         return std::nullopt;

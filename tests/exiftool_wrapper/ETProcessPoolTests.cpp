@@ -15,6 +15,9 @@
 #include <unistd.h>
 
 #include "corvane/exiftool_wrapper/ETCoordinateReader.hpp"
+#include "corvane/exiftool_wrapper/ETEmbeddedImageReader.hpp"
+#include "corvane/exiftool_wrapper/ETEmbeddedImageWriter.hpp"
+#include "corvane/exiftool_wrapper/ETMetadataCleaner.hpp"
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
@@ -56,6 +59,16 @@ ETInput stallingInput(const std::filesystem::path& file, int seconds) {
 
 nlohmann::json records(const ETOutput& output) {
     return nlohmann::json::parse(output.data());
+}
+
+// One tag of one file, through the library's fetch task.
+FetchTagValuesTask::Values fetchedValues(const std::filesystem::path& file, const std::string& tag) {
+    FetchTagValuesTask::Values values;
+    FetchTagValuesTask::create({{TagStorageSource(file)},
+                                *TagName::fromRawValue(tag),
+                                [&](const auto& fetched) { values = fetched; }})
+        ->perform();
+    return values;
 }
 
 bool processEnded(pid_t pid) {
@@ -452,19 +465,33 @@ TEST(ETProcessPool, TheLibrarysPoolFollowsTheSettingsAndItsReadersAndWritersShar
     settings.setExifToolProcessCount(saved);
 }
 
+// ExifTool behind a script that counts its starts, for as long as it lives.
+class CountedExifTool {
+public:
+    explicit CountedExifTool(const std::filesystem::path& folder)
+        : starts_(folder / "starts.txt"), saved_(ETProcess::executableURL()) {
+        const auto script = folder / "counting-exiftool";
+        std::ofstream(script) << "#!/bin/sh\necho >> '" << starts_.string() << "'\nexec '" << saved_.string()
+                              << "' \"$@\"\n";
+        std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+        ETProcess::setExecutableURL(script);
+    }
+    ~CountedExifTool() { ETProcess::setExecutableURL(saved_); }
+    long starts() const {
+        std::ifstream counted(starts_);
+        return std::count(std::istreambuf_iterator<char>(counted), {}, '\n');
+    }
+
+private:
+    std::filesystem::path starts_, saved_;
+};
+
 TEST(ETProcessPool, PositionsAndTagsFetchedOneAtATimeStartExifToolOnce) {
     TemporaryFolder folder;
     const auto file = makeJPEG(folder / "a.jpg");
     tagWithExifTool(file, {"-GPSLatitude=12.5", "-GPSLatitudeRef=S", "-GPSLongitude=3.25",
                            "-GPSLongitudeRef=E", "-overwrite_original"});
-    // ExifTool behind a script that counts its starts.
-    const auto starts = folder / "starts.txt";
-    const auto script = folder / "counting-exiftool";
-    std::ofstream(script) << "#!/bin/sh\necho >> '" << starts.string() << "'\nexec '"
-                          << ETProcess::executableURL().string() << "' \"$@\"\n";
-    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
-    const auto savedExecutable = ETProcess::executableURL();
-    ETProcess::setExecutableURL(script);
+    CountedExifTool exiftool(folder.path());
     for (int i = 0; i < 3; ++i) {
         ETCoordinateReader reader;
         reader.storageSources = {TagStorageSource(file)};
@@ -473,17 +500,43 @@ TEST(ETProcessPool, PositionsAndTagsFetchedOneAtATimeStartExifToolOnce) {
         ASSERT_TRUE(positions[0]);
         EXPECT_DOUBLE_EQ(positions[0]->latitude().value(), -12.5);
         // The library's one-tag fetch runs on the same processes.
-        FetchTagValuesTask::Values values;
-        FetchTagValuesTask::create({{TagStorageSource(file)},
-                                    *TagName::fromRawValue("EXIF:GPSLatitudeRef"),
-                                    [&](const auto& fetched) { values = fetched; }})
-            ->perform();
-        EXPECT_EQ(values, (FetchTagValuesTask::Values{{file, "South"}}));
+        EXPECT_EQ(fetchedValues(file, "EXIF:GPSLatitudeRef"), (FetchTagValuesTask::Values{{file, "South"}}));
     }
-    ETProcess::setExecutableURL(savedExecutable);
-    std::ifstream counted(starts);
-    const auto lines = std::count(std::istreambuf_iterator<char>(counted), {}, '\n');
-    EXPECT_EQ(lines, 1) << "one pooled ExifTool for the six reads";
+    EXPECT_EQ(exiftool.starts(), 1) << "one pooled ExifTool for the six reads";
+}
+
+// Thumbnails written and read, and a clean, run one after the other on the library's processes:
+// one ExifTool start, and no option of one run (writing in place, clearing every tag) reaching the
+// next.
+TEST(ETProcessPool, ThumbnailsAndCleansShareOneProcessAndKeepTheirOwnOptions) {
+    TemporaryFolder folder;
+    const auto a = makeJPEG(folder / "a.jpg");
+    const auto b = makeJPEG(folder / "b.jpg");
+    tagWithExifTool(b, {"-EXIF:Artist=B", "-overwrite_original"});
+    const auto thumbnail = Image::fromFile(makePNG(folder / "thumb.png"));
+    CountedExifTool exiftool(folder.path());
+
+    ETEmbeddedImageWriter inPlace;
+    inPlace.image = thumbnail;
+    inPlace.storageSources = {TagStorageSource(a)};
+    inPlace.write();
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.jpg_original"));
+    ETEmbeddedImageReader reader;
+    reader.imageSource = ETEmbeddedImageReader::ImageSource::thumbnail;
+    reader.storageSource = TagStorageSource(a);
+    EXPECT_EQ(reader.read().width(), 1);
+    ETMetadataCleaner cleaner;
+    cleaner.storageSources = {TagStorageSource(a)};
+    cleaner.clean();
+    EXPECT_THROW(reader.read(), ETEmbeddedImageReader::ReadException);
+
+    ETEmbeddedImageWriter keepingOriginal = inPlace;
+    keepingOriginal.overwriteInPlace = false;
+    keepingOriginal.storageSources = {TagStorageSource(b)};
+    keepingOriginal.write();
+    EXPECT_TRUE(std::filesystem::exists(folder / "b.jpg_original"));
+    EXPECT_EQ(fetchedValues(b, "EXIF:Artist"), (FetchTagValuesTask::Values{{b, "B"}}));
+    EXPECT_EQ(exiftool.starts(), 1) << "one pooled ExifTool for the six runs";
 }
 
 // Run under ThreadSanitizer by the lead.

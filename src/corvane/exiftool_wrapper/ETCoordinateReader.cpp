@@ -81,9 +81,7 @@ std::vector<std::optional<Coordinate>> ETCoordinateReader::read() const {
         });
     // On the library's running ExifTool processes, unless the application switched them off: a
     // host that asks for one file's position at a time then pays no ExifTool start for each.
-    ETProcess process;
-    process.setPool(ETProcessPool::shared());
-    const auto output = process.execute(input);
+    const auto output = ETProcess::runOnSharedPool(input);
     try {
         output.throwIfErrors();
     } catch (const ETOutputException& e) {

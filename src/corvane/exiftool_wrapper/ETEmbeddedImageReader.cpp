@@ -69,7 +69,7 @@ Image ETEmbeddedImageReader::read() const {
                            maker.url = source.url();
                            maker.soloRun = true;
                        });
-    const auto output = ETProcess::run(input);
+    const auto output = ETProcess::runOnSharedPool(input);
     output.throwIfErrors();
     std::string data = output.data();
     const auto end = data.rfind(imageEnd);

@@ -63,7 +63,7 @@ void ETEmbeddedImageWriter::write() const {
         maker.soloRun = true;
     });
     input.onProgressHandler = onProgressHandler;
-    ETProcess::run(input).throwIfErrors();
+    ETProcess::runOnSharedPool(input).throwIfErrors();
 }
 
 } // namespace corvane

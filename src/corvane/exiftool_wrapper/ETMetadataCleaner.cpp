@@ -26,7 +26,7 @@ void ETMetadataCleaner::clean() const {
                            maker.url = source.url();
                            maker.soloRun = true;
                        });
-    ETProcess::run(input).throwIfErrors();
+    ETProcess::runOnSharedPool(input).throwIfErrors();
 }
 
 } // namespace corvane

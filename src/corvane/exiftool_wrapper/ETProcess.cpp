@@ -142,6 +142,12 @@ ETOutput ETProcess::run(const ETInput& input) {
     return process.execute(input);
 }
 
+ETOutput ETProcess::runOnSharedPool(const ETInput& input) {
+    ETProcess process;
+    process.setPool(ETProcessPool::shared());
+    return process.execute(input);
+}
+
 void ETProcess::setPool(std::shared_ptr<ETProcessPool> pool) {
     std::lock_guard lock(stateMutex_);
     pool_ = std::move(pool);

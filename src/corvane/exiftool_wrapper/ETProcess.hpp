@@ -77,6 +77,10 @@ public:
 
     /// One-shot form: a new process, one run, its output.
     static ETOutput run(const ETInput& input);
+    /// The same on the library's shared pool (`ETProcessPool::shared()`), or on a new process when
+    /// the application switched the pool off: a host that cleans, geotags or exports file after file
+    /// pays one ExifTool start, not one per run.
+    static ETOutput runOnSharedPool(const ETInput& input);
 
     /// The ExifTool program: "exiftool" looked up in PATH unless set.
     ///@{

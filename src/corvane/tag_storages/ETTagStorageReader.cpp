@@ -545,12 +545,17 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
     };
     input.onEndHandler = [](ETProcess& process) { process.debugProcessOutputIfEnabled(); };
 
-    // Decoding the output needs the tag catalogue: the first read of the program loads it beside
-    // the ExifTool run, on another processor, instead of after it.
+    // Decoding the output needs the tag catalogue: the first read of the program indexes it, and
+    // parses the two families every file shows, beside the ExifTool run, on another processor,
+    // instead of after it. The other families are parsed as the output names them.
     std::future<void> catalogue;
     static std::once_flag catalogueLoading;
-    std::call_once(catalogueLoading,
-                   [&] { catalogue = std::async(std::launch::async, [] { (void)TagCatalogue::shared(); }); });
+    std::call_once(catalogueLoading, [&] {
+        catalogue = std::async(std::launch::async, [] {
+            for (const TagStream* stream : {&TagStream::streamFile, &TagStream::streamEXIF})
+                (void)stream->items();
+        });
+    });
     const ETOutput output = process_.execute(input);
     if (catalogue.valid()) catalogue.get();
     output.throwIfErrors();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <string>
+#include <vector>
 
 // The catalogue text is linked in as it stands: no code generation step, and
 // CMake rebuilds this file whenever data/catalogue.tsv changes (OBJECT_DEPENDS).
@@ -60,6 +61,29 @@ int parseInt(std::string_view text, int fallback) {
     return ec == std::errc() && ptr == text.data() + text.size() ? value : fallback;
 }
 
+// One row: family, key, type, count, flags, display name, then choice value/title pairs. Rows of
+// fewer fields are skipped.
+void appendRow(std::string_view line, std::vector<std::string_view>& fields, std::vector<TagItem>& items) {
+    fields.clear();
+    forEachPiece(line, '\t', [&](std::string_view f) { fields.push_back(f); });
+    if (fields.size() < 6) return;
+    std::vector<TagItem::Choice> choices;
+    if (fields.size() > 6) {
+        choices.reserve((fields.size() - 6) / 2);
+        for (size_t i = 6; i + 1 < fields.size(); i += 2)
+            choices.push_back({unescape(fields[i]), unescape(fields[i + 1])});
+    }
+    std::string_view flags = fields[4];
+    items.emplace_back(TagName(TagStream(unescape(fields[0])), TagKey(unescape(fields[1]))),
+                       TagType::fromRawValue(fields[2]).value_or(TagType::unknown), parseInt(fields[3], -1),
+                       flags.find('w') != std::string_view::npos, flags.find('l') != std::string_view::npos,
+                       unescape(fields[5]), std::move(choices), flags.find('o') != std::string_view::npos);
+}
+
+bool isRow(std::string_view line) {
+    return !line.empty() && line.front() != '#' && line.front() != '@';
+}
+
 } // namespace
 
 std::string_view TagCatalogue::data() {
@@ -75,37 +99,38 @@ const TagCatalogue& TagCatalogue::shared() {
 }
 
 TagCatalogue::TagCatalogue() {
-    parse(data());
+    index(data());
 }
 
-void TagCatalogue::parse(std::string_view text) {
-    size_t rowCount = static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
-    items_.reserve(rowCount); // no reallocation: the maps below point into items_
-
-    std::vector<std::string_view> fields;
+void TagCatalogue::index(std::string_view text) {
+    // Each family's rows are found as runs of lines (one run in a catalogue sorted by name); a
+    // comment line inside a run stays in it and is skipped when the run is parsed.
+    struct Run {
+        std::string family;
+        std::string_view rows;
+    };
+    std::vector<Run> runs;
+    const char* runStart = nullptr;
+    std::string_view runFamily;
     forEachPiece(text, '\n', [&](std::string_view line) {
         if (line.empty() || line.front() == '#') return;
-        fields.clear();
-        forEachPiece(line, '\t', [&](std::string_view f) { fields.push_back(f); });
-        if (fields.front() == "@families" || fields.front() == "@makers") {
+        if (line.front() == '@') {
+            std::vector<std::string_view> fields;
+            forEachPiece(line, '\t', [&](std::string_view f) { fields.push_back(f); });
+            if (fields.front() != "@families" && fields.front() != "@makers") return;
             auto& list = fields.front() == "@families" ? streams_ : makerStreams_;
             for (size_t i = 1; i < fields.size(); ++i)
                 list.emplace_back(std::string(fields[i]));
             return;
         }
-        if (fields.size() < 6) return;
-        std::vector<TagItem::Choice> choices;
-        if (fields.size() > 6) {
-            choices.reserve((fields.size() - 6) / 2);
-            for (size_t i = 6; i + 1 < fields.size(); i += 2)
-                choices.push_back({unescape(fields[i]), unescape(fields[i + 1])});
+        const std::string_view family = line.substr(0, line.find('\t'));
+        if (runStart && family == runFamily) {
+            runs.back().rows = std::string_view(runStart, static_cast<size_t>(line.end() - runStart));
+            return;
         }
-        std::string_view flags = fields[4];
-        items_.emplace_back(TagName(TagStream(unescape(fields[0])), TagKey(unescape(fields[1]))),
-                            TagType::fromRawValue(fields[2]).value_or(TagType::unknown),
-                            parseInt(fields[3], -1), flags.find('w') != std::string_view::npos,
-                            flags.find('l') != std::string_view::npos, unescape(fields[5]),
-                            std::move(choices), flags.find('o') != std::string_view::npos);
+        runStart = line.data();
+        runFamily = family;
+        runs.push_back({unescape(family), line});
     });
 
     // Display order: File, EXIF, IPTC, XMP, then every other family in catalogue order.
@@ -125,21 +150,63 @@ void TagCatalogue::parse(std::string_view text) {
         if (it != families_.end()) it->second.isMaker = true;
     }
 
-    itemPointers_.reserve(items_.size());
-    for (const TagItem& item : items_)
-        itemPointers_.push_back(&item);
-    auto byName = [](const TagItem* a, const TagItem* b) { return a->name() < b->name(); };
-    if (!std::is_sorted(itemPointers_.begin(), itemPointers_.end(), byName))
-        std::sort(itemPointers_.begin(), itemPointers_.end(), byName);
-
-    // Items are filed under their family; an item of a family outside the
-    // family list would be skipped (the generator never writes one).
-    for (const TagItem* item : itemPointers_) {
-        auto it = families_.find(item->stream().rawValue());
-        if (it == families_.end()) continue;
-        it->second.itemsByKey.emplace(item->key().rawValue(), item);
-        it->second.items.push_back(item);
+    // Rows of a family outside the family list are listed among all items but filed under no
+    // family (the generator never writes one).
+    for (Run& run : runs) {
+        auto it = families_.find(run.family);
+        Family& f = it == families_.end() ? unlisted_ : it->second;
+        if (f.rows_.empty()) textOrder_.push_back(&f);
+        f.rows_.push_back(run.rows);
     }
+}
+
+void TagCatalogue::Family::load() const {
+    std::call_once(loaded_, [this] {
+        size_t rowCount = 0;
+        for (std::string_view run : rows_)
+            rowCount += static_cast<size_t>(std::count(run.begin(), run.end(), '\n')) + 1;
+        storage_.reserve(rowCount); // no reallocation: the lists below point into storage_
+        std::vector<std::string_view> fields;
+        for (std::string_view run : rows_)
+            forEachPiece(run, '\n', [&](std::string_view line) {
+                if (isRow(line)) appendRow(line, fields, storage_);
+            });
+
+        items_.reserve(storage_.size());
+        for (const TagItem& item : storage_)
+            items_.push_back(&item);
+        auto byName = [](const TagItem* a, const TagItem* b) { return a->name() < b->name(); };
+        if (!std::is_sorted(items_.begin(), items_.end(), byName))
+            std::sort(items_.begin(), items_.end(), byName);
+        itemsByKey_.reserve(items_.size());
+        for (const TagItem* item : items_)
+            itemsByKey_.emplace(item->key().rawValue(), item);
+    });
+}
+
+const TagItem* TagCatalogue::Family::find(std::string_view key) const {
+    load();
+    auto it = itemsByKey_.find(key);
+    return it == itemsByKey_.end() ? nullptr : it->second;
+}
+
+const std::vector<const TagItem*>& TagCatalogue::Family::items() const {
+    load();
+    return items_;
+}
+
+const std::vector<const TagItem*>& TagCatalogue::items() const {
+    std::call_once(allLoaded_, [this] {
+        for (const Family* f : textOrder_) {
+            f->load();
+            for (const TagItem& item : f->storage_)
+                itemPointers_.push_back(&item);
+        }
+        auto byName = [](const TagItem* a, const TagItem* b) { return a->name() < b->name(); };
+        if (!std::is_sorted(itemPointers_.begin(), itemPointers_.end(), byName))
+            std::sort(itemPointers_.begin(), itemPointers_.end(), byName);
+    });
+    return itemPointers_;
 }
 
 } // namespace corvane

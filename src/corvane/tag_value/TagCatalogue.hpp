@@ -3,6 +3,7 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagStream.hpp"
 
+#include <mutex>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -11,19 +12,36 @@
 namespace corvane {
 
 /// The tag catalogue as loaded from the data compiled into the library
-/// (data/catalogue.tsv, written by scripts/generate-catalogue). It is parsed
-/// once, on first use, and immutable afterwards, so every query below is a
-/// lock-free read from any thread. TagStream, TagName and TagItem answer their
-/// catalogue questions through it.
+/// (data/catalogue.tsv, written by scripts/generate-catalogue). Its first use
+/// only finds where each family's rows lie; a family's items are parsed on the
+/// first question about them, and every item only when the whole list is asked
+/// for. A program that reads a photo so parses the few families the photo holds,
+/// not twenty thousand items. Each part is loaded once and immutable afterwards,
+/// so every query below is safe from any thread. TagStream, TagName and TagItem
+/// answer their catalogue questions through it.
 class TagCatalogue {
 public:
     /// Everything the catalogue knows about one family.
-    struct Family {
-        const TagStream* stream = nullptr;                               ///< the family
-        int index = 0;                                                   ///< place in the display order
-        bool isMaker = false;                                            ///< the family holds maker notes
-        std::unordered_map<std::string_view, const TagItem*> itemsByKey; ///< the items, by key
-        std::vector<const TagItem*> items;                               ///< sorted by name
+    class Family {
+    public:
+        const TagStream* stream = nullptr; ///< the family
+        int index = 0;                     ///< place in the display order
+        bool isMaker = false;              ///< the family holds maker notes
+
+        /// An item by key; nullptr when absent.
+        const TagItem* find(std::string_view key) const;
+        /// The items, sorted by name.
+        const std::vector<const TagItem*>& items() const;
+
+    private:
+        friend class TagCatalogue;
+        void load() const;
+
+        std::vector<std::string_view> rows_; // runs of whole lines of the catalogue text
+        mutable std::once_flag loaded_;
+        mutable std::vector<TagItem> storage_;
+        mutable std::unordered_map<std::string_view, const TagItem*> itemsByKey_;
+        mutable std::vector<const TagItem*> items_;
     };
 
     /// The catalogue, loaded on first use; lives as long as the process.
@@ -33,7 +51,7 @@ public:
     ///@{
     const std::vector<TagStream>& streams() const { return streams_; }
     const std::vector<TagStream>& makerStreams() const { return makerStreams_; }
-    const std::vector<const TagItem*>& items() const { return itemPointers_; }
+    const std::vector<const TagItem*>& items() const;
     ///@}
 
     /// A family by name; nullptr for an unknown one.
@@ -44,9 +62,7 @@ public:
     /// An item by family and key; nullptr when absent.
     const TagItem* find(std::string_view stream, std::string_view key) const {
         const Family* f = family(stream);
-        if (!f) return nullptr;
-        auto it = f->itemsByKey.find(key);
-        return it == f->itemsByKey.end() ? nullptr : it->second;
+        return f ? f->find(key) : nullptr;
     }
 
     /// The raw catalogue text compiled into the library.
@@ -57,13 +73,15 @@ public:
 
 private:
     TagCatalogue();
-    void parse(std::string_view text);
+    void index(std::string_view text);
 
     std::vector<TagStream> streams_;
     std::vector<TagStream> makerStreams_;
-    std::vector<TagItem> items_;
-    std::vector<const TagItem*> itemPointers_;
     std::unordered_map<std::string_view, Family> families_;
+    Family unlisted_; // rows of a family missing from the family list (the generator writes none)
+    std::vector<const Family*> textOrder_; // the families in the order their rows first appear
+    mutable std::once_flag allLoaded_;
+    mutable std::vector<const TagItem*> itemPointers_;
 };
 
 } // namespace corvane

@@ -65,7 +65,7 @@ TagStream TagStream::makerFamilyFixed() const {
 const std::vector<const TagItem*>& TagStream::items() const {
     static const std::vector<const TagItem*> none;
     const TagCatalogue::Family* family = TagCatalogue::shared().family(rawValue_);
-    return family ? family->items : none;
+    return family ? family->items() : none;
 }
 
 } // namespace corvane

@@ -81,7 +81,7 @@ void CleanTagValuesTask::internProcess() {
 
     bool cleaned = false;
     failable([&] {
-        ETProcess::run(input).throwIfErrors();
+        ETProcess::runOnSharedPool(input).throwIfErrors();
         cleaned = true;
     });
     if (cleaned) {

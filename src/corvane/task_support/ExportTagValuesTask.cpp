@@ -201,7 +201,7 @@ void ExportTagValuesTask::exportICCProfiles(const MediaType& type) {
                     maker.url = source.url();
                     maker.soloRun = true;
                 });
-                const ETOutput output = ETProcess::run(input);
+                const ETOutput output = ETProcess::runOnSharedPool(input);
                 output.throwIfErrors();
                 std::string data = output.data();
                 if (const auto end = data.rfind(profileEnd); end != std::string::npos) data.erase(end);

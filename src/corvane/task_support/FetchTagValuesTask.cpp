@@ -102,9 +102,7 @@ void FetchTagValuesTask::internProcess() {
                        });
     // On the library's running ExifTool processes (unless the application switched them off): a
     // host that fetches one value at a time pays no ExifTool start for each.
-    ETProcess process;
-    process.setPool(ETProcessPool::shared());
-    const auto output = process.execute(input);
+    const auto output = ETProcess::runOnSharedPool(input);
     failable([&] { output.throwIfErrors(); });
     if (output.data().empty()) return;
     values = parseOutput(output.data(), settings_.sources);

@@ -105,7 +105,7 @@ void FolderExportGeotagTask::internProcess() {
     input.onProgressHandler = [weakTask, this](ETProcess& process) {
         if (auto task = weakTask.lock()) setProgress(process.progress());
     };
-    const auto output = ETProcess::run(input);
+    const auto output = ETProcess::runOnSharedPool(input);
     std::exception_ptr fileErrors;
     try {
         output.throwIfErrors();

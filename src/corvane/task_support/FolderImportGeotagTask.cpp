@@ -73,7 +73,7 @@ void FolderImportGeotagTask::internProcess() {
     input.onProgressHandler = [weakTask, this](ETProcess& process) {
         if (auto task = weakTask.lock()) setProgress(process.progress());
     };
-    failable([&] { ETProcess::run(input).throwIfErrors(); });
+    failable([&] { ETProcess::runOnSharedPool(input).throwIfErrors(); });
 }
 
 } // namespace corvane

@@ -149,7 +149,7 @@ void SyncSidecarFilesTask::internProcess() {
             if (auto task = weakTask.lock()) setProgress(process.progress());
         };
         input.onEndHandler = [](ETProcess& process) { process.debugProcessOutputIfEnabled(); };
-        failable([&] { ETProcess::run(input).throwIfErrors(); });
+        failable([&] { ETProcess::runOnSharedPool(input).throwIfErrors(); });
     }
     // Some files may have changed even when the run failed.
     reloadFileEditors(settings_.editors);

@@ -86,7 +86,7 @@ void SyncTagValuesTask::processFolderEditors(const std::vector<std::shared_ptr<T
     input.onProgressHandler = [weakTask, this](ETProcess& process) {
         if (auto task = weakTask.lock()) setProgress(process.progress());
     };
-    failable([&] { ETProcess::run(input).throwIfErrors(); });
+    failable([&] { ETProcess::runOnSharedPool(input).throwIfErrors(); });
 }
 
 } // namespace corvane
