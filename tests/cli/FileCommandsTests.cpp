@@ -169,9 +169,9 @@ TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
     EXPECT_EQ(readText(jpeg), before);
 }
 
-// A tag that can't be set, or a value it can't hold (non-finite numbers included), is refused with
-// exit code 2, naming the tag and why; nothing of the command is written, not even its good edits.
-// Values are read in the usual notations: a fraction for a real number, a choice by its value.
+// A tag that can't be set, or a value it can't hold, is refused with exit code 2, naming the tag
+// and why; nothing of the command is written, not even its good edits. Which values a tag holds,
+// and the text written for them, is the value checker's test.
 TEST_F(FileCommands, setChecksTagsAndValues) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     const std::string before = readText(jpeg);
@@ -180,17 +180,8 @@ TEST_F(FileCommands, setChecksTagsAndValues) {
         // A language of a tag that doesn't exist is an unknown tag.
         {"XMP:NoSuchTitle-de=x", "unknown tag"},
         {"EXIF:A100DataOffset=1", "not editable"},
-        {"EXIF:Orientation=sideways", "EXIF:Orientation"},
-        {"EXIF:DateTimeOriginal=2024:01:02 03:04:05+02:00", "time zone"}, // EXIF dates hold no zone
-        {"EXIF:DateTimeOriginal=2024:01:02", "date and time"},
         {"EXIF:Orientation=99", "one of"},
-        {"EXIF:GPSLatitude=123", "degrees"},
-        {"IPTC:ObjectName=" + std::string(300, 'x'), "64 bytes"},
-        {"EXIF:LensInfo=24 70 2.8", "4 values"},
-        {"EXIF:SubjectArea=10 x 20", "element"},
-        {"EXIF:ExposureTime=inf", "EXIF:ExposureTime"},
-        {"EXIF:ISO=1e999", "EXIF:ISO"},
-        {"EXIF:ISO=infinity", "EXIF:ISO"},
+        {"EXIF:ISO=infinity", "not a finite number"},
     };
     for (const auto& [assignment, why] : refused) {
         const auto err = cliExits(2, {"set", "EXIF:Artist=x", assignment, jpeg.string()}).err;
@@ -199,11 +190,8 @@ TEST_F(FileCommands, setChecksTagsAndValues) {
     }
     EXPECT_EQ(readText(jpeg), before);
 
-    cliOK({"set", "EXIF:ExposureTime=1/500", "EXIF:Orientation=6", "EXIF:SubjectArea=10 20 30 40",
-           "XMP:DateCreated=2024:01:02 03:04:05.25+02:00", jpeg.string()});
+    cliOK({"set", "EXIF:ExposureTime=1/500", "XMP:DateCreated=2024:01:02 03:04:05.25+02:00", jpeg.string()});
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:ExposureTime", true), "0.002");
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Orientation", true), "6");
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:SubjectArea", true), "10 20 30 40");
     EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2024:01:02 03:04:05.25+02:00");
 }
 
