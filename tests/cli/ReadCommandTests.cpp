@@ -74,7 +74,6 @@ TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     EXPECT_THAT(pretty, HasSubstr(row("EXIF:FNumber", "2.8")));
     const auto raw = cliOK({"read", "-n", a.string()}).out;
     EXPECT_THAT(raw, HasSubstr(row("EXIF:Flash", "9")));
-    EXPECT_THAT(raw, HasSubstr(row("EXIF:ResolutionUnit", "2")));
     EXPECT_THAT(raw, Not(HasSubstr("1/160")));
 
     const auto b = makeJPEG(folder / "b.jpg");
@@ -84,10 +83,8 @@ TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     ASSERT_EQ(json.size(), 2u) << run.out;
     EXPECT_EQ(json[0].at("SourceFile"), a.string());
     EXPECT_EQ(json[0].at("EXIF:FNumber"), 2.8);
-    EXPECT_EQ(json[0].at("EXIF:Flash"), "On, Fired");
     EXPECT_EQ(json[0].at("EXIF:ExposureTime"), "1/160");
     EXPECT_EQ(json[0].at("XMP:Subject"), nlohmann::json::array({"one", "two"}));
-    EXPECT_EQ(json[0].at("EXIF:ComponentsConfiguration"), "Y, Cb, Cr, -");
     EXPECT_EQ(json[1].at("EXIF:Artist"), "Only \"quoted\"");
 
     const auto rawJSON = nlohmann::json::parse(cliOK({"read", "--json", "-n", a.string()}).out).at(0);
