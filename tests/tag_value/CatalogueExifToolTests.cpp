@@ -59,9 +59,6 @@ TEST(CatalogueWithExifTool, KnowsEveryTagExifToolWritesAndReadsBack) {
     Resolution r = resolve({jpeg.string(), mov.string()});
     EXPECT_GT(r.total, 60);
     EXPECT_TRUE(r.unknown.empty()) << r.unknown.size() << " unknown, first " << r.unknown.front();
-
-    // How ExifTool's values convert is the converters' test (through ExifTool), and which converter
-    // each of these tags takes, the catalogue's.
 }
 
 TEST(CatalogueWithExifTool, KnowsTheTagsOfCameraFiles) {
