@@ -125,6 +125,8 @@ TEST_F(FileCommands, everythingAfterTheMarkIsAFile) {
     }
 }
 
+// The summary counts each file as the save task's outcomes give it; the file that fails is named
+// with ExifTool's reason and the others are written.
 TEST_F(FileCommands, theSummaryCountsEachFileAsExifToolReportedIt) {
     auto good = makeJPEG(folder / "good.jpg");
     // Read with a warning, refused by ExifTool at write time: the image data is cut off.

@@ -12,8 +12,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
-
 namespace corvane {
 namespace {
 
@@ -113,26 +111,8 @@ TEST_F(ImportSaveTasks, corruptFileInABatch) {
     for (const auto& editor : editors)
         editor->setValue(std::string("Lenient"), tag("EXIF:Artist"));
     succeeded(save(editors)); // absent counts as true when saving
-
-    // A file that reads but can't be written: its own error with ExifTool's reason, and the
-    // outcome of each file of the run.
-    auto cut = makeJPEG(folder / "cut.jpg");
-    std::string bytes = fileBytes(cut);
-    bytes.resize(bytes.find("\xFF\xDA"));
-    test::writeBytes(cut, std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
-    editors = importFiles(sourcesOf({good1, cut, good2}));
-    ASSERT_EQ(editors.size(), 3u);
-    for (const auto& editor : editors)
-        editor->setValue(std::string("Batch"), tag("EXIF:Artist"));
-    auto batch = save(editors);
-    EXPECT_EQ(errorTexts(*batch), std::vector<std::string>{cut.string() + ": Corrupted JPEG image"});
-    using Status = ETTagStorageWriter::FileOutcome::Status;
-    std::map<fs::path, Status> outcomes;
-    for (const auto& outcome : batch->fileOutcomes())
-        outcomes[outcome.url] = outcome.status;
-    EXPECT_EQ(outcomes, (std::map<fs::path, Status>{
-                            {cut, Status::failed}, {good1, Status::written}, {good2, Status::written}}));
-    EXPECT_EQ(exifToolValue(good2, "EXIF:Artist"), "Batch");
+    // A file that reads but fails to write, among others that are written: the summary test of
+    // `corvane set` checks the task's outcome of each file and its error.
 }
 
 TEST_F(ImportSaveTasks, readOnlyFileEndsWithAnErrorAndStaysUnchanged) {
