@@ -1,4 +1,4 @@
-// `corvane read` and `corvane set`, run as the built program on real files.
+// `corvane read` and `corvane set`, run as the built program on real files, through either engine.
 #include "cli/CliRun.hpp"
 #include "support/SampleFiles.hpp"
 
@@ -315,6 +315,66 @@ TEST_F(FileCommands, datesKeepTheirOwnClock) {
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:DateTimeOriginal", true), "2023:03:12 03:30:00");
     EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2023:05:06 12:25:40.5+03:00");
     EXPECT_EQ(exifToolValue(mov, "Keys:CreationDate", true), "2023:05:06 12:25:40+03:00");
+}
+
+// `set` of named tags reads only those tags and the ones the writer consults: what it writes, and
+// what it finds there is nothing to change, are what a read of every tag gives.
+TEST_F(FileCommands, namedTagsKeepTheIPTCCharacterSetAndDigestAndAnEqualValueChangesNothing) {
+    // Latin IPTC text without a declared character set, and a digest of the IPTC.
+    const auto file = makeJPEG(folder / "latin.jpg");
+    tagWithExifTool(file, {"-charset", "iptc=Latin", "-IPTC:By-line=J\xc3\xbcrgen", "-EXIF:Artist=Ann",
+                           "-overwrite_original"});
+    tagWithExifTool(file, {"-Photoshop:IPTCDigest=new", "-overwrite_original"});
+    ASSERT_EQ(exifToolValue(file, "IPTC:CodedCharacterSet"), "");
+    ASSERT_FALSE(exifToolValue(file, "Photoshop:IPTCDigest").empty());
+
+    EXPECT_THAT(cliOK({"set", "IPTC:Caption-Abstract=Neu", "EXIF:Artist=Bo", "--", file.string()}).out,
+                HasSubstr("1 file updated, 0 unchanged"));
+    // The file's other IPTC text went over to UTF-8 with the declaration, unchanged in meaning.
+    EXPECT_EQ(exifToolValue(file, "IPTC:CodedCharacterSet"), "UTF8");
+    EXPECT_EQ(exifToolValue(file, "IPTC:By-line"), "J\xc3\xbcrgen");
+    EXPECT_EQ(exifToolValue(file, "IPTC:Caption-Abstract"), "Neu");
+    EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "Bo");
+    // The digest describes the IPTC as written.
+    EXPECT_EQ(exifToolValue(file, "Photoshop:IPTCDigest"), exifToolValue(file, "File:CurrentIPTCDigest"));
+
+    // The values the file holds: nothing to write, the file as it was.
+    const std::string before = readText(file);
+    EXPECT_THAT(cliOK({"set", "IPTC:Caption-Abstract=Neu", "Artist=Bo", "--", file.string()}).out,
+                HasSubstr("0 files updated, 1 unchanged"));
+    EXPECT_EQ(readText(file), before);
+}
+
+// `--engine`: the same commands through the in-process engine or through ExifTool.
+TEST_F(FileCommands, readAndSetThroughEitherEngine) {
+#ifndef CORVANE_HAVE_EXIV2
+    GTEST_SKIP() << "built without exiv2: no in-process engine";
+#endif
+    const auto jpeg = makeJPEG(folder / "photo.jpg");
+    const auto tiff = makeTIFF(folder / "scan.tif");
+    const auto bad = writeBytes(folder / "bad.jpg", {0xFF, 0xD8, 0xFF});
+
+    auto set = cliExits(1, {"--engine", "image-io", "set", "EXIF:Artist=In process", "IPTC:Keywords=a,b",
+                            "--", jpeg.string(), tiff.string(), bad.string()});
+    // The damaged file gives its own error, with its name; the others are written.
+    EXPECT_THAT(set.err, HasSubstr("bad.jpg: Source is invalid"));
+    EXPECT_THAT(set.out, HasSubstr("2 files updated"));
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), "In process");
+    EXPECT_EQ(exifToolValue(tiff, "IPTC:Keywords"), "a, b");
+
+    const auto fast =
+        nlohmann::json::parse(cliOK({"--engine", "image-io", "read", "--json", jpeg.string()}).out)[0];
+    const auto full =
+        nlohmann::json::parse(cliOK({"--engine", "exiftool", "read", "--json", jpeg.string()}).out)[0];
+    EXPECT_EQ(fast.at("EXIF:Artist"), "In process");
+    EXPECT_EQ(fast.at("IPTC:Keywords"), nlohmann::json::array({"a", "b"}));
+    // The in-process engine reads fewer tags; those it reads agree with ExifTool.
+    EXPECT_LT(fast.size(), full.size());
+    for (const auto& [tag, value] : fast.items()) {
+        if (tag.rfind("File:", 0) != 0) {
+            EXPECT_EQ(value, full.contains(tag) ? full.at(tag) : nlohmann::json()) << tag;
+        }
+    }
 }
 
 } // namespace
