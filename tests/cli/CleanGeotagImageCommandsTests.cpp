@@ -41,10 +41,10 @@ TEST_F(CleanGeotagImageCommands, cleanRemovesTheChosenFamiliesAndFetchPrintsWhat
 
 TEST_F(CleanGeotagImageCommands, movieAtomIsRemovedFromMPEG4MoviesOnly) {
     auto mov = makeMOV(folder / "clip.mov");
-    const auto before = readText(mov);
+    const auto before = fileBytes(mov);
     EXPECT_THAT(cliExits(1, {"clean", "--movie-atom", mov.string()}).err,
                 HasSubstr("corvane: " + mov.string() + ": "));
-    EXPECT_EQ(readText(mov), before);
+    EXPECT_EQ(fileBytes(mov), before);
 }
 
 // The corpus's photo taken along its GPX track: its copy loses its position, gets it back from the
@@ -81,7 +81,7 @@ TEST_F(CleanGeotagImageCommands, geotagImportGpsAndExportOnTheCorpusPair) {
 
     auto gpx = folder / "trip.gpx";
     cliOK({"geotag", "export", "--format", "gpx", "-o", gpx.string(), photos.string()});
-    const auto document = readText(gpx);
+    const auto document = fileBytes(gpx);
     EXPECT_THAT(document, HasSubstr("<name>FurnaceCreekInn.jpg</name>"));
     EXPECT_THAT(document, Not(HasSubstr("none.jpg")));
 

@@ -42,10 +42,6 @@ inline std::string quoted(const std::string& text) {
     return result + "'";
 }
 
-inline std::string readText(const fs::path& path) {
-    return fileBytes(path);
-}
-
 inline void writeText(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
@@ -85,7 +81,7 @@ inline Run corvane(const std::vector<std::string>& arguments, const TemporaryFol
         run.out.append(buffer, n);
     const int status = pclose(pipe);
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.err = readText(errFile);
+    run.err = fileBytes(errFile);
     return run;
 }
 

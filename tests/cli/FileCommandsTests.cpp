@@ -53,8 +53,8 @@ TEST_F(FileCommands, setByBareNamesDryRunAndModificationDate) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     auto mov = makeMOV(folder / "b.mov");
     tagWithExifTool(jpeg, {"-EXIF:Orientation=1", "-n"});
-    const std::string before = readText(jpeg);
-    const auto movBefore = readText(mov);
+    const std::string before = fileBytes(jpeg);
+    const auto movBefore = fileBytes(mov);
 
     const auto dry =
         cliOK({"set", "--dry-run", "artist=Ann", "ORIENTATION=6", "--", jpeg.string(), mov.string()}).out;
@@ -63,8 +63,8 @@ TEST_F(FileCommands, setByBareNamesDryRunAndModificationDate) {
                 HasSubstr(jpeg.string() + ": EXIF:Orientation: Horizontal (normal) \u2192 Rotate 90 CW\n"));
     // A movie takes the bare name in the family it can write.
     EXPECT_THAT(dry, HasSubstr(mov.string() + ": XMP:Artist: (none) \u2192 Ann\n"));
-    EXPECT_EQ(readText(jpeg), before);
-    EXPECT_EQ(readText(mov), movBefore);
+    EXPECT_EQ(fileBytes(jpeg), before);
+    EXPECT_EQ(fileBytes(mov), movBefore);
 
     const auto old = fs::file_time_type::clock::now() - std::chrono::hours(24 * 400);
     fs::last_write_time(jpeg, old);
@@ -131,7 +131,7 @@ TEST_F(FileCommands, theSummaryCountsEachFileAsExifToolReportedIt) {
     auto good = makeJPEG(folder / "good.jpg");
     // Read with a warning, refused by ExifTool at write time: the image data is cut off.
     auto corrupt = makeJPEG(folder / "corrupt.jpg");
-    std::string bytes = readText(corrupt);
+    std::string bytes = fileBytes(corrupt);
     writeText(corrupt, bytes.substr(0, bytes.find("\xFF\xDA")));
 
     auto run = cliExits(1, {"set", "EXIF:Artist=Both", "--", good.string(), corrupt.string()});
@@ -147,7 +147,7 @@ TEST_F(FileCommands, theSummaryCountsEachFileAsExifToolReportedIt) {
 TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     tagWithExifTool(jpeg, {"-EXIF:DateTimeOriginal=2020:05:06 10:20:30"});
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     for (const std::string edition :
          {"SELECT(DateTimeOriginal)", "SELECT()", "garbage", "YYYY: 1", "hh: 2.5", ""})
         EXPECT_THAT(cliExits(2, {"set", "--shift-dates", edition, jpeg.string()}).err,
@@ -155,13 +155,13 @@ TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
 
     const auto library = folder / "dates.json";
     cliOK({"preset", "make", "-o", library.string(), jpeg.string(), "EXIF:DateTimeOriginal"});
-    std::string text = readText(library);
+    std::string text = fileBytes(library);
     const auto at = text.find("SELECT(");
     ASSERT_NE(at, std::string::npos) << text;
     writeText(library, text.replace(at, text.find('"', at) - at, "SELECT(garbage)"));
     EXPECT_THAT(cliExits(2, {"set", "--preset", library.string(), jpeg.string()}).err,
                 HasSubstr("SELECT(garbage)"));
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 }
 
 // A tag that can't be set, or a value it can't hold, is refused with exit code 2, naming the tag
@@ -169,7 +169,7 @@ TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
 // and the text written for them, is the value checker's test.
 TEST_F(FileCommands, setChecksTagsAndValues) {
     auto jpeg = makeJPEG(folder / "a.jpg");
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     const std::pair<std::string, std::string> refused[] = {
         {"EXIF:NoSuchTag=1", "EXIF:NoSuchTag"},
         // A language of a tag that doesn't exist is an unknown tag.
@@ -183,7 +183,7 @@ TEST_F(FileCommands, setChecksTagsAndValues) {
         EXPECT_THAT(err, HasSubstr(assignment.substr(0, assignment.find('='))));
         EXPECT_THAT(err, HasSubstr(why));
     }
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 
     cliOK({"set", "EXIF:ExposureTime=1/500", "XMP:DateCreated=2024:01:02 03:04:05.25+02:00", jpeg.string()});
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:ExposureTime", true), "0.002");
@@ -195,7 +195,7 @@ TEST_F(FileCommands, setChecksTagsAndValues) {
 // reads back whole; a tag of one value isn't split.
 TEST_F(FileCommands, listItemsHoldingCommas) {
     const auto jpeg = makeJPEG(folder / "a.jpg");
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     auto withEdits = [&](std::vector<std::string> command) {
         command.insert(command.end(), {"--list-separator", ";", "XMP:Subject=Smith, John;Paris",
                                        "keywords= a ; ;b,c ", "EXIF:Artist=A;B", jpeg.string()});
@@ -203,7 +203,7 @@ TEST_F(FileCommands, listItemsHoldingCommas) {
     };
     EXPECT_THAT(cliOK(withEdits({"set", "--dry-run"})).out,
                 HasSubstr(": XMP:Subject: (none) \u2192 \"Smith, John\",Paris\n"));
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 
     cliOK(withEdits({"set"}));
     auto written = [&] {
@@ -228,7 +228,7 @@ TEST_F(FileCommands, listItemsHoldingCommas) {
 // kept quirks, and is refused quickly however long the text; the position written is printed.
 TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
     auto jpeg = makeJPEG(folder / "a.jpg");
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     const auto start = std::chrono::steady_clock::now();
     for (const std::string& text :
          std::vector<std::string>{"nowhere at all", "40 26 46, -79 58 56", "40 26 46 N 79 58 56 W extra",
@@ -238,7 +238,7 @@ TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
                                   std::string(320, '9') + ", 1", std::string(4096, ' ') + "1"})
         EXPECT_THAT(cliExits(2, {"set", "--location", text, jpeg.string()}).err, HasSubstr(text));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 
     EXPECT_THAT(cliOK({"set", "--location", "40°26′46″N 79°58′56″W", jpeg.string()}).out,
                 HasSubstr("position 40.44611111, -79.98222222"));
@@ -339,10 +339,10 @@ TEST_F(FileCommands, namedTagsKeepTheIPTCCharacterSetAndDigestAndAnEqualValueCha
     EXPECT_EQ(exifToolValue(file, "Photoshop:IPTCDigest"), exifToolValue(file, "File:CurrentIPTCDigest"));
 
     // The values the file holds: nothing to write, the file as it was.
-    const std::string before = readText(file);
+    const std::string before = fileBytes(file);
     EXPECT_THAT(cliOK({"set", "IPTC:Caption-Abstract=Neu", "Artist=Bo", "--", file.string()}).out,
                 HasSubstr("0 files updated, 1 unchanged"));
-    EXPECT_EQ(readText(file), before);
+    EXPECT_EQ(fileBytes(file), before);
 }
 
 // `--engine`: the same commands through the in-process engine or through ExifTool.

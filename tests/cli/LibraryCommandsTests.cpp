@@ -25,10 +25,10 @@ TEST_F(LibraryCommands, KeywordsImportExportBothForms) {
     EXPECT_EQ(listed.out, "Places {Areas}\n  Paris\n[People]\n  Zoë\n");
 
     cliOK({"keywords", "export", "-o", (folder / "out.txt").string()});
-    EXPECT_EQ(readText(folder / "out.txt"), "[People]\n\tZoë\nPlaces\n\t{Areas}\n\tParis\n")
+    EXPECT_EQ(fileBytes(folder / "out.txt"), "[People]\n\tZoë\nPlaces\n\t{Areas}\n\tParis\n")
         << "sorted by name";
     cliOK({"keywords", "export", "-o", (folder / "out.json").string()});
-    EXPECT_EQ(nlohmann::json::parse(readText(folder / "out.json"))["items"][1]["is_header"], true);
+    EXPECT_EQ(nlohmann::json::parse(fileBytes(folder / "out.json"))["items"][1]["is_header"], true);
 
     // Importing the JSON export adds a second copy after the first.
     cliOK({"keywords", "import", (folder / "out.json").string()});

@@ -58,13 +58,13 @@ TEST_F(PresetCommands, presetValuesAreCheckedAsTypedOnes) {
     const auto library = folder / "presets.json";
     cliOK(
         {"preset", "make", "-o", library.string(), model.string(), "EXIF:Orientation", "EXIF:ExposureTime"});
-    const std::string made = readText(library);
-    const std::string before = readText(target);
+    const std::string made = fileBytes(library);
+    const std::string before = fileBytes(target);
 
     writeText(library, withPresetValue(made, "EXIF:Orientation", "99"));
     EXPECT_THAT(cliExits(2, {"set", "--preset", library.string(), target.string()}).err,
                 HasSubstr("\"99\" is not a valid value for EXIF:Orientation"));
-    EXPECT_EQ(readText(target), before);
+    EXPECT_EQ(fileBytes(target), before);
 
     writeText(library, withPresetValue(made, "EXIF:ExposureTime", "1/500"));
     cliOK({"set", "--preset", library.string(), target.string()});

@@ -54,14 +54,14 @@ TEST_F(Program, inputErrorsNameTheFileAndLine) {
         {{"preset", "list", json.string()}, json.string() + ":3: not a preset library: JSON syntax error"},
         {{"preset", "list", odd.string()}, odd.string() + ": not a preset library: unexpected content"},
     };
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     for (const auto& [arguments, message] : cases) {
         auto run = cli(arguments);
         EXPECT_NE(run.exitCode, 0) << message;
         EXPECT_THAT(run.err, StartsWith("corvane: " + message));
         EXPECT_THAT(run.err, Not(HasSubstr("json.exception")));
     }
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 }
 
 // The completion script knows every command and option of the program, and completes in bash.
@@ -122,7 +122,7 @@ protected:
         for (std::string line; std::getline(in, line);) {
             ids.push_back(line);
             EXPECT_FALSE(fs::exists("/proc/" + line + "/cmdline") &&
-                         !readText("/proc/" + line + "/cmdline").empty());
+                         !fileBytes("/proc/" + line + "/cmdline").empty());
         }
         return ids;
     }

@@ -114,7 +114,7 @@ TEST_F(ReadCommand, warningsPerFileUnlessQuiet) {
     // A file that ends inside its frame header, after its EXIF: ExifTool reads the EXIF and warns.
     const auto cut = makeJPEG(folder / "cut.jpg");
     tagWithExifTool(cut, {"-EXIF:Artist=Cut"});
-    const std::string bytes = readText(cut);
+    const std::string bytes = fileBytes(cut);
     writeText(cut, bytes.substr(0, bytes.find("\xFF\xC0") + 6));
     const std::string warning = "corvane: " + cut.string() + ": warning: JPEG format error\n";
     for (const std::string form : {"--raw", "--json", "--csv"}) {

@@ -93,19 +93,19 @@ struct Batch {
         // One variable of the environment, whose entries each end with a null character.
         const std::string mark = std::string(1, '\0') + "EXIFTOOL_HOME=" + tools.path().string() + '\0';
         for (const auto& entry : fs::directory_iterator("/proc"))
-            if (('\0' + corvane::test::readText(entry.path() / "environ")).find(mark) != std::string::npos &&
+            if (('\0' + corvane::test::fileBytes(entry.path() / "environ")).find(mark) != std::string::npos &&
                 !zombie(entry.path()))
                 return true;
         return false;
     }
 
     static bool zombie(const fs::path& process) {
-        const std::string text = corvane::test::readText(process / "stat");
+        const std::string text = corvane::test::fileBytes(process / "stat");
         const auto close = text.rfind(')');
         return close != std::string::npos && text.compare(close + 2, 1, "Z") == 0;
     }
 
-    std::string output() const { return corvane::test::readText(tools / "out"); }
+    std::string output() const { return corvane::test::fileBytes(tools / "out"); }
 
     // The photos whose title the run wrote.
     int titledCount() const {

@@ -63,7 +63,7 @@ TEST_F(TableCommands, TagSetsAreKeptInTheUserDefaults) {
 
     const auto exported = folder / "exported.json";
     cliOK({"tagset", "export", "-o", exported.string()});
-    const auto file = nlohmann::json::parse(readText(exported));
+    const auto file = nlohmann::json::parse(fileBytes(exported));
     EXPECT_EQ(file["description"], "");
     EXPECT_EQ(file["tag_set"]["entries"].size(), 3u);
 
@@ -117,7 +117,7 @@ TEST_F(CompareCommand, compareShowsEveryFileAndNarrowsToDifferences) {
     EXPECT_THAT(searched, Not(HasSubstr("Same")));
     // The format follows the output file's extension.
     compare({"--output", (folder / "comparison.rtf").string()});
-    EXPECT_THAT(readText(folder / "comparison.rtf"), StartsWith("{\\rtf1"));
+    EXPECT_THAT(fileBytes(folder / "comparison.rtf"), StartsWith("{\\rtf1"));
 
     // A file ExifTool can't read is reported and gets no column; the columns follow the arguments,
     // a folder giving its own files where it stands.
