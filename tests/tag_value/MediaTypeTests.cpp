@@ -36,15 +36,12 @@ TEST(TagAccess, RightsAndRawValues) {
     EXPECT_THROW(nlohmann::json(2).get<TagAccess>(), std::invalid_argument);
 }
 
-TEST(MediaKind, CasesInOrderWithKeys) {
-    std::vector<std::string> names;
+TEST(MediaKind, RawValuesRoundTripAndNamesAreTranslated) {
     for (MediaKind kind : MediaKind::allCases()) {
-        names.emplace_back(kind.name());
         EXPECT_EQ(MediaKind::fromRawValue(kind.rawValue()), kind);
         EXPECT_FALSE(kind.localizedName().empty());
         EXPECT_NE(kind.localizedName(), kind.localizationKey()) << "a text of the string table";
     }
-    EXPECT_THAT(names, ElementsAre("audio", "image", "movie", "sidecar", "other"));
     EXPECT_FALSE(MediaKind::fromRawValue("Image"));
 }
 
