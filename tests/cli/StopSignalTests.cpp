@@ -50,13 +50,9 @@ struct Batch {
         arguments.insert(arguments.end(), paths.begin(), paths.end());
         if (slowWrites)
             std::ofstream(tools / ".ExifTool_config")
-                << "require Image::ExifTool::Import;\n"
-                   "{\n"
-                   "    no warnings 'redefine';\n"
-                   "    my $read = \\&Image::ExifTool::Import::ReadJSON;\n"
-                   "    *Image::ExifTool::Import::ReadJSON = sub ($$;$$) { sleep 30; goto &$read };\n"
-                   "}\n"
-                   "1;\n";
+                << "require Image::ExifTool::Import; { no warnings 'redefine';\n"
+                   "my $read = \\&Image::ExifTool::Import::ReadJSON;\n"
+                   "*Image::ExifTool::Import::ReadJSON = sub ($$;$$) { sleep 30; goto &$read }; } 1;\n";
         const pid_t pid = ::fork();
         if (pid == 0) {
             ::setenv("TMPDIR", temporary.path().c_str(), 1);
