@@ -22,11 +22,7 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::errorTexts;
-using testing::importFiles;
-using testing::performed;
-using testing::sourcesOf;
-using testing::succeeded;
+using namespace corvane::testing;
 
 TagName tag(const char* text) {
     return *TagName::fromRawValue(text);

@@ -23,18 +23,12 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace corvane::testing;
 using test::exifToolValue;
 using test::makeJPEG;
 using test::tagWithExifTool;
 using ::testing::ElementsAre;
-using testing::EngineGuard;
-using testing::errorTexts;
-using testing::fileBytes;
 using ::testing::HasSubstr;
-using testing::importFiles;
-using testing::performed;
-using testing::sourcesOf;
-using testing::succeeded;
 
 // The tags ExifTool reads in a file, by "Family:Key", in one run.
 nlohmann::json tagsOf(const fs::path& file) {
