@@ -26,18 +26,15 @@ namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+using test::tagName;
 using Texts = std::map<std::string, std::string>;
 using ::testing::StrEq;
 using ::testing::ThrowsMessage;
 
-TagName name(std::string_view raw) {
-    return test::tagName(raw);
-}
-
 TagStorage storageWith(std::initializer_list<std::pair<std::string_view, std::string>> originals) {
     TagStorage storage(TagStorageSource("/photos/a.jpg"));
     for (const auto& [raw, value] : originals)
-        storage.setOriginalValue(value, name(raw));
+        storage.setOriginalValue(value, tagName(raw));
     return storage;
 }
 
@@ -63,8 +60,8 @@ TEST(JSONSidecarWriter, GroupsTagsByStreamWithTypedJSONValuesWrittenOnesWinning)
     EXPECT_EQ(json::parse(JSONSidecarWriter().data(storageWith({}))), json::object());
 
     storage = storageWith({{"EXIF:Make", "ACME"}, {"EXIF:Artist", "Old"}});
-    storage.unsafeSetValue("New", name("EXIF:Artist"));
-    storage.unsafeSetValue("", name("EXIF:ISO")); // cleared: no number to write
+    storage.unsafeSetValue("New", tagName("EXIF:Artist"));
+    storage.unsafeSetValue("", tagName("EXIF:ISO")); // cleared: no number to write
     EXPECT_EQ(json::parse(JSONSidecarWriter().data(storage)),
               json::parse(R"({"EXIF": {"Make": "ACME", "Artist": "New", "ISO": null}})"));
 }
@@ -98,7 +95,7 @@ TEST(JSONSidecarReader, ReadsAnyMemberOrderNormalisesAndKeepsTheLastOfDuplicates
                      {"EXIF:ISO", "400"},
                      {"EXIF:Make", "ACME \"Pro\""},
                      {"XMP:Rating",
-                      *TagItem::find(name("XMP:Rating"))->converter()->stringValueFromStringValue("3")},
+                      *TagItem::find(tagName("XMP:Rating"))->converter()->stringValueFromStringValue("3")},
                      {"XMP:Subject", "one,two"}}));
     EXPECT_EQ(texts(JSONSidecarReader().readString(R"({"EXIF": {"Make": "First", "Make": "Second"}})")),
               (Texts{{"EXIF:Make", "Second"}}));
@@ -124,7 +121,7 @@ TEST(JSONSidecarReader, MalformedInputFailsWithClearErrors) {
 TEST(CSVSidecarWriter, WritesOneQuotedWhereNeededRowPerTag) {
     TagStorage storage = storageWith(
         {{"EXIF:Make", "ACME, Inc."}, {"EXIF:ISO", "200"}, {"IPTC:Caption-Abstract", "Say \"hi\"\nthen go"}});
-    storage.unsafeSetValue("", name("EXIF:Artist"));
+    storage.unsafeSetValue("", tagName("EXIF:Artist"));
     EXPECT_EQ(CSVSidecarWriter().data(storage), "EXIF:Artist,\n"
                                                 "EXIF:ISO,200\n"
                                                 "EXIF:Make,\"ACME, Inc.\"\n"
@@ -178,7 +175,7 @@ TEST(SidecarFiles, ReadsFilesAndRefusesBytesThatAreNotUTF8) {
 
     const TagStorage storage = storageWith({{"EXIF:Artist", "Zoë"}});
     SidecarWriter::writeSidecar(storage, folder / "out" / "a.CSV");
-    EXPECT_EQ(SidecarReader::readSidecar(folder / "out" / "a.CSV").at(name("EXIF:Artist")), "Zoë");
+    EXPECT_EQ(SidecarReader::readSidecar(folder / "out" / "a.CSV").at(tagName("EXIF:Artist")), "Zoë");
     EXPECT_THROW(SidecarWriter::writeSidecar(storage, folder / "a.xmp"), NotASidecarError);
     EXPECT_THROW(SidecarReader::readSidecar(folder / "a.txt"), NotASidecarError);
 }

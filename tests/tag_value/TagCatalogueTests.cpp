@@ -6,6 +6,7 @@
 #include "corvane/tag_value/TagStream.hpp"
 #include "support/Corpus.hpp"
 #include "support/SampleFiles.hpp"
+#include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -16,13 +17,10 @@
 #include <thread>
 
 using namespace corvane;
+using corvane::test::tagName;
 namespace fs = std::filesystem;
 
 namespace {
-
-TagName name(const char* raw) {
-    return *TagName::fromRawValue(raw);
-}
 
 struct Resolution {
     int total = 0;
@@ -76,14 +74,14 @@ TEST(TagCatalogue, HoldsEveryExifToolTagOnceInNameOrderAndEveryFamily) {
 }
 
 TEST(TagCatalogue, LooksUpByFamilyThenKeyAndListsAFamilysRowsSorted) {
-    const TagItem* artist = name("EXIF:Artist").item();
+    const TagItem* artist = tagName("EXIF:Artist").item();
     ASSERT_NE(artist, nullptr);
     EXPECT_TRUE(artist->isWritable());
-    EXPECT_EQ(name("EXIF:NoSuchKey").item(), nullptr);
-    EXPECT_EQ(name("NoSuchFamily:Artist").item(), nullptr);
+    EXPECT_EQ(tagName("EXIF:NoSuchKey").item(), nullptr);
+    EXPECT_EQ(tagName("NoSuchFamily:Artist").item(), nullptr);
     EXPECT_EQ(TagName::empty.item(), nullptr);
     // Keys are case-sensitive, as ExifTool prints them.
-    EXPECT_EQ(name("EXIF:artist").item(), nullptr);
+    EXPECT_EQ(tagName("EXIF:artist").item(), nullptr);
     const auto& exif = TagStream::streamEXIF.items();
     ASSERT_GT(exif.size(), 300u);
     EXPECT_TRUE(std::is_sorted(exif.begin(), exif.end(), [](auto* a, auto* b) { return *a < *b; }));
@@ -125,8 +123,8 @@ TEST(TagCatalogue, KeepsChoicesTheBestOfRepeatedDefinitionsAndTheCuratedKinds) {
         EXPECT_EQ(k.item.type().ordinal(), k.ordinal) << k.item.name().rawValue();
         EXPECT_EQ(k.item.arrangement(), TagItem::Arrangement::singleValue) << k.item.name().rawValue();
     }
-    EXPECT_EQ(name("XMP:Approved").item()->type(), TagType::boolean);
-    EXPECT_EQ(name("QuickTime:CreateDate").item()->type(), TagType::localDateTime);
+    EXPECT_EQ(tagName("XMP:Approved").item()->type(), TagType::boolean);
+    EXPECT_EQ(tagName("QuickTime:CreateDate").item()->type(), TagType::localDateTime);
     // IPTC digit strings stay text: "01" keeps its zero.
     EXPECT_EQ(TagItem::itemIPTCEditorialUpdate().converter()->stringValueFromStringValue("01"), "01");
     const TagItem& tags = TagItem::itemFileMDItemUserTags();

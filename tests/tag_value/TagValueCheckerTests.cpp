@@ -1,20 +1,14 @@
 // Values a person gives for tags: the text to write, or the reason the tag can't hold them.
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagValueChecker.hpp"
+#include "support/StorageValues.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace corvane;
+using corvane::test::tagName;
 using ::testing::HasSubstr;
-
-namespace {
-
-TagName name(const char* raw) {
-    return *TagName::fromRawValue(raw);
-}
-
-} // namespace
 
 TEST(TagValueChecker, WritesCanonicalNumbersAndTrimmedDatesAndRefusesWhatTheTagCantHold) {
     struct Case {
@@ -56,7 +50,7 @@ TEST(TagValueChecker, WritesCanonicalNumbersAndTrimmedDatesAndRefusesWhatTheTagC
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.tag) + "=" + c.typed);
-        const auto result = TagValueChecker::check(*name(c.tag).item(), c.typed);
+        const auto result = TagValueChecker::check(*tagName(c.tag).item(), c.typed);
         EXPECT_EQ(result.text, c.text);
         EXPECT_THAT(result.error, HasSubstr(c.error ? c.error : ""));
         EXPECT_EQ(result.isValid(), !c.error) << result.error;
@@ -67,10 +61,10 @@ TEST(TagValueChecker, WritesCanonicalNumbersAndTrimmedDatesAndRefusesWhatTheTagC
 
     // Errors of several values in the order of the tags; a name the catalogue doesn't know is left out.
     EXPECT_EQ(
-        TagValueChecker::errors({{name("EXIF:Orientation"), "9"},
-                                 {name("EXIF:ISO"), "x"},
-                                 {name("XMP:NoSuchTag"), "x"},
-                                 {name("EXIF:Artist"), "fine"}}),
+        TagValueChecker::errors({{tagName("EXIF:Orientation"), "9"},
+                                 {tagName("EXIF:ISO"), "x"},
+                                 {tagName("XMP:NoSuchTag"), "x"},
+                                 {tagName("EXIF:Artist"), "fine"}}),
         (std::vector<std::string>{"\"x\" is not a valid value for EXIF:ISO: an element isn't a valid int16u",
                                   "\"9\" is not a valid value for EXIF:Orientation: one of 1, 2, 3, 4, 5, "
                                   "6, 7, 8 is needed (see `corvane tags`)"}));
