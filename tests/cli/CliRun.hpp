@@ -42,10 +42,6 @@ inline std::string quoted(const std::string& text) {
     return result + "'";
 }
 
-inline std::string readText(const fs::path& path) {
-    return fileBytes(path);
-}
-
 inline void writeText(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
@@ -66,37 +62,32 @@ private:
     std::optional<std::string> saved_;
 };
 
-// Runs the program with these arguments, in `workingDirectory` when given; standard error goes to a
-// file of the folder.
-inline Run corvane(const std::vector<std::string>& arguments, const TemporaryFolder& scratch,
-                   const fs::path& workingDirectory = {}) {
-    std::string command = quoted(CORVANE_CLI_PATH);
-    if (!workingDirectory.empty()) command = "cd " + quoted(workingDirectory.string()) + " && " + command;
-    for (const auto& argument : arguments)
-        command += " " + quoted(argument);
-    const fs::path errFile = scratch / "stderr.txt";
-    command += " 2>" + quoted(errFile.string());
-    Run run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) return run;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        run.out.append(buffer, n);
-    const int status = pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.err = readText(errFile);
-    return run;
-}
-
 // A test of the program: `folder` for the files it works on, `scratch` for its standard error.
 class CliTest : public ::testing::Test {
 protected:
     TemporaryFolder scratch{"corvane-cli-scratch"};
     TemporaryFolder folder{"corvane-cli"};
 
+    // Runs the program with these arguments, in `workingDirectory` when given; standard error goes to
+    // a file of the scratch folder.
     test::Run cli(const std::vector<std::string>& arguments, const fs::path& workingDirectory = {}) const {
-        return corvane(arguments, scratch, workingDirectory);
+        std::string command = quoted(CORVANE_CLI_PATH);
+        if (!workingDirectory.empty()) command = "cd " + quoted(workingDirectory.string()) + " && " + command;
+        for (const auto& argument : arguments)
+            command += " " + quoted(argument);
+        const fs::path errFile = scratch / "stderr.txt";
+        command += " 2>" + quoted(errFile.string());
+        test::Run run;
+        FILE* pipe = popen(command.c_str(), "r");
+        if (!pipe) return run;
+        char buffer[4096];
+        std::size_t n;
+        while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+            run.out.append(buffer, n);
+        const int status = pclose(pipe);
+        run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        run.err = fileBytes(errFile);
+        return run;
     }
     // Runs the program and expects this exit code, showing the arguments and standard error if not.
     test::Run cliExits(int exitCode, const std::vector<std::string>& arguments) const {

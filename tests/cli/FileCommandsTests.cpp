@@ -1,4 +1,4 @@
-// `corvane read` and `corvane set`, run as the built program on real files.
+// `corvane read` and `corvane set`, run as the built program on real files, through either engine.
 #include "cli/CliRun.hpp"
 #include "support/SampleFiles.hpp"
 
@@ -29,7 +29,8 @@ protected:
 TEST_F(FileCommands, setThenReadBackEveryFamily) {
     auto jpeg = makeJPEG(folder / "ünï photo 'q'.jpg");
     auto mov = makeMOV(folder / "clip.mov");
-    EXPECT_THAT(cliOK({"set", "EXIF:Artist=Zoë — 東京", "XMP:Title=Titre «x»", "XMP:Title-de-CH=Quadrat",
+    // A language of an alternative text is a tag of its own under ExifTool's name for it.
+    EXPECT_THAT(cliOK({"set", "EXIF:Artist=Zoë — 東京", "XMP:Title-de-CH=Quadrat «x»",
                        "IPTC:Caption-Abstract=Ça va", "--", jpeg.string()})
                     .out,
                 HasSubstr("1 file updated"));
@@ -37,13 +38,9 @@ TEST_F(FileCommands, setThenReadBackEveryFamily) {
 
     auto json = readJSON({jpeg.string(), mov.string()});
     EXPECT_EQ(json[jpeg.string()]["EXIF:Artist"], "Zoë — 東京");
-    EXPECT_EQ(json[jpeg.string()]["XMP:Title"], "Titre «x»");
+    EXPECT_EQ(json[jpeg.string()]["XMP:Title-de-CH"], "Quadrat «x»");
     EXPECT_EQ(json[jpeg.string()]["IPTC:Caption-Abstract"], "Ça va");
     EXPECT_EQ(json[mov.string()]["QuickTime:Title"], "Фильм");
-
-    // A language of an alternative text is a tag of its own under ExifTool's name for it.
-    EXPECT_THAT(cliOK({"read", jpeg.string()}).out, HasSubstr("\nXMP:Title-de-CH\tQuadrat\n"));
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:Title-de-CH"), "Quadrat");
 
     // An empty value clears the tag.
     cliOK({"set", "EXIF:Artist=", jpeg.string()});
@@ -56,8 +53,8 @@ TEST_F(FileCommands, setByBareNamesDryRunAndModificationDate) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     auto mov = makeMOV(folder / "b.mov");
     tagWithExifTool(jpeg, {"-EXIF:Orientation=1", "-n"});
-    const std::string before = readText(jpeg);
-    const auto movBefore = readText(mov);
+    const std::string before = fileBytes(jpeg);
+    const auto movBefore = fileBytes(mov);
 
     const auto dry =
         cliOK({"set", "--dry-run", "artist=Ann", "ORIENTATION=6", "--", jpeg.string(), mov.string()}).out;
@@ -66,8 +63,8 @@ TEST_F(FileCommands, setByBareNamesDryRunAndModificationDate) {
                 HasSubstr(jpeg.string() + ": EXIF:Orientation: Horizontal (normal) \u2192 Rotate 90 CW\n"));
     // A movie takes the bare name in the family it can write.
     EXPECT_THAT(dry, HasSubstr(mov.string() + ": XMP:Artist: (none) \u2192 Ann\n"));
-    EXPECT_EQ(readText(jpeg), before);
-    EXPECT_EQ(readText(mov), movBefore);
+    EXPECT_EQ(fileBytes(jpeg), before);
+    EXPECT_EQ(fileBytes(mov), movBefore);
 
     const auto old = fs::file_time_type::clock::now() - std::chrono::hours(24 * 400);
     fs::last_write_time(jpeg, old);
@@ -81,7 +78,8 @@ TEST_F(FileCommands, setByBareNamesDryRunAndModificationDate) {
     EXPECT_THAT(cliExits(2, {"set", "ShutterCount=3", jpeg.string()}).err, HasSubstr("Nikon:ShutterCount"));
 }
 
-// A file that fails is named with its reason and gives 1; the others are still read and written.
+// A file that fails to read is named with its reason and gives 1; the others are still read (the
+// summary test has the same for writing).
 TEST_F(FileCommands, errorsOfSomeFilesDontStopTheOthers) {
     auto good = makeJPEG(folder / "good.jpg");
     auto bad = writeBytes(folder / "bad.jpg", {});
@@ -92,9 +90,6 @@ TEST_F(FileCommands, errorsOfSomeFilesDontStopTheOthers) {
     auto json = nlohmann::json::parse(read.out);
     ASSERT_EQ(json.size(), 1u);
     EXPECT_EQ(json[0].at("SourceFile"), good.string());
-
-    cliExits(1, {"set", "EXIF:Artist=Still written", "--", good.string(), bad.string()});
-    EXPECT_EQ(exifToolValue(good, "EXIF:Artist"), "Still written");
 }
 
 TEST_F(FileCommands, typedEditOptions) {
@@ -130,19 +125,19 @@ TEST_F(FileCommands, everythingAfterTheMarkIsAFile) {
     }
 }
 
+// The summary counts each file as the save task's outcomes give it; the file that fails is named
+// with ExifTool's reason and the others are written.
 TEST_F(FileCommands, theSummaryCountsEachFileAsExifToolReportedIt) {
     auto good = makeJPEG(folder / "good.jpg");
     // Read with a warning, refused by ExifTool at write time: the image data is cut off.
     auto corrupt = makeJPEG(folder / "corrupt.jpg");
-    std::string bytes = readText(corrupt);
+    std::string bytes = fileBytes(corrupt);
     writeText(corrupt, bytes.substr(0, bytes.find("\xFF\xDA")));
 
     auto run = cliExits(1, {"set", "EXIF:Artist=Both", "--", good.string(), corrupt.string()});
     EXPECT_THAT(run.out, HasSubstr("1 file updated, 0 unchanged, 1 failed"));
     EXPECT_THAT(run.err, HasSubstr(corrupt.string() + ": Corrupted JPEG image"));
-    // The good file was written: the same edit now changes nothing in it, and is reported as such.
-    EXPECT_THAT(cliOK({"set", "EXIF:Artist=Both", good.string()}).out,
-                HasSubstr("0 files updated, 1 unchanged"));
+    EXPECT_EQ(exifToolValue(good, "EXIF:Artist"), "Both");
     auto mov = makeMOV(folder / "clip.mov");
     EXPECT_THAT(cli({"set", "--rotate", "right", mov.string()}).out, Not(HasSubstr("1 file updated")));
 }
@@ -152,7 +147,7 @@ TEST_F(FileCommands, theSummaryCountsEachFileAsExifToolReportedIt) {
 TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
     auto jpeg = makeJPEG(folder / "a.jpg");
     tagWithExifTool(jpeg, {"-EXIF:DateTimeOriginal=2020:05:06 10:20:30"});
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     for (const std::string edition :
          {"SELECT(DateTimeOriginal)", "SELECT()", "garbage", "YYYY: 1", "hh: 2.5", ""})
         EXPECT_THAT(cliExits(2, {"set", "--shift-dates", edition, jpeg.string()}).err,
@@ -160,50 +155,38 @@ TEST_F(FileCommands, dateEditionsThatChangeNoFieldAreRefused) {
 
     const auto library = folder / "dates.json";
     cliOK({"preset", "make", "-o", library.string(), jpeg.string(), "EXIF:DateTimeOriginal"});
-    std::string text = readText(library);
+    std::string text = fileBytes(library);
     const auto at = text.find("SELECT(");
     ASSERT_NE(at, std::string::npos) << text;
     writeText(library, text.replace(at, text.find('"', at) - at, "SELECT(garbage)"));
     EXPECT_THAT(cliExits(2, {"set", "--preset", library.string(), jpeg.string()}).err,
                 HasSubstr("SELECT(garbage)"));
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 }
 
-// A tag that can't be set, or a value it can't hold (non-finite numbers included), is refused with
-// exit code 2, naming the tag and why; nothing of the command is written, not even its good edits.
-// Values are read in the usual notations: a fraction for a real number, a choice by its value.
+// A tag that can't be set, or a value it can't hold, is refused with exit code 2, naming the tag
+// and why; nothing of the command is written, not even its good edits. Which values a tag holds,
+// and the text written for them, is the value checker's test.
 TEST_F(FileCommands, setChecksTagsAndValues) {
     auto jpeg = makeJPEG(folder / "a.jpg");
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     const std::pair<std::string, std::string> refused[] = {
         {"EXIF:NoSuchTag=1", "EXIF:NoSuchTag"},
         // A language of a tag that doesn't exist is an unknown tag.
         {"XMP:NoSuchTitle-de=x", "unknown tag"},
         {"EXIF:A100DataOffset=1", "not editable"},
-        {"EXIF:Orientation=sideways", "EXIF:Orientation"},
-        {"EXIF:DateTimeOriginal=2024:01:02 03:04:05+02:00", "time zone"}, // EXIF dates hold no zone
-        {"EXIF:DateTimeOriginal=2024:01:02", "date and time"},
         {"EXIF:Orientation=99", "one of"},
-        {"EXIF:GPSLatitude=123", "degrees"},
-        {"IPTC:ObjectName=" + std::string(300, 'x'), "64 bytes"},
-        {"EXIF:LensInfo=24 70 2.8", "4 values"},
-        {"EXIF:SubjectArea=10 x 20", "element"},
-        {"EXIF:ExposureTime=inf", "EXIF:ExposureTime"},
-        {"EXIF:ISO=1e999", "EXIF:ISO"},
-        {"EXIF:ISO=infinity", "EXIF:ISO"},
+        {"EXIF:ISO=infinity", "not a finite number"},
     };
     for (const auto& [assignment, why] : refused) {
         const auto err = cliExits(2, {"set", "EXIF:Artist=x", assignment, jpeg.string()}).err;
         EXPECT_THAT(err, HasSubstr(assignment.substr(0, assignment.find('='))));
         EXPECT_THAT(err, HasSubstr(why));
     }
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 
-    cliOK({"set", "EXIF:ExposureTime=1/500", "EXIF:Orientation=6", "EXIF:SubjectArea=10 20 30 40",
-           "XMP:DateCreated=2024:01:02 03:04:05.25+02:00", jpeg.string()});
+    cliOK({"set", "EXIF:ExposureTime=1/500", "XMP:DateCreated=2024:01:02 03:04:05.25+02:00", jpeg.string()});
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:ExposureTime", true), "0.002");
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Orientation", true), "6");
-    EXPECT_EQ(exifToolValue(jpeg, "EXIF:SubjectArea", true), "10 20 30 40");
     EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2024:01:02 03:04:05.25+02:00");
 }
 
@@ -212,7 +195,7 @@ TEST_F(FileCommands, setChecksTagsAndValues) {
 // reads back whole; a tag of one value isn't split.
 TEST_F(FileCommands, listItemsHoldingCommas) {
     const auto jpeg = makeJPEG(folder / "a.jpg");
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     auto withEdits = [&](std::vector<std::string> command) {
         command.insert(command.end(), {"--list-separator", ";", "XMP:Subject=Smith, John;Paris",
                                        "keywords= a ; ;b,c ", "EXIF:Artist=A;B", jpeg.string()});
@@ -220,7 +203,7 @@ TEST_F(FileCommands, listItemsHoldingCommas) {
     };
     EXPECT_THAT(cliOK(withEdits({"set", "--dry-run"})).out,
                 HasSubstr(": XMP:Subject: (none) \u2192 \"Smith, John\",Paris\n"));
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 
     cliOK(withEdits({"set"}));
     auto written = [&] {
@@ -245,7 +228,7 @@ TEST_F(FileCommands, listItemsHoldingCommas) {
 // kept quirks, and is refused quickly however long the text; the position written is printed.
 TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
     auto jpeg = makeJPEG(folder / "a.jpg");
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     const auto start = std::chrono::steady_clock::now();
     for (const std::string& text :
          std::vector<std::string>{"nowhere at all", "40 26 46, -79 58 56", "40 26 46 N 79 58 56 W extra",
@@ -255,7 +238,7 @@ TEST_F(FileCommands, setLocationWritesOnlyWhatWasTyped) {
                                   std::string(320, '9') + ", 1", std::string(4096, ' ') + "1"})
         EXPECT_THAT(cliExits(2, {"set", "--location", text, jpeg.string()}).err, HasSubstr(text));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 
     EXPECT_THAT(cliOK({"set", "--location", "40°26′46″N 79°58′56″W", jpeg.string()}).out,
                 HasSubstr("position 40.44611111, -79.98222222"));
@@ -332,6 +315,66 @@ TEST_F(FileCommands, datesKeepTheirOwnClock) {
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:DateTimeOriginal", true), "2023:03:12 03:30:00");
     EXPECT_EQ(exifToolValue(jpeg, "XMP:DateCreated", true), "2023:05:06 12:25:40.5+03:00");
     EXPECT_EQ(exifToolValue(mov, "Keys:CreationDate", true), "2023:05:06 12:25:40+03:00");
+}
+
+// `set` of named tags reads only those tags and the ones the writer consults: what it writes, and
+// what it finds there is nothing to change, are what a read of every tag gives.
+TEST_F(FileCommands, namedTagsKeepTheIPTCCharacterSetAndDigestAndAnEqualValueChangesNothing) {
+    // Latin IPTC text without a declared character set, and a digest of the IPTC.
+    const auto file = makeJPEG(folder / "latin.jpg");
+    tagWithExifTool(file, {"-charset", "iptc=Latin", "-IPTC:By-line=J\xc3\xbcrgen", "-EXIF:Artist=Ann",
+                           "-overwrite_original"});
+    tagWithExifTool(file, {"-Photoshop:IPTCDigest=new", "-overwrite_original"});
+    ASSERT_EQ(exifToolValue(file, "IPTC:CodedCharacterSet"), "");
+    ASSERT_FALSE(exifToolValue(file, "Photoshop:IPTCDigest").empty());
+
+    EXPECT_THAT(cliOK({"set", "IPTC:Caption-Abstract=Neu", "EXIF:Artist=Bo", "--", file.string()}).out,
+                HasSubstr("1 file updated, 0 unchanged"));
+    // The file's other IPTC text went over to UTF-8 with the declaration, unchanged in meaning.
+    EXPECT_EQ(exifToolValue(file, "IPTC:CodedCharacterSet"), "UTF8");
+    EXPECT_EQ(exifToolValue(file, "IPTC:By-line"), "J\xc3\xbcrgen");
+    EXPECT_EQ(exifToolValue(file, "IPTC:Caption-Abstract"), "Neu");
+    EXPECT_EQ(exifToolValue(file, "EXIF:Artist"), "Bo");
+    // The digest describes the IPTC as written.
+    EXPECT_EQ(exifToolValue(file, "Photoshop:IPTCDigest"), exifToolValue(file, "File:CurrentIPTCDigest"));
+
+    // The values the file holds: nothing to write, the file as it was.
+    const std::string before = fileBytes(file);
+    EXPECT_THAT(cliOK({"set", "IPTC:Caption-Abstract=Neu", "Artist=Bo", "--", file.string()}).out,
+                HasSubstr("0 files updated, 1 unchanged"));
+    EXPECT_EQ(fileBytes(file), before);
+}
+
+// `--engine`: the same commands through the in-process engine or through ExifTool.
+TEST_F(FileCommands, readAndSetThroughEitherEngine) {
+#ifndef CORVANE_HAVE_EXIV2
+    GTEST_SKIP() << "built without exiv2: no in-process engine";
+#endif
+    const auto jpeg = makeJPEG(folder / "photo.jpg");
+    const auto tiff = makeTIFF(folder / "scan.tif");
+    const auto bad = writeBytes(folder / "bad.jpg", {0xFF, 0xD8, 0xFF});
+
+    auto set = cliExits(1, {"--engine", "image-io", "set", "EXIF:Artist=In process", "IPTC:Keywords=a,b",
+                            "--", jpeg.string(), tiff.string(), bad.string()});
+    // The damaged file gives its own error, with its name; the others are written.
+    EXPECT_THAT(set.err, HasSubstr("bad.jpg: Source is invalid"));
+    EXPECT_THAT(set.out, HasSubstr("2 files updated"));
+    EXPECT_EQ(exifToolValue(jpeg, "EXIF:Artist"), "In process");
+    EXPECT_EQ(exifToolValue(tiff, "IPTC:Keywords"), "a, b");
+
+    const auto fast =
+        nlohmann::json::parse(cliOK({"--engine", "image-io", "read", "--json", jpeg.string()}).out)[0];
+    const auto full =
+        nlohmann::json::parse(cliOK({"--engine", "exiftool", "read", "--json", jpeg.string()}).out)[0];
+    EXPECT_EQ(fast.at("EXIF:Artist"), "In process");
+    EXPECT_EQ(fast.at("IPTC:Keywords"), nlohmann::json::array({"a", "b"}));
+    // The in-process engine reads fewer tags; those it reads agree with ExifTool.
+    EXPECT_LT(fast.size(), full.size());
+    for (const auto& [tag, value] : fast.items()) {
+        if (tag.rfind("File:", 0) != 0) {
+            EXPECT_EQ(value, full.contains(tag) ? full.at(tag) : nlohmann::json()) << tag;
+        }
+    }
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// `corvane keywords` and `corvane locations`, run as the built program with the user defaults in a
-// folder of the test: what one run saves, the next one finds; bad input is refused and saves
+// `corvane keywords`, `locations` and `library`, run as the built program with the user defaults in
+// a folder of the test: what one run saves, the next one finds; bad input is refused and saves
 // nothing.
 #include "cli/CliRun.hpp"
 #include "corvane/location_support/LocationFile.hpp"
@@ -25,10 +25,10 @@ TEST_F(LibraryCommands, KeywordsImportExportBothForms) {
     EXPECT_EQ(listed.out, "Places {Areas}\n  Paris\n[People]\n  Zoë\n");
 
     cliOK({"keywords", "export", "-o", (folder / "out.txt").string()});
-    EXPECT_EQ(readText(folder / "out.txt"), "[People]\n\tZoë\nPlaces\n\t{Areas}\n\tParis\n")
+    EXPECT_EQ(fileBytes(folder / "out.txt"), "[People]\n\tZoë\nPlaces\n\t{Areas}\n\tParis\n")
         << "sorted by name";
     cliOK({"keywords", "export", "-o", (folder / "out.json").string()});
-    EXPECT_EQ(nlohmann::json::parse(readText(folder / "out.json"))["items"][1]["is_header"], true);
+    EXPECT_EQ(nlohmann::json::parse(fileBytes(folder / "out.json"))["items"][1]["is_header"], true);
 
     // Importing the JSON export adds a second copy after the first.
     cliOK({"keywords", "import", (folder / "out.json").string()});
@@ -76,11 +76,43 @@ TEST_F(LibraryCommands, SetWritesASavedPlaceWithItsAddress) {
     EXPECT_THAT(cliExits(2, {"set", "--saved-location", "Paris", "--location", "1, 2", jpeg.string()}).err,
                 HasSubstr("excludes"));
 
+    // The place's position and address (where each field goes is the location editors' test).
     cliOK({"set", "--saved-location", "Paris", "--", jpeg.string()});
     EXPECT_EQ(exifToolValue(jpeg, "EXIF:GPSLatitude", true), "48.8566");
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:GPSLongitude", true), "2.3522");
     EXPECT_EQ(exifToolValue(jpeg, "IPTC:City"), "Paris");
-    EXPECT_EQ(exifToolValue(jpeg, "XMP:Country"), "France");
+}
+
+// `corvane library` on a temporary library, and `corvane doctor`.
+TEST_F(LibraryCommands, addListAndEditAnAssetThroughTheProgram) {
+    const fs::path root = folder.makeSubfolder("Pictures");
+    // The program's Trash: under this test's data folder, not the user's.
+    ScopedEnvironment data("XDG_DATA_HOME", (folder / "data").string());
+    const auto photo = makeJPEG(folder / "photo.jpg");
+    tagWithExifTool(photo, {"-EXIF:DateTimeOriginal=2018:03:04 05:06:07"});
+    fs::last_write_time(photo, fs::file_time_type::clock::now());
+
+    // The missing file fails; the photo is added.
+    auto added =
+        cliExits(1, {"library", "add", "--root", root.string(), photo.string(), (folder / "x.txt").string()});
+    ASSERT_THAT(added.out, StartsWith("added: "));
+    const std::string identifier = added.out.substr(7, added.out.find('\n') - 7);
+
+    EXPECT_EQ(cliOK({"library", "list", "--root", root.string()}).out, identifier + "\n");
+
+    EXPECT_EQ(cliOK({"library", "set", "--root", root.string(), identifier, "EXIF:Artist=Ana"}).out,
+              identifier + " -> 2018/03/photo.jpg\n");
+    EXPECT_EQ(exifToolValue(root / "2018/03/photo.jpg", "EXIF:Artist"), "Ana");
+    EXPECT_EQ(cli({"library", "list", "--root", root.string()}).out, "2018/03/photo.jpg\n");
+
+    cliExits(2, {"library", "set", "--root", root.string(), "2018/03/photo.jpg", "EXIF:Orientation=99"});
+    cliExits(1, {"library", "set", "--root", root.string(), "../photo.jpg", "EXIF:Artist=B"});
+}
+
+TEST_F(LibraryCommands, doctorNamesTheToolsAndTheLibrary) {
+    auto run = cliOK({"doctor", "--root", folder.path().string()});
+    EXPECT_THAT(run.out, HasSubstr("ExifTool: "));
+    EXPECT_THAT(run.out, HasSubstr("photo library: " + folder.path().string() + " (writable)"));
+    EXPECT_THAT(run.out, HasSubstr("sandbox: "));
 }
 
 } // namespace

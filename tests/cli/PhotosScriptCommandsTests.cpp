@@ -55,7 +55,7 @@ TEST_F(PhotosScriptCommands, RemotePrintsOrRunsTheChosenProfile) {
                      writeHost("", 0).string()})
                   .out,
               "");
-    EXPECT_EQ(readText(folder / "received"),
+    EXPECT_EQ(fileBytes(folder / "received"),
               cli({"photos-script", "remote", profiles, "--profile", "City"}).out);
 
     EXPECT_EQ(

@@ -49,27 +49,22 @@ std::string withPresetValue(std::string text, const std::string& tag, const std:
     return text.replace(start, text.find('"', start) - start, value);
 }
 
-// A value its tag can't hold is refused, naming the tag and the value, and nothing of the file is
-// written; a fraction is read for a real number, as on the command line.
+// A preset's values go through the value checker: one its tag can't hold is refused, naming the tag
+// and the value, and nothing of the file is written; a fraction is read for a real number.
 TEST_F(PresetCommands, presetValuesAreCheckedAsTypedOnes) {
     const auto model = makeJPEG(folder / "model.jpg");
     const auto target = makeJPEG(folder / "target.jpg");
-    tagWithExifTool(model, {"-EXIF:Orientation#=6", "-IPTC:ObjectName=short", "-EXIF:ExposureTime=0.01"});
+    tagWithExifTool(model, {"-EXIF:Orientation#=6", "-EXIF:ExposureTime=0.01"});
     const auto library = folder / "presets.json";
-    cliOK({"preset", "make", "-o", library.string(), model.string(), "EXIF:Orientation", "IPTC:ObjectName",
-           "EXIF:ExposureTime"});
-    const std::string made = readText(library);
-    const std::string before = readText(target);
+    cliOK(
+        {"preset", "make", "-o", library.string(), model.string(), "EXIF:Orientation", "EXIF:ExposureTime"});
+    const std::string made = fileBytes(library);
+    const std::string before = fileBytes(target);
 
-    const std::pair<std::string, std::string> refused[] = {{"EXIF:Orientation", "99"},
-                                                           {"IPTC:ObjectName", std::string(300, 'x')},
-                                                           {"EXIF:ExposureTime", "fast"}};
-    for (const auto& [tag, value] : refused) {
-        writeText(library, withPresetValue(made, tag, value));
-        EXPECT_THAT(cliExits(2, {"set", "--preset", library.string(), target.string()}).err,
-                    HasSubstr("\"" + value + "\" is not a valid value for " + tag));
-        EXPECT_EQ(readText(target), before) << tag;
-    }
+    writeText(library, withPresetValue(made, "EXIF:Orientation", "99"));
+    EXPECT_THAT(cliExits(2, {"set", "--preset", library.string(), target.string()}).err,
+                HasSubstr("\"99\" is not a valid value for EXIF:Orientation"));
+    EXPECT_EQ(fileBytes(target), before);
 
     writeText(library, withPresetValue(made, "EXIF:ExposureTime", "1/500"));
     cliOK({"set", "--preset", library.string(), target.string()});

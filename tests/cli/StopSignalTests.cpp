@@ -50,13 +50,9 @@ struct Batch {
         arguments.insert(arguments.end(), paths.begin(), paths.end());
         if (slowWrites)
             std::ofstream(tools / ".ExifTool_config")
-                << "require Image::ExifTool::Import;\n"
-                   "{\n"
-                   "    no warnings 'redefine';\n"
-                   "    my $read = \\&Image::ExifTool::Import::ReadJSON;\n"
-                   "    *Image::ExifTool::Import::ReadJSON = sub ($$;$$) { sleep 30; goto &$read };\n"
-                   "}\n"
-                   "1;\n";
+                << "require Image::ExifTool::Import; { no warnings 'redefine';\n"
+                   "my $read = \\&Image::ExifTool::Import::ReadJSON;\n"
+                   "*Image::ExifTool::Import::ReadJSON = sub ($$;$$) { sleep 30; goto &$read }; } 1;\n";
         const pid_t pid = ::fork();
         if (pid == 0) {
             ::setenv("TMPDIR", temporary.path().c_str(), 1);
@@ -93,19 +89,19 @@ struct Batch {
         // One variable of the environment, whose entries each end with a null character.
         const std::string mark = std::string(1, '\0') + "EXIFTOOL_HOME=" + tools.path().string() + '\0';
         for (const auto& entry : fs::directory_iterator("/proc"))
-            if (('\0' + corvane::test::readText(entry.path() / "environ")).find(mark) != std::string::npos &&
+            if (('\0' + corvane::test::fileBytes(entry.path() / "environ")).find(mark) != std::string::npos &&
                 !zombie(entry.path()))
                 return true;
         return false;
     }
 
     static bool zombie(const fs::path& process) {
-        const std::string text = corvane::test::readText(process / "stat");
+        const std::string text = corvane::test::fileBytes(process / "stat");
         const auto close = text.rfind(')');
         return close != std::string::npos && text.compare(close + 2, 1, "Z") == 0;
     }
 
-    std::string output() const { return corvane::test::readText(tools / "out"); }
+    std::string output() const { return corvane::test::fileBytes(tools / "out"); }
 
     // The photos whose title the run wrote.
     int titledCount() const {

@@ -1,4 +1,4 @@
-// `corvane show` and `corvane tagset`, run as the built program on files tagged by ExifTool, with
+// `corvane show`, `tagset` and `compare`, run as the built program on files tagged by ExifTool, with
 // the user defaults in a folder of the test.
 #include "cli/CliRun.hpp"
 #include "support/Corpus.hpp"
@@ -63,7 +63,7 @@ TEST_F(TableCommands, TagSetsAreKeptInTheUserDefaults) {
 
     const auto exported = folder / "exported.json";
     cliOK({"tagset", "export", "-o", exported.string()});
-    const auto file = nlohmann::json::parse(readText(exported));
+    const auto file = nlohmann::json::parse(fileBytes(exported));
     EXPECT_EQ(file["description"], "");
     EXPECT_EQ(file["tag_set"]["entries"].size(), 3u);
 
@@ -87,6 +87,48 @@ TEST_F(TableCommands, ShowMergesTheMakesOfCameraFiles) {
     for (const auto& make : makes)
         expected += "\t\"" + make + "\"";
     EXPECT_THAT(cliOK(arguments).out, HasSubstr(expected + "\n"));
+}
+
+// `corvane compare`: each option reaches the comparison, whose rows, search and formats the
+// comparison's own tests check in full.
+using CompareCommand = CliTest;
+
+TEST_F(CompareCommand, compareShowsEveryFileAndNarrowsToDifferences) {
+    auto a = makeJPEG(folder / "a.jpg");
+    auto b = makeJPEG(folder / "b.jpg");
+    tagWithExifTool(a, {"-EXIF:Artist=Zoë", "-EXIF:Copyright=Same"});
+    tagWithExifTool(b, {"-EXIF:Artist=Ana", "-EXIF:Copyright=Same"});
+    const std::vector<std::string> files{a.string(), b.string()};
+    auto compare = [&](std::vector<std::string> options) {
+        options.insert(options.begin(), "compare");
+        options.insert(options.end(), files.begin(), files.end());
+        return cliOK(options).out;
+    };
+    const auto all = compare({"--format", "csv"});
+    EXPECT_THAT(all, HasSubstr("Tags; a.jpg; b.jpg\n"));
+    EXPECT_THAT(all, HasSubstr("Zoë"));
+    EXPECT_THAT(all, HasSubstr("Same"));
+    const auto different = compare({"--only-different", "--format", "csv"});
+    EXPECT_THAT(different, HasSubstr("Zoë"));
+    EXPECT_THAT(different, Not(HasSubstr("Same")));
+    // The search ignores case and accents.
+    const auto searched = compare({"--search", "zoe", "--format", "txt"});
+    EXPECT_THAT(searched, HasSubstr("Zoë"));
+    EXPECT_THAT(searched, Not(HasSubstr("Same")));
+    // The format follows the output file's extension.
+    compare({"--output", (folder / "comparison.rtf").string()});
+    EXPECT_THAT(fileBytes(folder / "comparison.rtf"), StartsWith("{\\rtf1"));
+
+    // A file ExifTool can't read is reported and gets no column; the columns follow the arguments,
+    // a folder giving its own files where it stands.
+    auto empty = writeBytes(folder / "empty.jpg", {});
+    auto sub = folder.makeSubfolder("sub");
+    makeJPEG(sub / "c.jpg");
+    auto mixed = cliExits(1, {"compare", "--format", "csv", b.string(), empty.string(), sub.string(),
+                              a.string(), (folder / "none.jpg").string()});
+    EXPECT_THAT(mixed.err, HasSubstr("empty.jpg"));
+    EXPECT_THAT(mixed.err, HasSubstr("none.jpg"));
+    EXPECT_THAT(mixed.out, StartsWith("Tags; b.jpg; c.jpg; a.jpg\n"));
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include <array>
 #include <set>
 #include <thread>
 
@@ -19,34 +21,27 @@ TEST(TagAccess, RightsAndRawValues) {
     struct Row {
         TagAccess access;
         const char* raw;
-        bool read, edit, create;
+        std::array<bool, 3> rights; // read, edit, create
     };
-    for (const Row& row : {Row{N, "N", false, false, false}, Row{R, "R", true, false, false},
-                           Row{RW, "RW", true, true, false}, Row{RWC, "RWC", true, true, true}}) {
+    for (const Row& row : {Row{N, "N", {false, false, false}}, Row{R, "R", {true, false, false}},
+                           Row{RW, "RW", {true, true, false}}, Row{RWC, "RWC", {true, true, true}}}) {
         SCOPED_TRACE(row.raw);
-        EXPECT_EQ(row.access.rawValue(), row.raw);
-        EXPECT_EQ(TagAccess::fromRawValue(row.raw), row.access);
-        EXPECT_EQ(row.access.canBeRead(), row.read);
-        EXPECT_EQ(row.access.canBeEdited(), row.edit);
-        EXPECT_EQ(row.access.canBeCreated(), row.create);
-        nlohmann::json encoded = row.access;
-        EXPECT_EQ(encoded, row.raw);
-        EXPECT_EQ(encoded.get<TagAccess>(), row.access);
+        EXPECT_EQ((std::array{row.access.canBeRead(), row.access.canBeEdited(), row.access.canBeCreated()}),
+                  row.rights);
+        EXPECT_EQ(nlohmann::json(row.access), row.raw);
+        EXPECT_EQ(nlohmann::json(row.raw).get<TagAccess>(), row.access);
     }
     EXPECT_FALSE(TagAccess::fromRawValue("rw"));
     EXPECT_THROW(nlohmann::json("rwc").get<TagAccess>(), std::invalid_argument);
     EXPECT_THROW(nlohmann::json(2).get<TagAccess>(), std::invalid_argument);
 }
 
-TEST(MediaKind, CasesInOrderWithKeys) {
-    std::vector<std::string> names;
+TEST(MediaKind, RawValuesRoundTripAndNamesAreTranslated) {
     for (MediaKind kind : MediaKind::allCases()) {
-        names.emplace_back(kind.name());
         EXPECT_EQ(MediaKind::fromRawValue(kind.rawValue()), kind);
         EXPECT_FALSE(kind.localizedName().empty());
         EXPECT_NE(kind.localizedName(), kind.localizationKey()) << "a text of the string table";
     }
-    EXPECT_THAT(names, ElementsAre("audio", "image", "movie", "sidecar", "other"));
     EXPECT_FALSE(MediaKind::fromRawValue("Image"));
 }
 

@@ -1,20 +1,54 @@
+// The tag catalogue: every tag ExifTool knows, looked up by family and key, and checked against
+// what ExifTool reads in files.
 #include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
 #include "corvane/tag_value/TagStream.hpp"
+#include "support/Corpus.hpp"
+#include "support/SampleFiles.hpp"
+#include "support/StorageValues.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <set>
 #include <thread>
 
 using namespace corvane;
+using corvane::test::tagName;
+namespace fs = std::filesystem;
 
 namespace {
 
-TagName name(const char* raw) {
-    return *TagName::fromRawValue(raw);
+struct Resolution {
+    int total = 0;
+    std::vector<std::string> unknown;
+};
+
+// Files every tag of ExifTool's grouped JSON the way the reader does: under
+// family 0, or under family 1 for maker notes.
+Resolution resolve(const std::vector<std::string>& files) {
+    std::vector<std::string> args = {"-j", "-g0:1", "-n"};
+    args.insert(args.end(), files.begin(), files.end());
+    auto run = test::runExifTool(args);
+    Resolution r;
+    auto json = nlohmann::json::parse(run.standardOutput);
+    for (const auto& object : json) {
+        for (const auto& [group, tags] : object.items()) {
+            if (group == "SourceFile" || !tags.is_object()) continue;
+            auto colon = group.find(':');
+            std::string g0 = group.substr(0, colon);
+            std::string g1 = colon == std::string::npos ? g0 : group.substr(colon + 1);
+            const std::string& stream = g0 == "MakerNotes" ? g1 : g0;
+            for (const auto& [key, value] : tags.items()) {
+                ++r.total;
+                if (!TagItem::find(stream, key)) r.unknown.push_back(group + ":" + key);
+            }
+        }
+    }
+    return r;
 }
 
 } // namespace
@@ -40,14 +74,14 @@ TEST(TagCatalogue, HoldsEveryExifToolTagOnceInNameOrderAndEveryFamily) {
 }
 
 TEST(TagCatalogue, LooksUpByFamilyThenKeyAndListsAFamilysRowsSorted) {
-    const TagItem* artist = name("EXIF:Artist").item();
+    const TagItem* artist = tagName("EXIF:Artist").item();
     ASSERT_NE(artist, nullptr);
     EXPECT_TRUE(artist->isWritable());
-    EXPECT_EQ(name("EXIF:NoSuchKey").item(), nullptr);
-    EXPECT_EQ(name("NoSuchFamily:Artist").item(), nullptr);
+    EXPECT_EQ(tagName("EXIF:NoSuchKey").item(), nullptr);
+    EXPECT_EQ(tagName("NoSuchFamily:Artist").item(), nullptr);
     EXPECT_EQ(TagName::empty.item(), nullptr);
     // Keys are case-sensitive, as ExifTool prints them.
-    EXPECT_EQ(name("EXIF:artist").item(), nullptr);
+    EXPECT_EQ(tagName("EXIF:artist").item(), nullptr);
     const auto& exif = TagStream::streamEXIF.items();
     ASSERT_GT(exif.size(), 300u);
     EXPECT_TRUE(std::is_sorted(exif.begin(), exif.end(), [](auto* a, auto* b) { return *a < *b; }));
@@ -89,8 +123,8 @@ TEST(TagCatalogue, KeepsChoicesTheBestOfRepeatedDefinitionsAndTheCuratedKinds) {
         EXPECT_EQ(k.item.type().ordinal(), k.ordinal) << k.item.name().rawValue();
         EXPECT_EQ(k.item.arrangement(), TagItem::Arrangement::singleValue) << k.item.name().rawValue();
     }
-    EXPECT_EQ(name("XMP:Approved").item()->type(), TagType::boolean);
-    EXPECT_EQ(name("QuickTime:CreateDate").item()->type(), TagType::localDateTime);
+    EXPECT_EQ(tagName("XMP:Approved").item()->type(), TagType::boolean);
+    EXPECT_EQ(tagName("QuickTime:CreateDate").item()->type(), TagType::localDateTime);
     // IPTC digit strings stay text: "01" keeps its zero.
     EXPECT_EQ(TagItem::itemIPTCEditorialUpdate().converter()->stringValueFromStringValue("01"), "01");
     const TagItem& tags = TagItem::itemFileMDItemUserTags();
@@ -156,4 +190,42 @@ TEST(TagCatalogue, FirstUseFromManyThreadsLoadsOnce) {
         t.join();
     for (const TagItem* item : seen)
         EXPECT_EQ(item, &TagItem::itemIPTCBy_line());
+}
+
+// Every constant the library names exists in the catalogue (a missing row throws on first use) and
+// is the catalogue's own entry for its family and key, not a copy or a neighbour.
+TEST(TagItemConstants, EachConstantIsItsCatalogueRow) {
+#define CORVANE_TAG_ITEM(fn, family, key)                                                                    \
+    EXPECT_EQ(&TagItem::fn(), TagItem::find(family, key)) << family ":" key;
+#include "corvane/tag_value/detail/TagItemConstantList.inc"
+#undef CORVANE_TAG_ITEM
+}
+
+TEST(CatalogueWithExifTool, KnowsEveryTagExifToolWritesAndReadsBack) {
+    test::TemporaryFolder folder;
+    fs::path jpeg = test::makeJPEG(folder / "a.jpg");
+    test::tagWithExifTool(jpeg,
+                          {"-EXIF:Artist=Ann", "-EXIF:DateTimeOriginal=2024:05:01 12:00:00",
+                           "-EXIF:GPSLatitude=48.85", "-EXIF:GPSLatitudeRef=N", "-IPTC:Keywords=sea",
+                           "-IPTC:Keywords=sun", "-IPTC:By-line=Bob", "-XMP:Subject=sea", "-XMP:Rating=4",
+                           "-XMP:CountryCode=FR", "-XMP:CreateDate=2024:05:01 12:00:00+02:00"});
+    fs::path mov = test::makeMOV(folder / "b.mov");
+    test::tagWithExifTool(mov, {"-QuickTime:Title=Holiday", "-QuickTime:Keyword=sea"});
+    Resolution r = resolve({jpeg.string(), mov.string()});
+    EXPECT_GT(r.total, 60);
+    EXPECT_TRUE(r.unknown.empty()) << r.unknown.size() << " unknown, first " << r.unknown.front();
+}
+
+TEST(CatalogueWithExifTool, KnowsTheTagsOfCameraFiles) {
+    const fs::path corpus = test::corpusFolder();
+    std::vector<std::string> files;
+    for (const char* f :
+         {"jpeg/exif-samples/Canon_40D.jpg", "jpeg/exif-samples/DSCN0010.jpg", "cr2/exiftool/CanonRaw.cr2",
+          "nef/exiftool/Nikon.nef", "mov/exiftool/QuickTime.mov"})
+        if (fs::exists(corpus / f)) files.push_back((corpus / f).string());
+    if (files.empty()) GTEST_SKIP() << "no camera files under " << corpus;
+    Resolution r = resolve(files);
+    ASSERT_GT(r.total, 300);
+    // Only composite previews that ExifTool files under a maker's preview group stay unknown.
+    EXPECT_LE(r.unknown.size(), static_cast<size_t>(r.total / 100)) << "first unknown: " << r.unknown.front();
 }

@@ -9,6 +9,7 @@
 #include "corvane/task_support/FolderExportGeotagTask.hpp"
 #include "corvane/task_support/FolderImportGeotagTask.hpp"
 #include "support/SampleFiles.hpp"
+#include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/Unwritable.hpp"
 
@@ -22,15 +23,8 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::errorTexts;
-using testing::importFiles;
-using testing::performed;
-using testing::sourcesOf;
-using testing::succeeded;
-
-TagName tag(const char* text) {
-    return *TagName::fromRawValue(text);
-}
+using test::tagName;
+using namespace corvane::testing;
 
 std::shared_ptr<ETTagEditor> folderEditor(const fs::path& folder) {
     return ETTagEditor::create(TagStorage(TagStorageSource(folder)));
@@ -50,17 +44,17 @@ TEST(CleanTagValuesTaskTest, RemovesOneFamilyOrAllFromFilesAndEditorsAndAFailure
     EXPECT_EQ(test::exifToolValue(photos[0], "XMP:Title"), "");
     EXPECT_EQ(test::exifToolValue(photos[0], "EXIF:Artist"), "A");
     EXPECT_EQ(test::exifToolValue(photos[0], "IPTC:Keywords"), "K");
-    EXPECT_FALSE(editors[0]->currentValue(tag("XMP:Title")));
-    EXPECT_EQ(editors[0]->currentValue(tag("EXIF:Artist")), "A");
+    EXPECT_FALSE(editors[0]->currentValue(tagName("XMP:Title")));
+    EXPECT_EQ(editors[0]->currentValue(tagName("EXIF:Artist")), "A");
     EXPECT_EQ(test::exifToolValue(photos[1], "XMP:Title"), "T");
 
     EXPECT_EQ(CleanTagValuesTask::cleanArguments(TagStream::allCases()), std::vector<std::string>{"-All="});
     performed(CleanTagValuesTask::create({{editors[1]}, TagStream::allCases(), {}, {}}));
     for (const char* name :
          {"EXIF:Artist", "XMP:Title", "IPTC:Keywords"}) // the file's are the cleaner's test
-        EXPECT_FALSE(editors[1]->currentValue(tag(name))) << name;
+        EXPECT_FALSE(editors[1]->currentValue(tagName(name))) << name;
     // The file system's values stay in the editor, as they do in the file.
-    EXPECT_TRUE(editors[1]->currentValue(tag("File:FileName")));
+    EXPECT_TRUE(editors[1]->currentValue(tagName("File:FileName")));
 
     // A failed run leaves the editors as the files are.
     std::shared_ptr<CleanTagValuesTask> failed;
@@ -71,7 +65,7 @@ TEST(CleanTagValuesTaskTest, RemovesOneFamilyOrAllFromFilesAndEditorsAndAFailure
     }
     EXPECT_FALSE(failed->errors().empty());
     EXPECT_EQ(test::exifToolValue(photos[0], "IPTC:Keywords"), "K");
-    EXPECT_EQ(editors[0]->currentValue(tag("IPTC:Keywords")), "K");
+    EXPECT_EQ(editors[0]->currentValue(tagName("IPTC:Keywords")), "K");
 }
 
 TEST(FetchTagValuesTaskTest, DeliversTheValuesOfFilesThatHaveTheTagOnce) {
@@ -85,10 +79,11 @@ TEST(FetchTagValuesTaskTest, DeliversTheValuesOfFilesThatHaveTheTagOnce) {
     auto fetch = [&](const char* name, std::vector<fs::path> paths) {
         calls = 0;
         values.clear();
-        return performed(FetchTagValuesTask::create({sourcesOf(paths), tag(name), [&](const auto& fetched) {
-                                                         ++calls;
-                                                         values = fetched;
-                                                     }}));
+        return performed(
+            FetchTagValuesTask::create({sourcesOf(paths), tagName(name), [&](const auto& fetched) {
+                                            ++calls;
+                                            values = fetched;
+                                        }}));
     };
     fetch("EXIF:Artist", {tagged, bare, folder / "missing.jpg"});
     EXPECT_EQ(calls, 1);
@@ -101,7 +96,7 @@ TEST(FetchTagValuesTaskTest, DeliversTheValuesOfFilesThatHaveTheTagOnce) {
     auto task = fetch("EXIF:Artist", {});
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(errorTexts(*task), std::vector<std::string>{"Sources are missing"});
-    task = performed(FetchTagValuesTask::create({sourcesOf({tagged}), tag("EXIF:Artist"), nullptr}));
+    task = performed(FetchTagValuesTask::create({sourcesOf({tagged}), tagName("EXIF:Artist"), nullptr}));
     EXPECT_EQ(errorTexts(*task), std::vector<std::string>{"Completion is missing"});
     EXPECT_THROW(FetchTagValuesTask::parseOutput("{\"SourceFile\": \"x\"}", {}), Error);
 }

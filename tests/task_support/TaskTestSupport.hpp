@@ -42,11 +42,10 @@ template <class T> std::shared_ptr<T> succeeded(std::shared_ptr<T> task) {
     return task;
 }
 
-inline std::vector<std::shared_ptr<TagEditor>> importFiles(std::vector<TagStorageSource> sources,
-                                                           std::optional<bool> ignoreMinorErrors = {}) {
-    ImportTagEditorsTask::Settings settings(std::move(sources));
-    settings.ignoreMinorErrors = ignoreMinorErrors;
-    return sortedEditors(*performed(ImportTagEditorsTask::create(std::move(settings))));
+// The editors of these files, imported with the default settings, in the order of their paths.
+inline std::vector<std::shared_ptr<TagEditor>> importFiles(std::vector<TagStorageSource> sources) {
+    return sortedEditors(
+        *performed(ImportTagEditorsTask::create(ImportTagEditorsTask::Settings(std::move(sources)))));
 }
 
 inline std::vector<TagStorageSource> sourcesOf(const std::vector<std::filesystem::path>& paths) {

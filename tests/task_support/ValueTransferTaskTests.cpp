@@ -12,6 +12,7 @@
 #include "corvane/task_support/ImportTagValuesTask.hpp"
 #include "corvane/task_support/SyncSidecarFilesTask.hpp"
 #include "corvane/task_support/SyncTagValuesTask.hpp"
+#include "support/StorageValues.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,18 +24,13 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
+using test::tagName;
+using namespace corvane::testing;
 using test::exifToolValue;
 using test::makeJPEG;
 using test::tagWithExifTool;
 using ::testing::ElementsAre;
-using testing::EngineGuard;
-using testing::errorTexts;
-using testing::fileBytes;
 using ::testing::HasSubstr;
-using testing::importFiles;
-using testing::performed;
-using testing::sourcesOf;
-using testing::succeeded;
 
 // The tags ExifTool reads in a file, by "Family:Key", in one run.
 nlohmann::json tagsOf(const fs::path& file) {
@@ -47,10 +43,6 @@ std::string tagOf(const nlohmann::json& tags, const std::string& key) {
     auto found = tags.find(key);
     if (found == tags.end()) return {};
     return found->is_string() ? found->get<std::string>() : found->dump();
-}
-
-TagName name(std::string_view text) {
-    return *TagName::fromRawValue(text);
 }
 
 template <class E> std::optional<E> onlyError(const AbstractTask& task) {
@@ -221,11 +213,11 @@ TEST_F(ValueTransferTasks, sidecarNamesAndExclusionsAreDeterministic) {
     // The second file's values into the first, without its EXIF family.
     ImportTagValuesTask::Settings settings({editors[0]}, TagStorageSource(second));
     settings.excludedTagStreams = {TagStream::streamEXIF};
-    settings.excludedTagNames = {name("IPTC:City")};
+    settings.excludedTagNames = {tagName("IPTC:City")};
     succeeded(ImportTagValuesTask::create(settings));
-    EXPECT_EQ(editors[0]->currentValue(name("XMP:Title")), "second");
-    EXPECT_EQ(editors[0]->currentValue(name("EXIF:Artist")), "first");
-    EXPECT_FALSE(editors[0]->currentValue(name("IPTC:City")));
+    EXPECT_EQ(editors[0]->currentValue(tagName("XMP:Title")), "second");
+    EXPECT_EQ(editors[0]->currentValue(tagName("EXIF:Artist")), "first");
+    EXPECT_FALSE(editors[0]->currentValue(tagName("IPTC:City")));
     for (const TagName& edited : editors[0]->writtenTagNames())
         EXPECT_NE(edited.stream(), TagStream::streamFile) << edited.rawValue();
 }
@@ -263,7 +255,7 @@ TEST_F(ValueTransferTasks, aFolderSyncsToXMPSidecarsAndBack) {
     EXPECT_THAT(errorTexts(*imported), ElementsAre(HasSubstr("p3.jpg")));
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(exifToolValue(photos[i], "XMP:Title"), "edited " + std::to_string(i));
-        EXPECT_EQ(editors[i]->currentValue(name("XMP:Title")), "edited " + std::to_string(i));
+        EXPECT_EQ(editors[i]->currentValue(tagName("XMP:Title")), "edited " + std::to_string(i));
     }
     EXPECT_EQ(exifToolValue(photos[3], "XMP:Title"), "title 3");
     EXPECT_EQ(exifToolValue(photos[0], "EXIF:Artist"), "Ana");
@@ -287,9 +279,9 @@ TEST_F(ValueTransferTasks, tagCopiesChangeFilesInMemoryAndFoldersOnDisk) {
     EXPECT_EQ(task->copyArguments(), (std::vector<std::string>{"-XMP:CreateDate<EXIF:DateTimeOriginal",
                                                                "-XMP:Creator<EXIF:Artist"}));
 
-    EXPECT_EQ(editors[0]->currentValue(name("XMP:CreateDate")).value_or("").substr(0, 19),
+    EXPECT_EQ(editors[0]->currentValue(tagName("XMP:CreateDate")).value_or("").substr(0, 19),
               "2021:06:01 10:20:30");
-    EXPECT_EQ(editors[0]->currentValue(name("XMP:Creator")), "Ana");
+    EXPECT_EQ(editors[0]->currentValue(tagName("XMP:Creator")), "Ana");
     EXPECT_TRUE(fileBytes(file) == before) << "a file editor was written to disk";
     EXPECT_EQ(exifToolValue(inFolder, "XMP:CreateDate"), "2020:01:02 03:04:05");
     EXPECT_FALSE(fs::exists(sub / "inside.jpg_original"));
@@ -323,7 +315,7 @@ TEST_F(ValueTransferTasks, aTableOfFiftyFilesRoundTripsAndAppliesItsEdits) {
     std::vector<const TagItem*> items; // the title twice: a table holds each tag once
     for (const char* tag :
          {"XMP:Title", "XMP:Subject", "EXIF:DateTimeOriginal", "EXIF:Artist", "XMP:Rating", "XMP:Title"})
-        items.push_back(TagItem::find(name(tag)));
+        items.push_back(TagItem::find(tagName(tag)));
     const fs::path table = folder / "table.csv";
     succeeded(ExportCSVTableTask::create(ExportCSVTableTask::Settings(editors, items, table)));
     const std::string text = fileBytes(table);
@@ -352,8 +344,8 @@ TEST_F(ValueTransferTasks, aTableOfFiftyFilesRoundTripsAndAppliesItsEdits) {
         return std::shared_ptr<TagEditor>();
     };
     EXPECT_EQ(byName("f0.jpg")->writtenTagNames(),
-              (std::vector<TagName>{name("XMP:Rating"), name("XMP:Title")}));
-    EXPECT_EQ(byName("f0.jpg")->currentValue(name("XMP:Title")), "New title");
+              (std::vector<TagName>{tagName("XMP:Rating"), tagName("XMP:Title")}));
+    EXPECT_EQ(byName("f0.jpg")->currentValue(tagName("XMP:Title")), "New title");
     for (const auto& editor : editors)
         if (editor != byName("f0.jpg")) {
             EXPECT_FALSE(editor->isEdited()) << editor->pathDescription();
