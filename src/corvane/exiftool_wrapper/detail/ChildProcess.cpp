@@ -121,10 +121,15 @@ int stopChild(pid_t pid, std::chrono::milliseconds grace) {
     askChildToStop(pid);
     const auto deadline = std::chrono::steady_clock::now() + grace;
     while (std::chrono::steady_clock::now() < deadline) {
-        const pid_t r = ::waitpid(pid, &status, WNOHANG);
-        if (r == pid) {
+        // Seen ended but not yet reaped: until it is, its number can't be given to another
+        // process, so the group's kill can't reach a stranger.
+        siginfo_t info{};
+        const int r = ::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT);
+        if (r == 0 && info.si_pid == pid) {
             // Whatever the group started goes too.
             ::kill(-pid, SIGKILL);
+            while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+            }
             return status;
         }
         if (r < 0 && errno != EINTR) return status;
