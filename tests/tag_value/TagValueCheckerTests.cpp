@@ -33,6 +33,7 @@ TEST(TagValueChecker, WritesCanonicalNumbersAndTrimmedDatesAndRefusesWhatTheTagC
         {"EXIF:Orientation", "99", "", ": one of 1, 2, 3, 4, 5, 6, 7, 8 is needed"},
         {"EXIF:LensInfo", "24 70 2.8", "", ": 4 values are needed"},
         {"EXIF:SubjectArea", "10 x 20", "", ": an element isn't a valid int16u"},
+        {"IPTC:Keywords", "a,b,,c", "", ": an element is empty"},
         {"EXIF:GPSLongitude", "10 75 0", "", ": degrees from 0 to 180 are needed"},
         {"EXIF:ISO", "1e999", "", "EXIF:ISO: \"1e999\" is not a finite number"},
         {"IPTC:ObjectName", std::string(65, 'x'), "", ": longer than the 64 bytes the tag holds"},

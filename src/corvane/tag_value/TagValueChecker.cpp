@@ -214,11 +214,19 @@ TagValueChecker::Result TagValueChecker::check(const TagItem& item, const std::s
     if (const auto* array = dynamic_cast<const ArrayValueConverter*>(converter.get())) {
         // Each element must read: the array converter would drop an unreadable one silently.
         std::size_t typedElements = 0;
-        for (const std::string& piece : detail::converter_text::splitListElements(text, array->separator()))
-            if (!trimmed(piece).empty()) ++typedElements;
+        bool emptyElement = false;
+        for (const std::string& piece : detail::converter_text::splitListElements(text, array->separator())) {
+            if (trimmed(piece).empty())
+                emptyElement = true;
+            else
+                ++typedElements;
+        }
         const DynamicValue native = converter->nativeValueFromStringValue(text);
         const std::size_t read = native.arrayValue() ? native.arrayValue()->size() : 0;
-        if (read != typedElements) return refuse("an element isn't a valid " + std::string(type.rawValue()));
+        // A list of texts keeps an empty element ("a,,b"), which the writer would write as one.
+        if (read != typedElements)
+            return refuse(emptyElement ? "an element is empty"
+                                       : "an element isn't a valid " + std::string(type.rawValue()));
         // A fixed count is written whole; a GPS position may also be one number of degrees.
         const bool degrees = degreeBound(item).has_value() && read == 1;
         if (item.arrangement() == TagItem::Arrangement::staticSequence && item.count() &&
