@@ -180,16 +180,31 @@ TEST(TagCatalogue, MakerFamiliesFoldToMakerNotes) {
 }
 
 TEST(TagCatalogue, FirstUseFromManyThreadsLoadsOnce) {
-    // Run in a fresh process this would race the loader; here it checks that
-    // concurrent readers agree.
+    // Each test runs in a process of its own: the threads race the first loads of four families and
+    // of the whole list, each of which must happen once (ThreadSanitizer watches the rest).
+    const std::pair<const char*, const char*> names[] = {
+        {"IPTC", "By-line"}, {"EXIF", "Artist"}, {"XMP", "Subject"}, {"Nikon", "Lens"}};
     std::vector<std::thread> threads;
     std::vector<const TagItem*> seen(8);
+    std::vector<size_t> counts(seen.size());
     for (size_t i = 0; i < seen.size(); ++i)
-        threads.emplace_back([&, i] { seen[i] = TagName::fromRawValue("IPTC:By-line")->item(); });
+        threads.emplace_back([&, i] {
+            const auto& [family, key] = names[i % 4];
+            seen[i] = TagCatalogue::shared().find(family, key);
+            counts[i] =
+                (i % 2 ? TagCatalogue::shared().items() : TagCatalogue::shared().family(family)->items())
+                    .size();
+        });
     for (auto& t : threads)
         t.join();
-    for (const TagItem* item : seen)
-        EXPECT_EQ(item, &TagItem::itemIPTCBy_line());
+    for (size_t i = 0; i < seen.size(); ++i) {
+        ASSERT_NE(seen[i], nullptr) << names[i % 4].first;
+        EXPECT_EQ(seen[i], seen[i % 4]);
+        EXPECT_EQ(seen[i]->key().rawValue(), names[i % 4].second);
+        EXPECT_EQ(counts[i], counts[i % 4]);
+    }
+    EXPECT_EQ(counts[1], counts[3]) << "the whole list";
+    EXPECT_EQ(seen[0], &TagItem::itemIPTCBy_line());
 }
 
 // Every constant the library names exists in the catalogue (a missing row throws on first use) and
