@@ -311,8 +311,6 @@ private:
 
     // `printed` is the number as ExifTool printed it, for a number out of the tag's range.
     void storeValue(const DynamicValue& value, std::string_view printed = {}) {
-        // A file may hold more numbers than the tag's table says (the count of an IFD entry is the
-        // file's): ExifTool prints them all, and they are kept so rather than run together.
         const std::string* text = value.stringValue();
         // ExifTool prints a list of one text as a plain text: it is that one element, kept whole even
         // when it holds the list's separator ("Smith, John" is one keyword, not two). Lists of
@@ -322,6 +320,8 @@ private:
             auto one = currentItem_->stringValueFromNativeValue(DynamicValue(DynamicArray{value}));
             if (one && !one->empty()) return storeText(std::move(*one));
         }
+        // A file may hold more numbers than the tag's table says (the count of an IFD entry is the
+        // file's): ExifTool prints them all, and they are kept so rather than run together.
         auto string = text && detail::holdsSeveralNumbers(*currentItem_, *text)
                           ? std::optional<std::string>(std::string(trimAsciiWhiteSpace(*text)))
                           : currentItem_->stringValueFromNativeValue(value);
