@@ -157,7 +157,13 @@ std::string inputFailure(const fs::path& file, const std::exception& error, cons
         const std::string reason = csv->kind() == CSVParseError::Case::quotation
                                        ? std::string("misplaced quotation mark (") + csv->what() + ")"
                                        : std::string(csv->what());
-        return file.string() + (line ? ":" + std::to_string(*line) : "") + ": " + not_ + reason;
+        // Appended to: GCC 12 warns, wrongly (-Wrestrict), on ":" + text.
+        std::string where = file.string();
+        if (line) {
+            where += ':';
+            where += std::to_string(*line);
+        }
+        return where + ": " + not_ + reason;
     }
     if (dynamic_cast<const nlohmann::json::exception*>(&error))
         return file.string() + ": " + not_ + "unexpected content (" + readableReason(error) + ")";

@@ -114,7 +114,7 @@ std::optional<TagSelector> TagSelector::resolve(const std::string& text, bool wr
     if (candidates.size() > 1 && preference(*candidates.front()) == preferredFamilies.size()) {
         error = "\"" + text + "\" is ambiguous: name one of";
         for (const TagItem* item : candidates)
-            error += " " + item->name().rawValue();
+            (error += ' ') += item->name().rawValue();
         return std::nullopt;
     }
     selector.candidates_ = std::move(candidates);

@@ -49,7 +49,9 @@ std::optional<fs::path> xdgPicturesDir(const fs::path& home) {
 }
 
 std::string twoDigits(int64_t n) {
-    return (n < 10 ? "0" : "") + std::to_string(n);
+    std::string text = n < 10 ? "0" : ""; // appended to: GCC 12 warns, wrongly (-Wrestrict), on "0" + text
+    text += std::to_string(n);
+    return text;
 }
 
 // The file's modification time as a date.

@@ -16,7 +16,9 @@ const std::vector<TagStream>& TagStream::allCases() {
         std::vector<TagStream> list;
         const std::string_view text = TagCatalogue::data();
         constexpr std::string_view mark = "@families\t";
-        std::size_t at = text.starts_with(mark) ? 0 : text.find("\n" + std::string(mark));
+        std::string line = "\n"; // appended to: GCC 12 warns, wrongly (-Wrestrict), on "\n" + text
+        line += mark;
+        std::size_t at = text.starts_with(mark) ? 0 : text.find(line);
         if (at == std::string_view::npos) return TagCatalogue::shared().streams();
         at = text.find('\t', at);
         const std::size_t end = std::min(text.find('\n', at), text.size());

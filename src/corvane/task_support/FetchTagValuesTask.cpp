@@ -88,7 +88,8 @@ void FetchTagValuesTask::internProcess() {
     if (settings_.sources.empty()) throw TaskError<ProcessError>(ProcessError::sourcesAreMissing);
 
     ETInput input;
-    const auto tag = "-" + settings_.tagName.rawValue();
+    std::string tag = "-"; // appended to: GCC 12 warns, wrongly (-Wrestrict), on "-" + text
+    tag += settings_.tagName.rawValue();
     input.addArguments(settings_.sources,
                        [&](const TagStorageSource& source, ETInput::ArgumentsMaker& maker) {
                            // "-m": a file without the tag, or one ExifTool can't read, doesn't fail the

@@ -32,8 +32,14 @@ std::string SyncTagValuesTask::title() const {
 
 std::vector<std::string> SyncTagValuesTask::copyArguments() const {
     std::vector<std::string> arguments;
-    for (const TagSyncPair& pair : settings_.tagCopies)
-        arguments.push_back("-" + pair.to().rawValue() + "<" + pair.from().rawValue());
+    for (const TagSyncPair& pair : settings_.tagCopies) {
+        // Appended to: GCC 12 warns, wrongly (-Wrestrict), on "-" + text.
+        std::string argument = "-";
+        argument += pair.to().rawValue();
+        argument += '<';
+        argument += pair.from().rawValue();
+        arguments.push_back(std::move(argument));
+    }
     return arguments;
 }
 

@@ -95,7 +95,11 @@ void replaceFileKeepingAttributes(const fs::path& original, const fs::path& targ
     fs::create_directories(folder, error);
     if (error) throw FileError(folder, "cannot create the folder", error);
 
-    std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
+    // Built by appending: GCC 12 warns, wrongly (-Wrestrict), on a literal put before a string.
+    std::string name = ".";
+    name += target.filename().string();
+    name += ".XXXXXX";
+    std::string temporary = (folder / name).string();
     const int fd = ::mkstemp(temporary.data());
     if (fd < 0) fail(target, errno, "cannot create a temporary file");
     try {

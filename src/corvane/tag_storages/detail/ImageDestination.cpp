@@ -99,7 +99,11 @@ std::string rationalText(double x, bool isSigned) {
         rest = 1.0 / fraction;
     }
     if (k1 == 0) return {};
-    return (negative ? "-" : "") + std::to_string(h1) + "/" + std::to_string(k1);
+    std::string text = negative ? "-" : ""; // appended to: GCC 12 warns, wrongly (-Wrestrict), on "-" + text
+    text += std::to_string(h1);
+    text += '/';
+    text += std::to_string(k1);
+    return text;
 }
 
 // Degrees, minutes and seconds of unsigned decimal degrees; seconds to the millionth.

@@ -20,8 +20,11 @@ std::string asciiUppercased(std::string text) {
 
 std::filesystem::path scratchURLBeside(const std::filesystem::path& destination) {
     static thread_local std::mt19937_64 generator{std::random_device{}()};
-    const std::string name = "." + destination.stem().string() + ".corvane-" +
-                             std::to_string(generator() % 1000000000) + destination.extension().string();
+    std::string name = "."; // appended to: GCC 12 warns, wrongly (-Wrestrict), on "." + text
+    name += destination.stem().string();
+    name += ".corvane-";
+    name += std::to_string(generator() % 1000000000);
+    name += destination.extension().string();
     return destination.parent_path() / name;
 }
 
