@@ -2,6 +2,7 @@
 #include "Commands.hpp"
 #include "StorageReading.hpp"
 
+#include "corvane/exiftool_wrapper/ETEmbeddedImageReader.hpp"
 #include "corvane/exiftool_wrapper/ETEmbeddedImageWriter.hpp"
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/tag_editor/ETTagEditor.hpp"
@@ -46,7 +47,28 @@ int extractImages(const std::string& which, const std::string& output,
     if (!settings.editors.empty()) {
         auto task = FileExportImagesTask::create(std::move(settings));
         runTask(task, "Extracting", reporter);
-        reportTaskErrors(*task, reporter);
+        // ExifTool prints nothing for an image the file doesn't hold: the library's "Empty output"
+        // is told as what it means here, naming the image asked for.
+        const std::string empty(message(ETEmbeddedImageReader::ReadError::emptyOutput));
+        for (const auto& error : task->errors()) {
+            try {
+                std::rethrow_exception(error);
+            } catch (const FileExportImagesTask::FileException& e) {
+                const std::string_view what = e.what();
+                if (!what.ends_with(empty) || what.size() == empty.size()) {
+                    reporter.error(e.what());
+                    continue;
+                }
+                // Appended to: GCC 12 warns, wrongly (-Wrestrict), on "no " + text.
+                std::string reason = "no ";
+                reason += which;
+                reason += " image in the file (";
+                reason += empty;
+                reporter.fileError(e.url(), reason + ")");
+            } catch (const std::exception& e) {
+                reporter.error(e.what());
+            }
+        }
         auto written = task->exportedFiles();
         std::sort(written.begin(), written.end());
         for (const auto& url : written)

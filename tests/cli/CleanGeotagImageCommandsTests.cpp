@@ -100,7 +100,7 @@ TEST_F(CleanGeotagImageCommands, imageThumbnailSetExtractAndRemove) {
 
     cliOK({"image", "thumbnail", "--remove", photo.string()});
     EXPECT_THAT(cliExits(1, {"image", "extract", "--which", "thumbnail", photo.string()}).err,
-                HasSubstr(photo.string() + ": Empty output"));
+                HasSubstr(photo.string() + ": no thumbnail image in the file (Empty output)"));
 
     auto text = folder / "notes.txt";
     writeText(text, "not an image");
