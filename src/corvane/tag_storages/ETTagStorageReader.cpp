@@ -572,8 +572,7 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
         // mark taken off. The same warning printed both ways is shown once, as the record has it.
         auto& warnings = warnings_[source->url()];
         const auto same = [&](std::string_view warning) {
-            if (warning.rfind("[minor] ", 0) == 0 || warning.rfind("[Minor] ", 0) == 0)
-                warning.remove_prefix(8);
+            detail::takeMinorMark(warning);
             return warning == message.text;
         };
         if (std::none_of(warnings.begin(), warnings.end(), same)) warnings.push_back(message.text);

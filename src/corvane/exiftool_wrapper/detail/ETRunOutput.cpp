@@ -465,6 +465,12 @@ std::optional<std::string> quoteOutOfRangeNumbers(std::string_view json) {
     return out;
 }
 
+bool takeMinorMark(std::string_view& text) {
+    if (text.rfind("[minor] ", 0) != 0 && text.rfind("[Minor] ", 0) != 0) return false;
+    text.remove_prefix(8);
+    return true;
+}
+
 void collectJSONMessages(const std::string& chunk, const ETCommand& command,
                          std::vector<ETFileMessage>& messages, std::vector<ETFileMessage>& excused) {
     if (chunk.find("\"Error\"") == std::string::npos && chunk.find("\"Warning\"") == std::string::npos &&
@@ -489,11 +495,9 @@ void collectJSONMessages(const std::string& chunk, const ETCommand& command,
     for (auto& report : reports->takeReports()) {
         ETFileMessage m;
         m.kind = report.kind;
-        m.text = std::move(report.text);
-        if (m.text.rfind("[minor] ", 0) == 0 || m.text.rfind("[Minor] ", 0) == 0) {
-            m.minor = true;
-            m.text.erase(0, 8);
-        }
+        std::string_view text = report.text;
+        m.minor = takeMinorMark(text);
+        m.text = std::string(text);
         m.path = std::move(report.path);
         if (m.kind == ETFileMessage::Kind::error && command.ignoreMinorErrors)
             excused.push_back(std::move(m));
@@ -538,10 +542,7 @@ void parseErrorText(const std::string& chunk, const ETCommand& command, std::vec
             unknown.emplace_back(line);
             continue;
         }
-        if (body.rfind("[minor] ", 0) == 0 || body.rfind("[Minor] ", 0) == 0) {
-            m.minor = true;
-            body.remove_prefix(8);
-        }
+        m.minor = takeMinorMark(body);
         // Find the " - " after which a target (or a file inside a folder target) begins.
         std::optional<std::size_t> split;
         std::size_t extraLines = 0;

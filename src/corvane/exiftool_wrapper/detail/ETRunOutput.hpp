@@ -108,6 +108,10 @@ std::string joinOutputs(const std::vector<std::string>& chunks);
 // every such number quoted (read as the text it is), or nothing when the text holds none.
 std::optional<std::string> quoteOutOfRangeNumbers(std::string_view json);
 
+// Takes ExifTool's mark of a minor error or warning ("[minor] " or "[Minor] ") off the front of
+// `text`; whether it was there.
+bool takeMinorMark(std::string_view& text);
+
 // Finds the errors and warnings that ExifTool puts in JSON output: errors of commands that ignore
 // minor errors go to `excused`.
 void collectJSONMessages(const std::string& chunk, const ETCommand& command,
