@@ -11,6 +11,7 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/detail/DynamicTagItems.hpp"
 #include "corvane/tag_value/detail/NumberText.hpp"
+#include "corvane/value_models/GregorianCalendar.hpp"
 
 #include <algorithm>
 #include <exception>
@@ -545,13 +546,16 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
     };
     input.onEndHandler = [](ETProcess& process) { process.debugProcessOutputIfEnabled(); };
 
-    // Decoding the output needs the tag catalogue: the first read of the program indexes it, and
-    // parses the two families every file shows, beside the ExifTool run, on another processor,
-    // instead of after it. The other families are parsed as the output names them.
+    // Decoding the output needs the tag catalogue and the calendar: the first read of the program
+    // indexes the catalogue and parses the two families every file shows, and has ICU load the
+    // machine's time zone and the calendar's data (which the first date decoded would wait for),
+    // beside the ExifTool run, on another processor, instead of after it. The other families are
+    // parsed as the output names them.
     std::future<void> catalogue;
     static std::once_flag catalogueLoading;
     std::call_once(catalogueLoading, [&] {
         catalogue = std::async(std::launch::async, [] {
+            (void)GregorianCalendar::components(Date::now());
             for (const TagStream* stream : {&TagStream::streamFile, &TagStream::streamEXIF})
                 (void)stream->items();
         });
