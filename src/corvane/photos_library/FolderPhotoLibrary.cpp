@@ -18,6 +18,7 @@
 #include <utility>
 
 #ifdef CORVANE_HAVE_GIO
+#include <dlfcn.h>
 #include <gio/gio.h>
 #endif
 
@@ -63,16 +64,57 @@ Date modificationDate(const fs::path& file) {
     return Date(std::chrono::duration<double>(system.time_since_epoch()).count());
 }
 
+#ifdef CORVANE_HAVE_GIO
+// The four GIO functions a move to the Trash calls. GIO is loaded on the first move rather than
+// linked: its libraries would lengthen every start of a program that links Corvane.
+struct GioTrash {
+    GFile* (*fileForPath)(const char*) = nullptr;
+    gboolean (*trash)(GFile*, GCancellable*, GError**) = nullptr;
+    void (*unref)(gpointer) = nullptr;
+    void (*freeError)(GError*) = nullptr;
+    std::string loadError; // why GIO can't be used, when it can't
+
+    static const GioTrash& shared() {
+        static const GioTrash functions = load();
+        return functions;
+    }
+
+private:
+    static GioTrash load() {
+        GioTrash f;
+        constexpr const char* library = "libgio-2.0.so.0";
+        void* handle = ::dlopen(library, RTLD_NOW | RTLD_LOCAL);
+        if (!handle) {
+            f.loadError = ::dlerror();
+            return f;
+        }
+        // GIO stays loaded for the rest of the process.
+        f.fileForPath = reinterpret_cast<decltype(f.fileForPath)>(::dlsym(handle, "g_file_new_for_path"));
+        f.trash = reinterpret_cast<decltype(f.trash)>(::dlsym(handle, "g_file_trash"));
+        f.unref = reinterpret_cast<decltype(f.unref)>(::dlsym(handle, "g_object_unref"));
+        f.freeError = reinterpret_cast<decltype(f.freeError)>(::dlsym(handle, "g_error_free"));
+        if (!f.fileForPath || !f.trash || !f.unref || !f.freeError) {
+            f.loadError = library;
+            f.loadError += " lacks the functions of the Trash";
+        }
+        return f;
+    }
+};
+#endif
+
 // Moves a file to the freedesktop Trash of its volume.
 void moveToTrash(const fs::path& file) {
 #ifdef CORVANE_HAVE_GIO
-    GFile* gfile = g_file_new_for_path(file.c_str());
+    const GioTrash& gio = GioTrash::shared();
+    if (!gio.loadError.empty())
+        throw Error(file.string() + ": can't be moved to the Trash: " + gio.loadError);
+    GFile* gfile = gio.fileForPath(file.c_str());
     GError* error = nullptr;
-    const bool trashed = g_file_trash(gfile, nullptr, &error);
-    g_object_unref(gfile);
+    const bool trashed = gio.trash(gfile, nullptr, &error);
+    gio.unref(gfile);
     if (!trashed) {
         const std::string reason = error ? error->message : "unknown error";
-        if (error) g_error_free(error);
+        if (error) gio.freeError(error);
         throw Error(file.string() + ": can't be moved to the Trash: " + reason);
     }
 #else
