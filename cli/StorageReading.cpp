@@ -20,6 +20,7 @@
 #include <functional>
 #include <iostream>
 #include <mutex>
+#include <string_view>
 #include <unordered_map>
 
 namespace corvane::cli {
@@ -138,9 +139,37 @@ std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively,
 
 } // namespace
 
+namespace {
+
+void prestartProcesses(std::size_t files) {
+    if (files == 0 || !KitSettings::shared().engineOption().contains(EngineOption::exifTool())) return;
+    if (const auto pool = ETProcessPool::shared()) pool->prestart(files);
+}
+
+} // namespace
+
 void prestartExifTool(const std::vector<std::string>& paths) {
-    if (paths.empty() || !KitSettings::shared().engineOption().contains(EngineOption::exifTool())) return;
-    if (const auto pool = ETProcessPool::shared()) pool->prestart(paths.size());
+    prestartProcesses(paths.size());
+}
+
+void prestartExifToolForCommand(int argc, const char* const* argv) {
+    using namespace std::string_view_literals;
+    bool imageIO = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        // The program's options come before the command.
+        if (word == "--engine" && i + 1 < argc) {
+            imageIO = argv[++i] == "image-io"sv;
+        } else if (word.starts_with("--engine=")) {
+            imageIO = word == "--engine=image-io";
+        } else if (!word.starts_with('-')) {
+            if (imageIO || (word != "read" && word != "set")) return;
+            for (int k = i + 1; k < argc && argv[k] != "--"sv; ++k)
+                if (argv[k] == "-h"sv || argv[k] == "--help"sv) return;
+            prestartProcesses(1);
+            return;
+        }
+    }
 }
 
 std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,

@@ -40,6 +40,11 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
 // arguments and collects its files, when the engine is ExifTool: the Perl start-up, the longest
 // part of a small command, then runs beside that work instead of after it.
 void prestartExifTool(const std::vector<std::string>& paths);
+// Starts one ExifTool process before the command line is even parsed, when the command is one that
+// reads or writes files through ExifTool (`read`, `set`) and isn't asked for its help: the program's
+// own set-up then runs beside Perl's start-up too. The command's `prestartExifTool` adds more
+// processes for a large batch.
+void prestartExifToolForCommand(int argc, const char* const* argv);
 
 // The sources that the path arguments name, in their order: files of a supported format and
 // folders, which the import unfolds. Missing files and unsupported formats are reported.

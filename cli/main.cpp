@@ -37,6 +37,7 @@ void handleStopSignals() {
 int main(int argc, char** argv) {
     using namespace corvane::cli;
     handleStopSignals();
+    prestartExifToolForCommand(argc, argv);
     CLI::App app{"corvane: read, compare and edit the metadata of media files"};
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", std::string("corvane ") + CORVANE_VERSION);
