@@ -166,6 +166,36 @@ TEST_F(ETReaderDecoding, RecordsThatNameNoSourceAreDroppedAndOutputOfAnotherShap
     EXPECT_THROW(reader.parseExifToolOutput("", sources), nlohmann::json::parse_error);
 }
 
+// A batch's output is decoded in parts side by side: the storages are those of one decoding, in
+// the records' order, with a text holding a line break followed by "{" left whole; a part that
+// doesn't decode makes the whole output fail as one decoding would.
+TEST_F(ETReaderDecoding, ALargeOutputDecodedInPartsGivesTheStoragesOfOneDecoding) {
+    std::vector<TagStorageSource> files;
+    std::string data = "[";
+    for (int i = 0; i < 6000; ++i) {
+        files.emplace_back("/photos/" + std::to_string(i) + ".jpg");
+        data += i ? "},\n{" : "{";
+        data += "\n  \"SourceFile\": \"/photos/" + std::to_string(i) + ".jpg\",\n  \"EXIF:IFD0\": {\n";
+        data += "    \"Artist\": \"artist " + std::to_string(i) + R"(\n{ not a record })" + "\",\n";
+        data += "    \"ImageDescription\": \"" + std::string(64, 'x') + "\"\n  }\n";
+    }
+    data += "}]\n";
+    ASSERT_GT(data.size(), 1u << 20) << "large enough to be decoded in parts";
+    const ETTagStorageReader batchReader{defaultSettings(files)};
+    const auto storages = batchReader.parseExifToolOutput(data, files);
+    ASSERT_EQ(storages.size(), files.size());
+    for (std::size_t i = 0; i < files.size(); i += 997) {
+        EXPECT_EQ(storages[i].source().url(), files[i].url());
+        EXPECT_EQ(original(storages[i], "EXIF:Artist"), "artist " + std::to_string(i) + "\n{ not a record }");
+    }
+
+    // A record of another shape near the end fails the whole output.
+    std::string brokenData = data;
+    brokenData.insert(data.rfind("},\n{") + 3, "[1],\n");
+    EXPECT_THAT([&] { batchReader.parseExifToolOutput(brokenData, files); },
+                ThrowsMessage<ETTagStorageReader::ReadException>(StrEq("Data decoding failed")));
+}
+
 // --- Real runs
 
 class ETReader : public testing::Test {

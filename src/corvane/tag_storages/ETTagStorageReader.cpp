@@ -4,6 +4,7 @@
 
 #include "corvane/exiftool_wrapper/ETInput.hpp"
 #include "corvane/exiftool_wrapper/detail/ETRunOutput.hpp"
+#include "corvane/helpers/ConcurrentPerform.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/tag_storages/FinderResources.hpp"
@@ -16,10 +17,12 @@
 #include <algorithm>
 #include <exception>
 #include <future>
+#include <iterator>
 #include <limits>
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <thread>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -71,6 +74,41 @@ struct GroupInfo {
 // Streams ExifTool's JSON array straight into storages: no document tree is built, groups are
 // resolved once per key, and values of tags outside the catalogue are skipped without being
 // stored anywhere.
+// Below this many bytes of output a batch is decoded in one piece.
+constexpr std::size_t minimumDecodedPart = 256 * 1024;
+
+// ExifTool's JSON array of records cut into `count` arrays of whole records, for decoding side by
+// side. A record starts at a "{" that begins a line: ExifTool indents everything inside a record
+// and escapes the line breaks of texts. Empty when the text isn't laid out that way.
+std::vector<std::string> splitRecords(std::string_view data, std::size_t count) {
+    const auto open = data.find_first_not_of(" \t\r\n");
+    if (open == std::string_view::npos || data[open] != '[') return {};
+    std::vector<std::size_t> starts{open + 1};
+    for (std::size_t k = 1; k < count; ++k) {
+        const auto at = data.find("\n{", std::max(starts.back(), data.size() / count * k));
+        if (at == std::string_view::npos) break;
+        starts.push_back(at + 1);
+    }
+    if (starts.size() < 2) return {};
+    std::vector<std::string> chunks;
+    for (std::size_t k = 0; k < starts.size(); ++k) {
+        const bool last = k + 1 == starts.size();
+        std::string_view records = data.substr(starts[k], (last ? data.size() : starts[k + 1]) - starts[k]);
+        std::string chunk = "[";
+        if (last) {
+            chunk.append(records);
+        } else {
+            // The records before the next part end with the separator "},": the array closes there.
+            records = trimAsciiWhiteSpace(records);
+            if (!records.ends_with("},")) return {};
+            records.remove_suffix(1);
+            chunk.append(records).append("]");
+        }
+        chunks.push_back(std::move(chunk));
+    }
+    return chunks;
+}
+
 class ExifToolJSONDecoder {
 public:
     using number_integer_t = nlohmann::json::number_integer_t;
@@ -595,6 +633,40 @@ std::vector<TagStorage> ETTagStorageReader::decodeOutput(std::string_view data,
                                                          const std::vector<TagStorageSource>& sources,
                                                          FileWarnings& warnings) const {
     checkJSONNesting(data, "ExifTool output");
+    // A batch's output is decoded in parts side by side: after the ExifTool processes have ended,
+    // the machine's processors have nothing else to do. A part that doesn't decode has the whole
+    // output decoded again in one piece, which gives the error.
+    const std::size_t parts = std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()),
+                                                    data.size() / minimumDecodedPart);
+    const auto chunks = parts > 1 ? splitRecords(data, parts) : std::vector<std::string>();
+    if (!chunks.empty()) {
+        struct Part {
+            bool decoded = false;
+            std::vector<TagStorage> storages;
+            FileWarnings warnings;
+        };
+        std::vector<Part> decodedParts(chunks.size());
+        concurrentPerform(chunks.size(), [&](std::size_t k) {
+            ExifToolJSONDecoder decoder(sources, settings_.bannedValues(), settings_.bannedStreams());
+            Part& part = decodedParts[k];
+            part.decoded = nlohmann::json::sax_parse(chunks[k], &decoder) && !decoder.shapeError() &&
+                           !decoder.parseError();
+            part.storages = decoder.takeStorages();
+            part.warnings = decoder.takeWarnings();
+        });
+        if (std::all_of(decodedParts.begin(), decodedParts.end(), [](const Part& p) { return p.decoded; })) {
+            std::vector<TagStorage> storages;
+            warnings.clear();
+            for (Part& part : decodedParts) {
+                std::move(part.storages.begin(), part.storages.end(), std::back_inserter(storages));
+                for (auto& [file, texts] : part.warnings) {
+                    auto& kept = warnings[file];
+                    kept.insert(kept.end(), texts.begin(), texts.end());
+                }
+            }
+            return storages;
+        }
+    }
     std::optional<ExifToolJSONDecoder> decoder;
     decoder.emplace(sources, settings_.bannedValues(), settings_.bannedStreams());
     bool parsed = nlohmann::json::sax_parse(data, &*decoder);
