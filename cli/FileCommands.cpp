@@ -11,6 +11,7 @@
 #include "corvane/converters/detail/ConverterText.hpp"
 #include "corvane/csv_support/CSVWriter.hpp"
 #include "corvane/csv_support/OutputStream.hpp"
+#include "corvane/helpers/ConcurrentPerform.hpp"
 #include "corvane/helpers/WhiteSpace.hpp"
 #include "corvane/preset_support/TagEditorPresets.hpp"
 #include "corvane/preset_support/UseCustomValueSettings.hpp"
@@ -126,14 +127,11 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
         std::cout << "[]\n";
         return;
     }
-    std::string text = "[\n";
-    std::vector<std::pair<std::string, nlohmann::ordered_json>> entries;
-    std::unordered_map<std::string, std::size_t> position;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        const FileRows& file = files[i];
+    // The records are made side by side, and printed in order.
+    const auto records = parallelMap(files, [&](const FileRows& file) {
         // As in an ordered object: a key keeps its first place and its last value.
-        entries.clear();
-        position.clear();
+        std::vector<std::pair<std::string, nlohmann::ordered_json>> entries;
+        std::unordered_map<std::string, std::size_t> position;
         entries.emplace_back("SourceFile", file.path);
         position.emplace("SourceFile", 0);
         for (const auto& [name, row] : file.rows) {
@@ -143,7 +141,7 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
             else
                 entries[at->second].second = std::move(value);
         }
-        text += "  {";
+        std::string text = "  {";
         for (std::size_t k = 0; k < entries.size(); ++k) {
             text += k ? ",\n    " : "\n    ";
             text += dump(entries[k].first);
@@ -155,14 +153,13 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
                 if (c == '\n') text += "    ";
             }
         }
-        text += i + 1 < files.size() ? "\n  },\n" : "\n  }\n";
-        if (text.size() >= 1 << 16) {
-            std::cout << text;
-            text.clear();
-        }
-    }
-    text += "]\n";
-    std::cout << text;
+        text += "\n  }";
+        return text;
+    });
+    std::cout << "[\n";
+    for (std::size_t i = 0; i < records.size(); ++i)
+        std::cout << records[i] << (i + 1 < records.size() ? ",\n" : "\n");
+    std::cout << "]\n";
 }
 
 // One row a file, one column a tag (in the order the tags first appear), "SourceFile" first.
@@ -220,9 +217,8 @@ int runRead(const ReadOptions& options) {
         for (const std::string& warning : it->second)
             reporter.warning(it->first, warning);
     };
-    std::vector<FileRows> files;
-    files.reserve(editors.size());
-    for (const auto& editor : editors) {
+    // Each file's values are made readable on its own: side by side, on every processor.
+    const std::vector<FileRows> files = parallelMap(editors, [&](const std::shared_ptr<TagEditor>& editor) {
         FileRows file{editor->source().url().string(), {}};
         const TagEditorEditions editions(*editor);
         for (const TagName& name : selectedNames(selectors, editor->currentTagNames())) {
@@ -230,8 +226,8 @@ int runRead(const ReadOptions& options) {
             if (!value && !options.raw) value = editor->currentValue(name);
             if (value) file.rows.push_back({name, *value});
         }
-        files.push_back(std::move(file));
-    }
+        return file;
+    });
     if (options.json || options.csv) {
         for (const auto& file : files)
             showWarnings(file.path);
