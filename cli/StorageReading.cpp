@@ -137,10 +137,6 @@ std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively,
     return files;
 }
 
-} // namespace
-
-namespace {
-
 void prestartProcesses(std::size_t files) {
     if (files == 0 || !KitSettings::shared().engineOption().contains(EngineOption::exifTool())) return;
     if (const auto pool = ETProcessPool::shared()) pool->prestart(files);

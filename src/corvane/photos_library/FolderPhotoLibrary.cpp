@@ -85,7 +85,8 @@ private:
         constexpr const char* library = "libgio-2.0.so.0";
         void* handle = ::dlopen(library, RTLD_NOW | RTLD_LOCAL);
         if (!handle) {
-            f.loadError = ::dlerror();
+            const char* reason = ::dlerror();
+            f.loadError = reason ? reason : library;
             return f;
         }
         // GIO stays loaded for the rest of the process.

@@ -71,9 +71,6 @@ struct GroupInfo {
     TagStream recordedStream;
 };
 
-// Streams ExifTool's JSON array straight into storages: no document tree is built, groups are
-// resolved once per key, and values of tags outside the catalogue are skipped without being
-// stored anywhere.
 // Below this many bytes of output a batch is decoded in one piece.
 constexpr std::size_t minimumDecodedPart = 256 * 1024;
 
@@ -109,6 +106,9 @@ std::vector<std::string> splitRecords(std::string_view data, std::size_t count) 
     return chunks;
 }
 
+// Streams ExifTool's JSON array straight into storages: no document tree is built, groups are
+// resolved once per key, and values of tags outside the catalogue are skipped without being
+// stored anywhere.
 class ExifToolJSONDecoder {
 public:
     using number_integer_t = nlohmann::json::number_integer_t;
