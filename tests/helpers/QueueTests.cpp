@@ -154,6 +154,25 @@ TEST(OperationQueueTest, DestructionFromItsOwnOperationLetsTheRestFinish) {
     std::this_thread::sleep_for(50ms);
 }
 
+// A thread that had no work for a while ends on its own (detached, so that an idle program keeps
+// no finished thread unjoined); the next work gets a new thread, and the queue still goes cleanly.
+TEST(OperationQueueTest, AThreadIdleTooLongEndsAndLaterWorkGetsANewOne) {
+    std::vector<int> runsOnTheirThread; // thread ids can be reused: a thread-local count can't
+    {
+        OperationQueue queue("idle", 1);
+        auto record = [&] {
+            thread_local int runs = 0;
+            runsOnTheirThread.push_back(++runs);
+        };
+        queue.addOperation(record);
+        queue.waitUntilAllOperationsAreFinished();
+        std::this_thread::sleep_for(2500ms); // longer than a thread stays idle
+        queue.addOperation(record);
+        queue.waitUntilAllOperationsAreFinished();
+    }
+    EXPECT_THAT(runsOnTheirThread, testing::ElementsAre(1, 1));
+}
+
 TEST(SingleOperationQueueTest, RunsOneAtATimeInOrder) {
     SingleOperationQueue single;
     std::vector<int> order; // only touched by the queue's operations, one at a time

@@ -93,7 +93,14 @@ void OperationQueue::State::work(Worker* record) {
             if (closing && pending.empty()) break;
             const bool woke = workAvailable.wait_for(
                 lock, idleLinger, [this] { return canStart() || (closing && pending.empty()); });
-            if (!woke) break;
+            if (!woke) {
+                // Idle too long: nobody has to wait for this thread, which detaches itself rather
+                // than stay joinable until the queue's next operation reaps it (at the program's end
+                // that never comes). Under the same lock as the check, so a closing queue, which
+                // joins its threads, never sees it half detached.
+                record->thread.detach();
+                break;
+            }
             continue;
         }
         OperationRef op = std::move(pending.front());
@@ -128,7 +135,7 @@ OperationQueue::~OperationQueue() {
             // Their records stay in the list, which the threads share through
             // the state, since each one marks its record when it ends.
             for (auto& w : state_->workers)
-                w.thread.detach();
+                if (w.thread.joinable()) w.thread.detach();
             return;
         }
         state_->allDone.wait(lock, [this] { return state_->isEmpty(); });
