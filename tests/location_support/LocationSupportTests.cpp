@@ -14,6 +14,7 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "support/EditorFixtures.hpp"
+#include "support/Names.hpp"
 #include "support/NoteRecorder.hpp"
 #include "support/ScratchDefaults.hpp"
 
@@ -34,12 +35,7 @@ LocationItemRef place(const std::string& name, double latitude = 48.8566, double
     return LocationItem::create(name, Location(latitude, longitude));
 }
 
-std::vector<std::string> names(const std::vector<LocationItemRef>& items) {
-    std::vector<std::string> list;
-    for (const auto& item : items)
-        list.push_back(item->name());
-    return list;
-}
+using test::names;
 
 TEST(LocationLibraryTest, EqualPlacesAreNoChangeAndMovesGoByIndexSets) {
     auto paris = place("Paris"), twin = place("Paris");

@@ -10,6 +10,7 @@
 #include "corvane/photos_scripting/PhotosRemoteProfileFile.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/value_models/GregorianCalendar.hpp"
+#include "support/Names.hpp"
 #include "support/NoteRecorder.hpp"
 #include "support/ScratchDefaults.hpp"
 
@@ -39,12 +40,7 @@ PhotosRemoteProfileRef fullProfile() {
     return profile;
 }
 
-std::vector<std::string> names(const std::vector<PhotosRemoteProfileRef>& profiles) {
-    std::vector<std::string> list;
-    for (const auto& p : profiles)
-        list.push_back(p->name());
-    return list;
-}
+using test::names;
 
 TEST(PhotosProfileTest, EveryValueKindHasItsSingleKeyForm) {
     const auto none = Profile::create("Blank");
