@@ -21,9 +21,11 @@
 #include "corvane/tag_editor/detail/PrettyText.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagName.hpp"
+#include "corvane/tag_value/TagNameMapping.hpp"
 #include "corvane/tag_value/TagValueChecker.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
 #include "corvane/tag_value/detail/NumberText.hpp"
+#include "corvane/utilities/KitSettings.hpp"
 #include "corvane/value_models/DateEdition.hpp"
 
 #include <nlohmann/json.hpp>
@@ -473,9 +475,39 @@ int runSet(const SetOptions& options) {
             tags = std::move(names);
         }
     }
+    // Edits giving EXIF tags a value, in JPEG files: ExifTool's read of a file costs about what its
+    // write does, so the values they replace are read in process instead, where that engine reads
+    // those tags (its vocabulary maps them). A file goes to ExifTool's read after all when one of
+    // its edits would change nothing by those values, or its tag can't be edited by what was found
+    // there: what a save leaves alone is decided on ExifTool's values, never on the other engine's.
+    const bool inProcess =
+        tags && !options.dryRun && KitSettings::shared().engineOption().contains(EngineOption::exifTool()) &&
+        std::all_of(assignments.begin(), assignments.end(), [](const Assignment& assignment) {
+            const auto& [name, value] = assignment.candidates.front();
+            return name.stream() == TagStream::streamEXIF && !value.empty() &&
+                   TagNameMapping::cgName(name).has_value();
+        });
     auto sources = collectSources(paths, options.recursive, reporter);
-    auto editors =
-        importEditors(std::move(sources), options.recursive, reporter, nullptr, tags ? &*tags : nullptr);
+    EditorList editors;
+    if (inProcess) {
+        // The folders' files are read as files, for the same tags.
+        sources = unfoldFolders(sources, options.recursive, reporter);
+        for (auto& editor : importJPEGEditorsInProcess(sources)) {
+            const bool changesEach =
+                std::all_of(assignments.begin(), assignments.end(), [&](const Assignment& assignment) {
+                    const auto& [name, value] = assignment.candidates.front();
+                    return editor->canEditValue(name) && editor->originalValue(name) != value;
+                });
+            if (changesEach)
+                editors.push_back(std::move(editor));
+            else
+                sources.push_back(editor->source());
+        }
+    }
+    for (auto& editor :
+         importEditors(std::move(sources), options.recursive, reporter, nullptr, tags ? &*tags : nullptr))
+        editors.push_back(std::move(editor));
+    sortByPath(editors);
 
     EditorList edited;
     {

@@ -2,6 +2,7 @@
 
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
+#include "corvane/helpers/ConcurrentPerform.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 #include "corvane/helpers/MainQueue.hpp"
 #include "corvane/tag_edition/TaskManager.hpp"
@@ -17,9 +18,11 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <functional>
 #include <iostream>
 #include <mutex>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 
@@ -342,6 +345,30 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
         }
     }
     reportUnshownFiles(requested, editors, recursive, reported, reporter);
+    sortByPath(editors);
+    return editors;
+}
+
+std::vector<TagStorageSource> unfoldFolders(const std::vector<TagStorageSource>& sources, bool recursive,
+                                            Reporter& reporter) {
+    const FileTypes types;
+    std::vector<TagStorageSource> files;
+    for (const auto& source : sources) {
+        if (!source.isFolder()) {
+            files.push_back(source);
+            continue;
+        }
+        for (const auto& url : listFolderFiles(source.url(), recursive)) {
+            if (types.canImportEditor(url))
+                files.emplace_back(url, std::nullopt, source.password());
+            else
+                reporter.fileNote(url, "skipped: File format is not supported");
+        }
+    }
+    return files;
+}
+
+void sortByPath(EditorList& editors) {
     // Each editor's path is asked for once, not at every comparison.
     std::vector<std::pair<fs::path, std::shared_ptr<TagEditor>>> byPath;
     byPath.reserve(editors.size());
@@ -350,6 +377,35 @@ EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, 
     std::sort(byPath.begin(), byPath.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     for (std::size_t i = 0; i < byPath.size(); ++i)
         editors[i] = std::move(byPath[i].second);
+}
+
+EditorList importJPEGEditorsInProcess(std::vector<TagStorageSource>& sources) {
+    if (!KitSettings::availableEngineOption().contains(EngineOption::coreImage())) return {};
+    std::vector<TagStorageSource> jpegs;
+    std::erase_if(sources, [&](const TagStorageSource& source) {
+        std::string extension = source.url().extension().string();
+        std::transform(extension.begin(), extension.end(), extension.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        const bool jpeg = extension == ".jpg" || extension == ".jpeg" || extension == ".jpe";
+        // A password is ExifTool's business.
+        if (source.isFolder() || source.password() || !jpeg) return false;
+        jpegs.push_back(source);
+        return true;
+    });
+    auto storages = parallelMap(jpegs, [](const TagStorageSource& source) -> std::optional<TagStorage> {
+        try {
+            return CGTagStorageReader(CGTagStorageReader::Settings({source})).read(source);
+        } catch (const std::exception&) {
+            return std::nullopt;
+        }
+    });
+    EditorList editors;
+    for (std::size_t i = 0; i < jpegs.size(); ++i) {
+        if (storages[i])
+            editors.push_back(ETTagEditor::create(std::move(*storages[i])));
+        else
+            sources.push_back(jpegs[i]);
+    }
     return editors;
 }
 

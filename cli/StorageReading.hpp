@@ -61,6 +61,19 @@ std::vector<TagStorageSource> collectSources(const std::vector<std::string>& pat
 EditorList importEditors(std::vector<TagStorageSource> sources, bool recursive, Reporter& reporter,
                          FileWarnings* warnings = nullptr, const std::vector<std::string>* tags = nullptr);
 
+// The sources with each folder replaced by its files of a format read (of its subfolders too with
+// `recursive`), as the import unfolds it; its other files are noted as skipped, as the import notes
+// them.
+std::vector<TagStorageSource> unfoldFolders(const std::vector<TagStorageSource>& sources, bool recursive,
+                                            Reporter& reporter);
+// Sorts editors by the paths of their files.
+void sortByPath(EditorList& editors);
+// Reads the JPEG files among `sources` with the in-process engine, into ExifTool editors: their
+// values as found come from the in-process engine, at a small part of the cost of an ExifTool run,
+// and their save goes through ExifTool as any other. The files read are taken out of `sources`;
+// the others, and those the engine couldn't read, stay. Nothing is read when this build has no
+// in-process engine. Meant for edits whose outcome can be checked against the values it gives.
+EditorList importJPEGEditorsInProcess(std::vector<TagStorageSource>& sources);
 // The storages of the files that `paths` name (a folder gives its own files, in name order), in
 // the order of the arguments. Missing, unsupported and unreadable files are reported on standard
 // error, set `exitCode` to 1, and are left out.

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -76,6 +77,50 @@ TEST_F(FileCommands, setByBareNamesDryRunAndModificationDate) {
 
     // A maker-notes name several makers share: the user must say which.
     EXPECT_THAT(cliExits(2, {"set", "ShutterCount=3", jpeg.string()}).err, HasSubstr("Nikon:ShutterCount"));
+}
+
+// EXIF edits take the values they replace from the in-process engine for JPEG files, from ExifTool
+// for the others; either way a file that holds every value already is left as it was, to the byte
+// and to its modification date, and a folder is taken as its files of a format read.
+TEST_F(FileCommands, setWritesOnlyTheFilesThatChange) {
+    fs::create_directories(folder / "sub");
+    const auto holds = makeJPEG(folder / "holds.jpg");
+    const auto differs = makeJPEG(folder / "differs.JPEG");
+    const auto png = makePNG(folder / "p.png");
+    const auto deep = makeJPEG(folder / "sub" / "deep.jpg");
+    writeText(folder / "notes.txt", "x");
+    std::vector<std::string> set = {"set"}, tagging;
+    for (const std::string value : {"EXIF:Artist=Ann", "EXIF:ExposureTime=1/500", "EXIF:FNumber=2.8",
+                                    "EXIF:DateTimeOriginal=2020:05:06 10:20:30", "EXIF:GPSAltitude=35.5",
+                                    "EXIF:ExposureCompensation=-0.7", "EXIF:UserComment=Hello"}) {
+        set.push_back(value);
+        tagging.push_back("-" + value);
+    }
+    for (const auto& file : {holds, differs, png, deep})
+        tagWithExifTool(file, tagging);
+    tagWithExifTool(differs, {"-EXIF:Artist=Bo"});
+    const auto old = fs::file_time_type::clock::now() - std::chrono::hours(24 * 400);
+    std::map<fs::path, std::string> before;
+    for (const auto& file : {holds, png, deep}) {
+        fs::last_write_time(file, old);
+        before[file] = fileBytes(file);
+    }
+
+    set.push_back(folder.path().string());
+    auto run = cliOK(set);
+    EXPECT_THAT(run.out, HasSubstr("1 file updated, 2 unchanged"));
+    EXPECT_THAT(run.err,
+                HasSubstr((folder / "notes.txt").string() + ": skipped: File format is not supported"));
+    EXPECT_EQ(exifToolValue(differs, "EXIF:Artist"), "Ann");
+    EXPECT_EQ(exifToolValue(differs, "EXIF:UserComment"), "Hello");
+    for (const auto& [file, bytes] : before) {
+        EXPECT_EQ(fileBytes(file), bytes) << file;
+        EXPECT_EQ(fs::last_write_time(file), old) << file;
+    }
+
+    set.insert(set.begin() + 1, "-r");
+    EXPECT_THAT(cliOK(set).out, HasSubstr("0 files updated, 4 unchanged"));
+    EXPECT_EQ(fileBytes(deep), before[deep]);
 }
 
 // A file that fails to read is named with its reason and gives 1; the others are still read (the
