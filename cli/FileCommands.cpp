@@ -211,6 +211,7 @@ int runRead(const ReadOptions& options) {
     auto sources = collectSources(options.paths, options.recursive, reporter);
     FileWarnings warnings;
     auto editors = importEditors(std::move(sources), options.recursive, reporter, &warnings);
+    stopExifToolProcesses();
     // ExifTool's warnings about a file, on standard error, after what was printed before them.
     auto showWarnings = [&](const std::string& path) {
         const auto it = warnings.find(path);
@@ -561,6 +562,7 @@ int runSet(const SetOptions& options) {
     if (coordinate && coordinate->isValue())
         saving.lineWhenWritten = "position " + positionText(coordinate->get());
     saveEditedEditors(editors, reporter, saving);
+    stopExifToolProcesses();
     return reporter.errorCount() ? 1 : 0;
 }
 

@@ -171,6 +171,11 @@ void prestartExifToolForCommand(int argc, const char* const* argv) {
     }
 }
 
+void stopExifToolProcesses() {
+    if (!KitSettings::shared().engineOption().contains(EngineOption::exifTool())) return;
+    if (const auto pool = ETProcessPool::shared()) pool->stopIdleProcesses();
+}
+
 std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,
                                              Reporter& reporter) {
     std::vector<TagStorageSource> sources;

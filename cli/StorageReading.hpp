@@ -45,6 +45,9 @@ void prestartExifTool(const std::vector<std::string>& paths);
 // own set-up then runs beside Perl's start-up too. The command's `prestartExifTool` adds more
 // processes for a large batch.
 void prestartExifToolForCommand(int argc, const char* const* argv);
+// Stops the idle ExifTool processes, for a command past its last ExifTool run: they end while the
+// command prints, instead of delaying the program's exit.
+void stopExifToolProcesses();
 
 // The sources that the path arguments name, in their order: files of a supported format and
 // folders, which the import unfolds. Missing files and unsupported formats are reported.

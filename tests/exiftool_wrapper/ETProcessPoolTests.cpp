@@ -187,7 +187,15 @@ TEST(ETProcessPool, AProcessKilledBetweenOrDuringRunsIsReplaced) {
     killer.join();
     EXPECT_EQ(killed.processError(), ETOutputError::abnormalTermination);
     ASSERT_NO_THROW(process.execute(readInput({file})).throwIfErrors());
-    EXPECT_NE(pool->processIDs().at(0), second);
+    const pid_t third = pool->processIDs().at(0);
+    EXPECT_NE(third, second);
+
+    // Stopped by the pool while idle: it ends, and the next run starts another.
+    pool->stopIdleProcesses();
+    EXPECT_TRUE(pool->processIDs().empty());
+    EXPECT_TRUE(waitForEnd(third));
+    ASSERT_NO_THROW(process.execute(readInput({file})).throwIfErrors());
+    EXPECT_NE(pool->processIDs().at(0), third);
 }
 
 TEST(ETProcessPool, AStalledRunHitsItsTimeLimitAndItsProcessIsReplaced) {

@@ -101,7 +101,9 @@ ETProcessPool::~ETProcessPool() {
     std::vector<std::unique_ptr<detail::ETStayOpenProcess>> processes;
     {
         std::lock_guard lock(mutex_);
-        processes = std::move(idle_);
+        processes = std::move(stopped_);
+        for (auto& process : idle_)
+            processes.push_back(std::move(process));
         for (auto& started : starting_)
             if (auto process = started.get()) processes.push_back(std::move(process));
         starting_.clear();
@@ -118,6 +120,19 @@ ETProcessPool::~ETProcessPool() {
             process->reaped = true;
         }
     processes.clear();
+}
+
+void ETProcessPool::stopIdleProcesses() {
+    std::lock_guard lock(mutex_);
+    // Those stopped before that have ended are waited for now.
+    std::erase_if(stopped_, [](const auto& process) { return !process->isAlive(); });
+    for (auto& process : idle_) {
+        if (process->isAlive() && ::kill(-process->pid, SIGKILL) != 0) ::kill(process->pid, SIGKILL);
+        stopped_.push_back(std::move(process));
+    }
+    count_ -= idle_.size();
+    idle_.clear();
+    released_.notify_all();
 }
 
 std::size_t ETProcessPool::defaultSize() {

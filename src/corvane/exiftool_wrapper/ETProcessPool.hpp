@@ -73,6 +73,12 @@ public:
     /// would start another. Returns at once.
     void prestart(std::size_t files = 1);
 
+    /// Stops the idle processes at once, without waiting for them to end (they are waited for
+    /// later, at the latest when the pool goes); runs after this start new ones. For a caller that
+    /// has done its last run: the processes then end while it finishes its own work, instead of
+    /// after it.
+    void stopIdleProcesses();
+
 private:
     friend class ETProcess;
     /// An idle, running process, started if needed; none (with `error` set) when it can't be
@@ -95,6 +101,8 @@ private:
     std::vector<pid_t> busy_;
     // Processes being started by `prestart`, not yet taken by a run.
     std::deque<std::future<std::unique_ptr<detail::ETStayOpenProcess>>> starting_;
+    // Processes stopped by `stopIdleProcesses`, not yet waited for.
+    std::vector<std::unique_ptr<detail::ETStayOpenProcess>> stopped_;
     // Every process of the pool: idle, busy or being started.
     std::size_t count_ = 0;
     std::chrono::milliseconds idleCheckAfter_{30000};
