@@ -18,7 +18,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <cctype>
 #include <functional>
 #include <iostream>
 #include <mutex>
@@ -93,6 +92,9 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
 
 namespace {
 
+// The note for a file of a folder whose format isn't read.
+constexpr const char* skippedFormatNote = "skipped: File format is not supported";
+
 // The import's answers about file types, with its supported types worked out once for a whole
 // list of paths: the import works them out again at each question, which costs a thousand-file
 // command a good part of its own time.
@@ -134,7 +136,7 @@ std::vector<fs::path> listDottedFolder(const fs::path& folder, bool recursively,
         } else if (types.canImportEditor(entry)) {
             files.push_back(entry);
         } else {
-            reporter.fileNote(entry, "skipped: File format is not supported");
+            reporter.fileNote(entry, skippedFormatNote);
         }
     }
     return files;
@@ -281,7 +283,7 @@ void reportUnshownFiles(const std::vector<TagStorageSource>& requested, const Ed
             if (types.canImportEditor(url))
                 check(url);
             else
-                reporter.fileNote(url, "skipped: File format is not supported");
+                reporter.fileNote(url, skippedFormatNote);
         }
     }
 }
@@ -367,7 +369,7 @@ std::vector<TagStorageSource> unfoldFolders(const std::vector<TagStorageSource>&
             if (types.canImportEditor(url))
                 files.emplace_back(url, std::nullopt, source.password());
             else
-                reporter.fileNote(url, "skipped: File format is not supported");
+                reporter.fileNote(url, skippedFormatNote);
         }
     }
     return files;
@@ -388,10 +390,8 @@ EditorList importJPEGEditorsInProcess(std::vector<TagStorageSource>& sources) {
     if (!KitSettings::availableEngineOption().contains(EngineOption::coreImage())) return {};
     std::vector<TagStorageSource> jpegs;
     std::erase_if(sources, [&](const TagStorageSource& source) {
-        std::string extension = source.url().extension().string();
-        std::transform(extension.begin(), extension.end(), extension.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        const bool jpeg = extension == ".jpg" || extension == ".jpeg" || extension == ".jpe";
+        const std::string extension = upperPathExtension(source.url());
+        const bool jpeg = extension == "JPG" || extension == "JPEG" || extension == "JPE";
         // A password is ExifTool's business.
         if (source.isFolder() || source.password() || !jpeg) return false;
         jpegs.push_back(source);
