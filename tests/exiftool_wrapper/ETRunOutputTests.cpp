@@ -151,12 +151,13 @@ TEST(ETRunOutput, JSONReportsAreCollectedInEveryGroupingAndExcusedUnderIgnoreMin
     EXPECT_TRUE(messages.empty());
 }
 
-TEST(ETBatchSplit, CutsALargeInputIntoBalancedContiguousSharesAndLeavesUnsafeOnesWhole) {
-    auto inputOf = [](std::size_t files, const std::function<std::filesystem::path(std::size_t)>& name) {
+TEST(ETBatchSplit, CutsALargeInputIntoShrinkingContiguousPiecesAndLeavesUnsafeOnesWhole) {
+    auto inputOf = [](std::size_t files, const std::function<std::filesystem::path(std::size_t)>& name,
+                      std::vector<std::string> arguments = {"-j"}) {
         ETInput input;
         for (std::size_t i = 0; i < files; ++i) {
             ETInput::ArgumentsMaker group;
-            group.arguments = {"-j"};
+            group.arguments = arguments;
             group.url = name(i);
             input.addGroup(group);
         }
@@ -165,32 +166,45 @@ TEST(ETBatchSplit, CutsALargeInputIntoBalancedContiguousSharesAndLeavesUnsafeOne
         return input;
     };
     auto numbered = [](std::size_t i) { return "f" + std::to_string(i) + ".jpg"; };
-    const auto input = inputOf(101, numbered);
-    const auto shares = splitBatch(input, 4);
-    ASSERT_EQ(shares.size(), 4u);
+    const auto input = inputOf(1001, numbered);
+    const auto split = splitBatch(input, 4);
+    EXPECT_EQ(split.processes, 4u);
     std::vector<std::string> order;
-    for (const auto& share : shares) {
-        EXPECT_GE(share.groups().size(), 25u);
-        EXPECT_LE(share.groups().size(), 26u);
-        EXPECT_EQ(share.timeLimit, input.timeLimit);
-        EXPECT_FALSE(share.onProgressHandler);
-        for (const auto& group : share.groups())
+    std::vector<std::size_t> sizes;
+    for (const auto& piece : split.pieces) {
+        sizes.push_back(piece.groups().size());
+        EXPECT_EQ(piece.timeLimit, input.timeLimit);
+        EXPECT_FALSE(piece.onProgressHandler);
+        for (const auto& group : piece.groups())
             order.push_back(group.url->string());
     }
     std::vector<std::string> expected;
-    for (std::size_t i = 0; i < 101; ++i)
+    for (std::size_t i = 0; i < 1001; ++i)
         expected.push_back(numbered(i));
     EXPECT_EQ(order, expected);
+    // Half of a process's share first, then less and less, down to the smallest piece: the
+    // processes end within a small piece of each other.
+    EXPECT_EQ(sizes.front(), 126u);
+    EXPECT_TRUE(std::is_sorted(sizes.rbegin(), sizes.rend()));
+    EXPECT_LE(sizes.back(), minimumFilesPerPiece);
+    EXPECT_EQ(sizes[sizes.size() - 2], minimumFilesPerPiece);
+    EXPECT_LT(sizes.size(), 40u);
 
-    // Too few files for more shares than these.
-    EXPECT_EQ(splitBatch(input, 8).size(), 101 / minimumFilesPerShare);
-    EXPECT_EQ(splitBatch(inputOf(2 * minimumFilesPerShare - 1, numbered), 4).size(), 1u);
-    EXPECT_EQ(splitBatch(input, 1).size(), 1u);
-    // A folder, or a file named twice (written by two processes at once), keeps the run whole.
-    EXPECT_EQ(
-        splitBatch(inputOf(100, [&](std::size_t i) { return i == 70 ? "folder" : numbered(i); }), 4).size(),
-        1u);
-    EXPECT_EQ(
-        splitBatch(inputOf(100, [&](std::size_t i) { return i == 70 ? "./f3.jpg" : numbered(i); }), 4).size(),
-        1u);
+    // Commands that import a file of records: one piece per process, about the same size.
+    const auto shares = splitBatch(inputOf(101, numbered, {"-n", "-json=records.json"}), 4);
+    ASSERT_EQ(shares.pieces.size(), 4u);
+    for (const auto& piece : shares.pieces)
+        EXPECT_TRUE(piece.groups().size() == 25u || piece.groups().size() == 26u);
+
+    // Too few files for more processes than these.
+    EXPECT_EQ(splitBatch(inputOf(101, numbered), 8).processes, 101 / minimumFilesPerShare);
+    for (const auto& whole :
+         {splitBatch(inputOf(2 * minimumFilesPerShare - 1, numbered), 4), splitBatch(input, 1),
+          // A folder, or a file named twice (written by two processes at once),
+          // keeps the run whole.
+          splitBatch(inputOf(100, [&](std::size_t i) { return i == 70 ? "folder" : numbered(i); }), 4),
+          splitBatch(inputOf(100, [&](std::size_t i) { return i == 70 ? "./f3.jpg" : numbered(i); }), 4)}) {
+        EXPECT_EQ(whole.processes, 1u);
+        EXPECT_EQ(whole.pieces.size(), 1u);
+    }
 }

@@ -337,13 +337,13 @@ ETOutput ETProcess::execute(const ETInput& input) {
     const auto limit = input.timeLimit ? *input.timeLimit : defaultTimeLimit(fileCount, folderCount);
     if (auto pool = this->pool()) {
         if (splits_) {
-            const auto shares = std::min(pool->size(), KitSettings::shared().exifToolBatchSplit());
-            auto parts = detail::splitBatch(input, shares);
-            if (parts.size() > 1) {
+            auto split =
+                detail::splitBatch(input, std::min(pool->size(), KitSettings::shared().exifToolBatchSplit()));
+            if (split.pieces.size() > 1) {
                 if (!input.timeLimit)
-                    for (auto& part : parts)
-                        part.timeLimit = limit;
-                return executeShares(parts, pool, state, setProgress, finish);
+                    for (auto& piece : split.pieces)
+                        piece.timeLimit = limit;
+                return executePieces(split, pool, state, setProgress, finish);
             }
         }
         // A persistent process reads its arguments from one stream: a run with an argument that no
@@ -487,60 +487,78 @@ ETOutput ETProcess::execute(const ETInput& input) {
     return conclude();
 }
 
-ETOutput ETProcess::executeShares(std::vector<ETInput>& shares, const std::shared_ptr<ETProcessPool>& pool,
+ETOutput ETProcess::executePieces(detail::BatchSplit& split, const std::shared_ptr<ETProcessPool>& pool,
                                   ETOutput& state, const std::function<void(double)>& setProgress,
                                   const std::function<ETOutput()>& finish) {
-    struct Share {
+    auto& pieces = split.pieces;
+    struct Worker {
         ETProcess process;
-        double files = 0;
-        ETOutput output;
+        double files = 0; // of the piece under way
     };
-    std::vector<std::unique_ptr<Share>> parts;
+    std::vector<std::unique_ptr<Worker>> workers;
+    std::vector<ETOutput> outputs(pieces.size());
+    std::vector<char> ran(pieces.size(), 0);
+    std::vector<double> pieceFiles;
     std::mutex mutex;
     std::condition_variable changed;
-    std::size_t ended = 0;
+    std::size_t next = 0, ended = 0;
     bool moved = false;
-    double files = 0;
-    for (auto& input : shares) {
-        auto part = std::make_unique<Share>();
-        part->process.setPool(pool);
-        part->process.splits_ = false;
+    double files = 0, filesDone = 0;
+    for (auto& input : pieces) {
+        pieceFiles.push_back(0);
         for (const auto& group : input.groups())
-            part->files += group.url ? 1 : 0;
-        files += part->files;
+            pieceFiles.back() += group.url ? 1 : 0;
+        files += pieceFiles.back();
         input.onProgressHandler = [&](ETProcess&) {
             std::lock_guard lock(mutex);
             moved = true;
             changed.notify_one();
         };
-        parts.push_back(std::move(part));
+    }
+    for (std::size_t k = 0; k < split.processes; ++k) {
+        auto worker = std::make_unique<Worker>();
+        worker->process.setPool(pool);
+        worker->process.splits_ = false;
+        workers.push_back(std::move(worker));
     }
     state.arguments_.clear();
     publish(state);
 
-    // Each share runs on a thread of its own; this thread reports progress and passes a cancel on.
+    auto stopping = [this] { return cancelRequested_.load() || detail::stopAllChildren().load(); };
+    // Each process runs on a thread of its own and takes the next piece when done with its last;
+    // this thread reports progress and passes a cancel on.
     std::vector<std::thread> threads;
-    for (std::size_t k = 0; k < parts.size(); ++k)
-        threads.emplace_back([&, k] {
-            auto output = parts[k]->process.execute(shares[k]);
-            std::lock_guard lock(mutex);
-            parts[k]->output = std::move(output);
+    for (auto& worker : workers)
+        threads.emplace_back([&, w = worker.get()] {
+            std::unique_lock lock(mutex);
+            while (next < pieces.size() && !stopping()) {
+                const auto k = next++;
+                w->files = pieceFiles[k];
+                lock.unlock();
+                auto output = w->process.execute(pieces[k]);
+                lock.lock();
+                outputs[k] = std::move(output);
+                ran[k] = 1;
+                filesDone += pieceFiles[k];
+                w->files = 0;
+                moved = true;
+            }
             ++ended;
             changed.notify_one();
         });
     {
         std::unique_lock lock(mutex);
-        while (ended < parts.size()) {
+        while (ended < workers.size()) {
             changed.wait_for(lock, std::chrono::milliseconds(100));
-            // A share not yet under way misses a cancel: it is passed on until every share ended.
-            if (cancelRequested_.load() || detail::stopAllChildren().load())
-                for (auto& part : parts)
-                    part->process.cancel();
+            // A piece not yet under way misses a cancel: it is passed on until every process ended.
+            if (stopping())
+                for (auto& worker : workers)
+                    worker->process.cancel();
             if (!moved) continue;
             moved = false;
-            double done = 0;
-            for (const auto& part : parts)
-                done += part->files * part->process.progress();
+            double done = filesDone;
+            for (const auto& worker : workers)
+                done += worker->files * worker->process.progress();
             lock.unlock();
             setProgress(done / files);
             lock.lock();
@@ -551,8 +569,13 @@ ETOutput ETProcess::executeShares(std::vector<ETInput>& shares, const std::share
 
     // One output, as one process would have given it.
     std::vector<std::string> data;
-    for (auto& part : parts) {
-        auto& o = part->output;
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+        if (!ran[k]) {
+            // Cancelled before this piece started.
+            if (!state.processError_) state.processError_ = ETOutputError::cancelled;
+            continue;
+        }
+        auto& o = outputs[k];
         data.push_back(std::move(o.data_));
         state.errorText_ += o.errorText_;
         state.messages_.insert(state.messages_.end(), o.messages_.begin(), o.messages_.end());

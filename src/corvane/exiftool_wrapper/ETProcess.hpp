@@ -17,6 +17,7 @@ namespace corvane {
 
 namespace detail {
 class ETArgumentFile;
+struct BatchSplit;
 struct ETRunState;
 } // namespace detail
 
@@ -36,9 +37,11 @@ struct ETRunState;
 /// whose arguments can't all be lines runs on a process of its own.
 ///
 /// On a pool, a large input is split across several of its processes (as many as
-/// `KitSettings::exifToolBatchSplit()` allows, and the pool has): each takes a contiguous share of
-/// the groups, and their outputs are merged as if one process had run the input (the data in the
-/// groups' order, the errors with their files, progress over all the files).
+/// `KitSettings::exifToolBatchSplit()` allows, and the pool has): the groups are cut into
+/// contiguous pieces that shrink towards the end, each process takes the next piece when done with
+/// its last (so they end together even when some files cost more than others), and the outputs
+/// are merged as if one process had run the input (the data in the groups' order, the errors with
+/// their files, progress over all the files).
 ///
 /// One instance runs one input at a time (a second `execute` waits for the first); `output()`,
 /// `progress()` and `cancel()` may be called from any thread.
@@ -93,7 +96,7 @@ public:
 
 private:
     void publish(const ETOutput& state);
-    ETOutput executeShares(std::vector<ETInput>& shares, const std::shared_ptr<ETProcessPool>& pool,
+    ETOutput executePieces(detail::BatchSplit& split, const std::shared_ptr<ETProcessPool>& pool,
                            ETOutput& state, const std::function<void(double)>& setProgress,
                            const std::function<ETOutput()>& finish);
     void executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile& lines, detail::ETRunState& run,
@@ -107,7 +110,7 @@ private:
     std::atomic<bool> running_{false};
     std::atomic<bool> cancelRequested_{false};
     std::shared_ptr<ETProcessPool> pool_;
-    /// False for the processes that run the shares of a split input.
+    /// False for the processes that run the pieces of a split input.
     bool splits_ = true;
 };
 

@@ -32,13 +32,6 @@ bool survivesPlainLine(std::string_view arg) {
     return true;
 }
 
-// "-json=FILE", "-csv=FILE": see planCommands.
-bool importsRecordsPerTarget(const std::vector<std::string>& arguments) {
-    return std::any_of(arguments.begin(), arguments.end(), [](const std::string& argument) {
-        return argument.starts_with("-json=") || argument.starts_with("-csv=");
-    });
-}
-
 } // namespace
 
 ArgumentEncoding argumentEncoding(std::string_view arg) {
@@ -82,6 +75,12 @@ std::string targetText(const std::filesystem::path& url) {
     if (text.empty() || url.is_absolute()) return text;
     if (text.front() == '-' || text.rfind("\xE2\x88\x92", 0) == 0) return "./" + text;
     return text;
+}
+
+bool importsRecordsPerTarget(const std::vector<std::string>& arguments) {
+    return std::any_of(arguments.begin(), arguments.end(), [](const std::string& argument) {
+        return argument.starts_with("-json=") || argument.starts_with("-csv=");
+    });
 }
 
 std::vector<ETCommand> planCommands(const ETInput& input) {

@@ -43,6 +43,10 @@ struct ETCommand {
 // arguments are joined.
 std::vector<ETCommand> planCommands(const ETInput& input);
 
+// Whether a command with these arguments imports its values from a file of records, one per target
+// ("-json=FILE", "-csv=FILE"): ExifTool reads the whole file for each command.
+bool importsRecordsPerTarget(const std::vector<std::string>& arguments);
+
 // The "-progress" form of a command with these arguments (see the definition for why it varies).
 std::string progressOption(const std::vector<std::string>& arguments);
 

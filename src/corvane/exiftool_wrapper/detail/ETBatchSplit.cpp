@@ -3,34 +3,56 @@
 #include <algorithm>
 #include <set>
 
+#include "corvane/exiftool_wrapper/detail/ETArgumentFile.hpp"
 #include "corvane/helpers/FileSystemHelpers.hpp"
 
 namespace corvane::detail {
 
-std::vector<ETInput> splitBatch(const ETInput& input, std::size_t shares) {
+BatchSplit splitBatch(const ETInput& input, std::size_t processes) {
     const auto& groups = input.groups();
     std::size_t files = 0;
     std::set<std::filesystem::path> seen;
+    bool importsRecords = false;
     for (const auto& group : groups) {
+        importsRecords = importsRecords || importsRecordsPerTarget(group.arguments);
         if (!group.url) continue;
         if (pathExtension(*group.url).empty() || !seen.insert(group.url->lexically_normal()).second)
-            return {input};
+            return {1, {input}};
         ++files;
     }
-    shares = std::min(shares, files / minimumFilesPerShare);
-    if (shares <= 1) return {input};
+    processes = std::min(processes, files / minimumFilesPerShare);
+    if (processes <= 1) return {1, {input}};
 
-    std::vector<ETInput> out(shares);
-    std::size_t share = 0, done = 0;
+    BatchSplit split{processes, {}};
+    auto startPiece = [&] {
+        split.pieces.emplace_back();
+        split.pieces.back().timeLimit = input.timeLimit;
+    };
+    startPiece();
+    std::size_t left = files, size = 0;
+    bool holdsFile = false;
     for (const auto& group : groups) {
-        // Share k ends once it holds its part of the files, rounded: files * (k + 1) / shares.
-        if (group.url && share + 1 < shares && done >= files * (share + 1) / shares) ++share;
-        out[share].addGroup(group);
-        if (group.url) ++done;
+        if (group.url && holdsFile && size == 0) {
+            startPiece();
+            holdsFile = false;
+        }
+        // A piece holds half of what each process would take of the files left when it starts,
+        // so the last pieces are small. Groups without a file stay with the piece they follow.
+        // A command that imports a file of records reads all of it: such a run takes one piece
+        // per process.
+        if (group.url && !holdsFile) {
+            size = importsRecords
+                       ? (left + processes - split.pieces.size()) / (processes + 1 - split.pieces.size())
+                       : std::max(minimumFilesPerPiece, (left + 2 * processes - 1) / (2 * processes));
+            holdsFile = true;
+        }
+        split.pieces.back().addGroup(group);
+        if (group.url) {
+            --left;
+            --size;
+        }
     }
-    for (auto& part : out)
-        part.timeLimit = input.timeLimit;
-    return out;
+    return split;
 }
 
 } // namespace corvane::detail
