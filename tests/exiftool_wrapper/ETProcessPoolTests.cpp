@@ -309,7 +309,7 @@ TEST(ETProcessPool, ABatchSplitAcrossProcessesGivesWhatOneRunGives) {
         files.push_back(folder / ("f" + std::to_string(i) + ".jpg"));
         std::filesystem::copy_file(tagged, files.back());
     }
-    // Errors in both shares stay with their files.
+    // Errors in pieces run by different processes stay with their files.
     files[5] = folder / "missing-5.jpg";
     files[50] = folder / "missing-50.jpg";
     auto input = readInput(files, {"-j", "-EXIF:Artist"});

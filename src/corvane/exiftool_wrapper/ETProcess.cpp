@@ -491,11 +491,13 @@ ETOutput ETProcess::executePieces(detail::BatchSplit& split, const std::shared_p
                                   ETOutput& state, const std::function<void(double)>& setProgress,
                                   const std::function<ETOutput()>& finish) {
     auto& pieces = split.pieces;
+    // A process of the pool at work: its run, and the files of the piece it runs. Each piece has a
+    // run of its own, whose progress starts from naught.
     struct Worker {
-        ETProcess process;
-        double files = 0; // of the piece under way
+        std::unique_ptr<ETProcess> process;
+        double files = 0;
     };
-    std::vector<std::unique_ptr<Worker>> workers;
+    std::vector<Worker> workers(split.processes);
     std::vector<ETOutput> outputs(pieces.size());
     std::vector<char> ran(pieces.size(), 0);
     std::vector<double> pieceFiles;
@@ -515,12 +517,6 @@ ETOutput ETProcess::executePieces(detail::BatchSplit& split, const std::shared_p
             changed.notify_one();
         };
     }
-    for (std::size_t k = 0; k < split.processes; ++k) {
-        auto worker = std::make_unique<Worker>();
-        worker->process.setPool(pool);
-        worker->process.splits_ = false;
-        workers.push_back(std::move(worker));
-    }
     state.arguments_.clear();
     publish(state);
 
@@ -529,19 +525,25 @@ ETOutput ETProcess::executePieces(detail::BatchSplit& split, const std::shared_p
     // this thread reports progress and passes a cancel on.
     std::vector<std::thread> threads;
     for (auto& worker : workers)
-        threads.emplace_back([&, w = worker.get()] {
+        threads.emplace_back([&, w = &worker] {
             std::unique_lock lock(mutex);
             while (next < pieces.size() && !stopping()) {
                 const auto k = next++;
+                auto process = std::make_unique<ETProcess>();
+                process->setPool(pool);
+                process->splits_ = false;
+                w->process = std::move(process);
                 w->files = pieceFiles[k];
+                ETProcess& run = *w->process;
                 lock.unlock();
-                auto output = w->process.execute(pieces[k]);
+                auto output = run.execute(pieces[k]);
                 lock.lock();
                 outputs[k] = std::move(output);
                 ran[k] = 1;
                 filesDone += pieceFiles[k];
                 w->files = 0;
                 moved = true;
+                changed.notify_one();
             }
             ++ended;
             changed.notify_one();
@@ -553,12 +555,12 @@ ETOutput ETProcess::executePieces(detail::BatchSplit& split, const std::shared_p
             // A piece not yet under way misses a cancel: it is passed on until every process ended.
             if (stopping())
                 for (auto& worker : workers)
-                    worker->process.cancel();
+                    if (worker.process) worker.process->cancel();
             if (!moved) continue;
             moved = false;
             double done = filesDone;
             for (const auto& worker : workers)
-                done += worker->files * worker->process.progress();
+                if (worker.process) done += worker.files * worker.process->progress();
             lock.unlock();
             setProgress(done / files);
             lock.lock();
