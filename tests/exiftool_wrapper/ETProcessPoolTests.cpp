@@ -325,7 +325,6 @@ TEST(ETProcessPool, ABatchSplitAcrossProcessesGivesWhatOneRunGives) {
     settings.setExifToolBatchSplit(2);
     progress.clear();
     const auto split = process.execute(input);
-    settings.setExifToolBatchSplit(savedSplit);
 
     EXPECT_EQ(pool->processIDs().size(), 2u) << "both processes took a share";
     EXPECT_EQ(records(split), records(alone));
@@ -338,6 +337,25 @@ TEST(ETProcessPool, ABatchSplitAcrossProcessesGivesWhatOneRunGives) {
     EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
     ASSERT_FALSE(progress.empty());
     EXPECT_DOUBLE_EQ(progress.back(), 1.0);
+
+    // A cancel stops the pieces under way and starts no other; the pool runs the next input.
+    Paths many;
+    for (int i = 0; i < 600; ++i) {
+        many.push_back(folder / ("m" + std::to_string(i) + ".jpg"));
+        std::filesystem::copy_file(tagged, many.back());
+    }
+    auto large = readInput(many, {"-j", "-EXIF:Artist"});
+    std::thread canceller;
+    large.onProgressHandler = [&](ETProcess& p) {
+        if (!canceller.joinable() && p.progress() > 0) canceller = std::thread([&p] { p.cancel(); });
+    };
+    const auto cancelled = process.execute(large);
+    canceller.join();
+    settings.setExifToolBatchSplit(savedSplit);
+    EXPECT_EQ(cancelled.processError(), ETOutputError::cancelled);
+    EXPECT_LT(cancelled.startedFiles().size(), many.size());
+    EXPECT_FALSE(process.isRunning());
+    EXPECT_EQ(records(process.execute(readInput({files[0]}, {"-j", "-EXIF:Artist"}))).size(), 1u);
 }
 
 TEST(ETProcessPool, ASaveSplitAcrossProcessesWritesAndReportsWhatOneRunDoes) {
