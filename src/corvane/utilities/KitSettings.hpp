@@ -74,9 +74,9 @@ public:
     std::size_t exifToolProcessCount() const;
     void setExifToolProcessCount(std::size_t count);
     ///@}
-    /// Across how many of those processes one large batch is split, each taking a contiguous share
-    /// of its files, the results merged in the batch's order: by default one per processor; 1 (or
-    /// 0) never splits.
+    /// Across how many of those processes one large batch is split, each taking contiguous pieces
+    /// of its files in turn, the results merged in the batch's order: by default one per processor;
+    /// 1 (or 0) never splits.
     ///@{
     std::size_t exifToolBatchSplit() const;
     void setExifToolBatchSplit(std::size_t count);
