@@ -29,10 +29,10 @@ struct BatchSplit {
 // about together however much the files cost to read: a fixed share each would leave a processor
 // idle while the process given the slower files goes on. Commands that import a file of records
 // ("-json=FILE") are cut into one piece per process instead, as ExifTool reads the whole file for
-// each command. A single piece (the input itself) for one
-// process when the input is too small, or when it can't be run in parts safely: when a target is a
-// folder (ExifTool may find there the files of other groups), or when two groups name the same file
-// (two processes would then change it at once).
+// each command. A single piece (the input itself) for one process when the input is too small, or
+// when it can't be run in parts safely: when a target is a folder (ExifTool may find there the
+// files of other groups), or when two groups name the same file (two processes would then change
+// it at once).
 BatchSplit splitBatch(const ETInput& input, std::size_t processes);
 
 } // namespace corvane::detail
