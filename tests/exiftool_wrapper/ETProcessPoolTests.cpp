@@ -338,7 +338,8 @@ TEST(ETProcessPool, ABatchSplitAcrossProcessesGivesWhatOneRunGives) {
     ASSERT_FALSE(progress.empty());
     EXPECT_DOUBLE_EQ(progress.back(), 1.0);
 
-    // A cancel stops the pieces under way and starts no other; the pool runs the next input.
+    // A cancel ends the split run with the error of a cancelled run, before it has read all its
+    // files, and the pool runs the next input.
     Paths many;
     for (int i = 0; i < 600; ++i) {
         many.push_back(folder / ("m" + std::to_string(i) + ".jpg"));
