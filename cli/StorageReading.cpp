@@ -11,6 +11,7 @@
 #include "corvane/tag_storages/CGTagStorageWriter.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
+#include "corvane/tag_value/MediaType.hpp"
 #include "corvane/task_support/ImportTagEditorsTask.hpp"
 #include "corvane/utilities/KitSettings.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
@@ -390,8 +391,9 @@ EditorList importJPEGEditorsInProcess(std::vector<TagStorageSource>& sources) {
     if (!KitSettings::availableEngineOption().contains(EngineOption::coreImage())) return {};
     std::vector<TagStorageSource> jpegs;
     std::erase_if(sources, [&](const TagStorageSource& source) {
-        const std::string extension = upperPathExtension(source.url());
-        const bool jpeg = extension == "JPG" || extension == "JPEG" || extension == "JPE";
+        const auto type = MediaType::type(source.url());
+        const bool jpeg = type && (*type == MediaType::typeJPG() || *type == MediaType::typeJPEG() ||
+                                   *type == MediaType::typeJPE());
         // A password is ExifTool's business.
         if (source.isFolder() || source.password() || !jpeg) return false;
         jpegs.push_back(source);

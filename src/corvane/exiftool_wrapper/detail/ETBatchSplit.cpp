@@ -41,9 +41,10 @@ BatchSplit splitBatch(const ETInput& input, std::size_t processes) {
         // A command that imports a file of records reads all of it: such a run takes one piece
         // per process.
         if (group.url && !holdsFile) {
-            size = importsRecords
-                       ? (left + processes - split.pieces.size()) / (processes + 1 - split.pieces.size())
-                       : std::max(minimumFilesPerPiece, (left + 2 * processes - 1) / (2 * processes));
+            // Rounded up, so that the last piece ends with the last file.
+            const std::size_t parts = importsRecords ? processes + 1 - split.pieces.size() : 2 * processes;
+            size = (left + parts - 1) / parts;
+            if (!importsRecords) size = std::max(size, minimumFilesPerPiece);
             holdsFile = true;
         }
         split.pieces.back().addGroup(group);
