@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <string>
@@ -115,14 +116,19 @@ protected:
         fs::permissions(tools / "exiftool", fs::perms::owner_all);
     }
 
-    // The ExifTool processes started so far, by id; none may outlive its command.
+    // The ExifTool processes started so far, by id; none may outlive its command. The command kills
+    // them as it ends, and the system frees a killed process's memory in a few milliseconds: each
+    // must be gone (or a zombie, whose command line is empty) within a second.
     std::vector<std::string> starts() const {
         std::ifstream in(tools / "starts");
         std::vector<std::string> ids;
         for (std::string line; std::getline(in, line);) {
             ids.push_back(line);
-            EXPECT_FALSE(fs::exists("/proc/" + line + "/cmdline") &&
-                         !fileBytes("/proc/" + line + "/cmdline").empty());
+            const fs::path commandLine = "/proc/" + line + "/cmdline";
+            const auto running = [&] { return fs::exists(commandLine) && !fileBytes(commandLine).empty(); };
+            for (int i = 0; i < 100 && running(); ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            EXPECT_FALSE(running()) << "ExifTool " << line << " outlived its command";
         }
         return ids;
     }

@@ -1,6 +1,7 @@
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -22,6 +23,9 @@ namespace {
 // Time an idle process gets to answer its check.
 constexpr std::chrono::milliseconds healthCheckLimit{2000};
 
+// Set as the library's pool goes at the end of the program, when nothing is left to run.
+std::atomic<bool> programIsEnding{false};
+
 // The library's pool, and the process that made it: a forked child can't use its parent's pool
 // (the thread that starts and owns the processes isn't there).
 struct SharedPool {
@@ -36,7 +40,10 @@ struct SharedPool {
         pool.reset();
     }
     // At the end of the program the pool goes, and its processes stop.
-    ~SharedPool() { abandonForeign(); }
+    ~SharedPool() {
+        programIsEnding = true;
+        abandonForeign();
+    }
 };
 
 SharedPool& sharedPool() {
@@ -113,9 +120,12 @@ ETProcessPool::~ETProcessPool() {
     // own clean-up at its exit. All are killed before any is waited for: they end side by side.
     for (const auto& process : processes)
         if (process->isAlive() && ::kill(-process->pid, SIGKILL) != 0) ::kill(process->pid, SIGKILL);
+    // A killed process runs no more of its code, but the system takes a millisecond or two to free
+    // its memory. A host that goes on running waits for that, so as to keep no zombie; a program
+    // that is ending doesn't, and leaves its killed children to init.
     for (const auto& process : processes)
         if (!process->reaped && process->pid > 0) {
-            while (::waitpid(process->pid, nullptr, 0) < 0 && errno == EINTR) {
+            while (!programIsEnding && ::waitpid(process->pid, nullptr, 0) < 0 && errno == EINTR) {
             }
             process->reaped = true;
         }
