@@ -92,6 +92,9 @@ TEST(FetchTagValuesTaskTest, DeliversTheValuesOfFilesThatHaveTheTagOnce) {
     EXPECT_EQ(values.at(tagged), "2.8");
     fetch("XMP:Subject", {tagged});
     EXPECT_EQ(values.at(tagged), "one, two");
+    // ExifTool makes composite tags only when asked to: a fetch of one must ask.
+    fetch("Composite:ImageSize", {tagged});
+    EXPECT_FALSE(values.at(tagged).empty());
 
     auto task = fetch("EXIF:Artist", {});
     EXPECT_EQ(calls, 1);

@@ -90,12 +90,16 @@ void FetchTagValuesTask::internProcess() {
     ETInput input;
     std::string tag = "-"; // appended to: GCC 12 warns, wrongly (-Wrestrict), on "-" + text
     tag += settings_.tagName.rawValue();
+    // ExifTool makes its composite tags from the others after reading a file, which is a good part
+    // of a small fetch's time: they are made only when the tag asked for is one of them.
+    std::vector<std::string> arguments = {"-j", tag};
+    if (settings_.tagName.stream().rawValue() != "Composite") arguments.insert(arguments.begin() + 1, "-e");
     input.addArguments(settings_.sources,
                        [&](const TagStorageSource& source, ETInput::ArgumentsMaker& maker) {
                            // "-m": a file without the tag, or one ExifTool can't read, doesn't fail the
                            // others.
                            maker.ignoreMinorErrors = true;
-                           maker.arguments = {"-j", tag};
+                           maker.arguments = arguments;
                            maker.password = source.password();
                            maker.url = source.url();
                            // The same command for every file: one ExifTool command reads them all.
