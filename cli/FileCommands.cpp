@@ -125,6 +125,18 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
     auto dump = [](const nlohmann::ordered_json& value) {
         return value.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
     };
+    // Most keys and texts are printable ASCII with nothing to escape, and are written as they
+    // stand, as the dump would write them, without a document made for each.
+    auto appendString = [&](std::string& text, const std::string& value) {
+        if (std::all_of(value.begin(), value.end(),
+                        [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; })) {
+            text += '"';
+            text += value;
+            text += '"';
+        } else {
+            text += dump(value);
+        }
+    };
     if (files.empty()) {
         std::cout << "[]\n";
         return;
@@ -133,12 +145,12 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
     const auto records = parallelMap(files, [&](const FileRows& file) {
         // As in an ordered object: a key keeps its first place and its last value.
         std::vector<std::pair<std::string, nlohmann::ordered_json>> entries;
-        std::unordered_map<std::string, std::size_t> position;
+        std::unordered_map<TagName, std::size_t> position;
+        entries.reserve(file.rows.size() + 1);
         entries.emplace_back("SourceFile", file.path);
-        position.emplace("SourceFile", 0);
         for (const auto& [name, row] : file.rows) {
             auto value = jsonValue(name, row, raw);
-            if (const auto [at, added] = position.emplace(name.rawValue(), entries.size()); added)
+            if (const auto [at, added] = position.emplace(name, entries.size()); added)
                 entries.emplace_back(name.rawValue(), std::move(value));
             else
                 entries[at->second].second = std::move(value);
@@ -146,11 +158,15 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
         std::string text = "  {";
         for (std::size_t k = 0; k < entries.size(); ++k) {
             text += k ? ",\n    " : "\n    ";
-            text += dump(entries[k].first);
+            appendString(text, entries[k].first);
             text += ": ";
+            const auto& value = entries[k].second;
+            if (value.is_string()) {
+                appendString(text, value.get_ref<const std::string&>());
+                continue;
+            }
             // A list's own lines go four spaces further in, to the record's depth.
-            const std::string value = dump(entries[k].second);
-            for (const char c : value) {
+            for (const char c : dump(value)) {
                 text += c;
                 if (c == '\n') text += "    ";
             }

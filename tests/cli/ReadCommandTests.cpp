@@ -77,8 +77,8 @@ TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     EXPECT_THAT(raw, Not(HasSubstr("1/160")));
 
     const auto b = makeJPEG(folder / "b.jpg");
-    tagWithExifTool(
-        b, {"-EXIF:Artist=Only \"quoted\"", "-EXIF:LensInfo=15 85 undef undef", "-XMP:Subject=Smith, John"});
+    tagWithExifTool(b, {"-EXIF:Artist=Only \"quoted\"", "-EXIF:LensInfo=15 85 undef undef",
+                        "-XMP:Subject=Smith, John", "-XMP:Title=A back\\slash, \u00e9 and a\ttab"});
     auto run = cliOK({"read", "--json", a.string(), b.string()});
     const auto json = nlohmann::json::parse(run.out);
     ASSERT_EQ(json.size(), 2u) << run.out;
@@ -87,6 +87,7 @@ TEST_F(ReadCommand, readableByDefaultRawOnRequestInEveryForm) {
     EXPECT_EQ(json[0].at("EXIF:ExposureTime"), "1/160");
     EXPECT_EQ(json[0].at("XMP:Subject"), nlohmann::json::array({"one", "two"}));
     EXPECT_EQ(json[1].at("EXIF:Artist"), "Only \"quoted\"");
+    EXPECT_EQ(json[1].at("XMP:Title"), "A back\\slash, \u00e9 and a\ttab");
     // Numbers the tag's type can't hold, and one keyword holding a comma, as the file has them.
     EXPECT_EQ(json[1].at("EXIF:LensInfo"), "15 85 undef undef");
     EXPECT_EQ(json[1].at("XMP:Subject"), nlohmann::json::array({"Smith, John"}));
