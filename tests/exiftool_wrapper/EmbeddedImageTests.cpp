@@ -14,6 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/xattr.h>
 
 namespace corvane {
@@ -172,15 +173,33 @@ TEST(ImageTest, DamagedBytesAreNoImageAndALargeImageIsShrunkToFitTheExifSegment)
     EXPECT_LT(shrunk->width(), large->width() + 1);
 }
 
-TEST(ETMetadataCleanerTest, RemovesEveryFamily) {
+// In place by default: the same file (inode, extended attributes), no copy left beside it; else
+// the file as it was is kept as NAME_original.
+TEST(ETMetadataCleanerTest, RemovesEveryFamilyInPlaceOrKeepingTheOriginal) {
     TemporaryFolder folder;
     const auto photo = test::makeJPEG(folder / "photo.jpg");
-    test::tagWithExifTool(photo, {"-EXIF:Artist=A", "-XMP:Title=T", "-IPTC:Keywords=K"});
+    const auto kept = test::makeJPEG(folder / "kept.jpg");
+    for (const auto& path : {photo, kept})
+        test::tagWithExifTool(path, {"-EXIF:Artist=A", "-XMP:Title=T", "-IPTC:Keywords=K"});
+    const bool marked = setMarker(photo);
+    struct stat before {};
+    ASSERT_EQ(::stat(photo.c_str(), &before), 0);
     ETMetadataCleaner cleaner;
     cleaner.storageSources = {TagStorageSource(photo)};
     cleaner.clean();
     for (const char* tag : {"EXIF:Artist", "XMP:Title", "IPTC:Keywords"})
         EXPECT_EQ(test::exifToolValue(photo, tag), "") << tag;
+    struct stat after {};
+    ASSERT_EQ(::stat(photo.c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_TRUE(!marked || hasMarker(photo));
+    EXPECT_FALSE(fs::exists(folder / "photo.jpg_original"));
+
+    cleaner.overrideInPlace = false;
+    cleaner.storageSources = {TagStorageSource(kept)};
+    cleaner.clean();
+    EXPECT_EQ(test::exifToolValue(kept, "EXIF:Artist"), "");
+    EXPECT_EQ(test::exifToolValue(folder / "kept.jpg_original", "EXIF:Artist"), "A");
     EXPECT_THROW(ETMetadataCleaner{}.clean(), ETMetadataCleaner::ReadException);
 }
 
