@@ -10,6 +10,7 @@
 #include "corvane/task_support/SaveTagEditorsTask.hpp"
 #include "corvane/utilities/KitDebugger.hpp"
 #include "support/SampleFiles.hpp"
+#include "support/SharedPhotoLibrary.hpp"
 #include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -33,14 +34,6 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 namespace fs = std::filesystem;
 
-class LibraryGuard {
-public:
-    explicit LibraryGuard(std::shared_ptr<PhotoLibrary> library) {
-        PhotoLibrary::setShared(std::move(library));
-    }
-    ~LibraryGuard() { PhotoLibrary::setShared(nullptr); }
-};
-
 std::shared_ptr<TagEditor> assetEditor(PhotoLibrary& library, const std::string& identifier) {
     const auto assets = library.fetchAssets({identifier});
     const auto urls = library.urls(assets);
@@ -61,7 +54,7 @@ TEST(PhotoLibrary, replacingAnAssetLosesNothingWhateverStepFails) {
         SCOPED_TRACE(failing ? static_cast<int>(*failing) : -1);
         TemporaryFolder folder;
         auto library = std::make_shared<MemoryPhotoLibrary>(folder.makeSubfolder("library"));
-        LibraryGuard guard(library);
+        test::SharedPhotoLibrary guard(library);
         const auto original = makeJPEG(folder / "photo.jpg");
         tagWithExifTool(original, {"-EXIF:Artist=Before"});
         const std::string oldID = library->addAsset(original);
@@ -228,7 +221,7 @@ TEST(PhotosAppAuthorizer, asksTheLibraryAndLogsTheStatus) {
     ASSERT_TRUE(KitDebugger::shared().enableLog(folder / "debug.log"));
     EXPECT_FALSE(PhotosAppAuthorizer::perform()) << "no photo library";
     auto library = std::make_shared<MemoryPhotoLibrary>(folder.path());
-    LibraryGuard guard(library);
+    test::SharedPhotoLibrary guard(library);
     EXPECT_TRUE(PhotosAppAuthorizer::perform());
     library->setAuthorized(false);
     EXPECT_FALSE(PhotosAppAuthorizer::perform());

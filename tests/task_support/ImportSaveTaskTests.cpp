@@ -6,6 +6,7 @@
 #include "corvane/tag_editor/ETTagEditor.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "support/SampleFiles.hpp"
+#include "support/SharedPhotoLibrary.hpp"
 #include "support/StorageValues.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/Unwritable.hpp"
@@ -149,14 +150,6 @@ private:
     bool authorise_;
 };
 
-class PhotoLibraryGuard {
-public:
-    explicit PhotoLibraryGuard(std::shared_ptr<PhotoLibrary> library) {
-        PhotoLibrary::setShared(std::move(library));
-    }
-    ~PhotoLibraryGuard() { PhotoLibrary::setShared(nullptr); }
-};
-
 TEST_F(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
     auto assetFile = makeJPEG(folder / "asset.jpg");
     auto plainFile = makeJPEG(folder / "plain.jpg");
@@ -171,7 +164,7 @@ TEST_F(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
     };
 
     for (bool present : {false, true}) {
-        PhotoLibraryGuard guard(present ? std::make_shared<RecordingLibrary>(false) : nullptr);
+        test::SharedPhotoLibrary guard(present ? std::make_shared<RecordingLibrary>(false) : nullptr);
         auto editors = makeEditors();
         auto task = save(editors);
         ASSERT_EQ(errorTexts(*task), std::vector<std::string>{"Unauthorized access"});
@@ -184,7 +177,7 @@ TEST_F(ImportSaveTasks, assetEditorsNeedThePhotoLibrary) {
 
     // An authorised library is asked once; the asset is written in a copy, the plain file in place.
     auto library = std::make_shared<RecordingLibrary>(true);
-    PhotoLibraryGuard guard(library);
+    test::SharedPhotoLibrary guard(library);
     auto editors = makeEditors();
     succeeded(save(editors));
     EXPECT_EQ(library->authorizationRequests, 1);
