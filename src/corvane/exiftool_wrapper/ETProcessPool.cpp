@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <future>
@@ -119,7 +118,7 @@ ETProcessPool::~ETProcessPool() {
     // remove, each is killed outright rather than asked to stop, which spares the program ExifTool's
     // own clean-up at its exit. All are killed before any is waited for: they end side by side.
     for (const auto& process : processes)
-        if (process->isAlive() && ::kill(-process->pid, SIGKILL) != 0) ::kill(process->pid, SIGKILL);
+        if (process->isAlive()) detail::killChild(process->pid);
     // A killed process runs no more of its code, but the system takes a millisecond or two to free
     // its memory. A host that goes on running waits for that, so as to keep no zombie; a program
     // that is ending doesn't, and leaves its killed children to init.
@@ -137,7 +136,7 @@ void ETProcessPool::stopIdleProcesses() {
     // Those stopped before that have ended are waited for now.
     std::erase_if(stopped_, [](const auto& process) { return !process->isAlive(); });
     for (auto& process : idle_) {
-        if (process->isAlive() && ::kill(-process->pid, SIGKILL) != 0) ::kill(process->pid, SIGKILL);
+        if (process->isAlive()) detail::killChild(process->pid);
         stopped_.push_back(std::move(process));
     }
     count_ -= idle_.size();

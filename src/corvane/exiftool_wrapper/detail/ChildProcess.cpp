@@ -148,10 +148,14 @@ int stopChild(pid_t pid, std::chrono::milliseconds grace) {
         // waiting long after it has.
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    if (::kill(-pid, SIGKILL) != 0) ::kill(pid, SIGKILL);
+    killChild(pid);
     while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
     }
     return status;
+}
+
+void killChild(pid_t pid) {
+    if (::kill(-pid, SIGKILL) != 0) ::kill(pid, SIGKILL);
 }
 
 std::atomic<bool>& stopAllChildren() {

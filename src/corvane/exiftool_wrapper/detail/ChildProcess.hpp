@@ -29,6 +29,10 @@ int stopChild(pid_t pid, std::chrono::milliseconds grace);
 // children then end side by side before `stopChild` reaps each.
 void askChildToStop(pid_t pid);
 
+// Kills the child's process group with SIGKILL (the child alone when it has left its group),
+// without waiting: for a child with nothing to clean up, whose end nobody needs to wait for yet.
+void killChild(pid_t pid);
+
 // Time a stopped ExifTool gets to clean up before it is killed.
 inline constexpr std::chrono::milliseconds stopGrace{3000};
 
