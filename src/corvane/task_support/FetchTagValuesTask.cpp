@@ -2,6 +2,7 @@
 
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
+#include "corvane/tag_value/TagStream.hpp"
 #include "corvane/utilities/KitToolbox.hpp"
 
 #include <nlohmann/json.hpp>
@@ -93,7 +94,8 @@ void FetchTagValuesTask::internProcess() {
     // ExifTool makes its composite tags from the others after reading a file, which is a good part
     // of a small fetch's time: they are made only when the tag asked for is one of them.
     std::vector<std::string> arguments = {"-j", tag};
-    if (settings_.tagName.stream().rawValue() != "Composite") arguments.insert(arguments.begin() + 1, "-e");
+    if (settings_.tagName.stream() != TagStream::streamComposite)
+        arguments.insert(arguments.begin() + 1, "-e");
     input.addArguments(settings_.sources,
                        [&](const TagStorageSource& source, ETInput::ArgumentsMaker& maker) {
                            // "-m": a file without the tag, or one ExifTool can't read, doesn't fail the
