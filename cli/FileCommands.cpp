@@ -226,6 +226,7 @@ int runRead(const ReadOptions& options) {
 
     auto sources = collectSources(options.paths, options.recursive, reporter);
     FileWarnings warnings;
+    lastExifToolRunsFollow();
     auto editors = importEditors(std::move(sources), options.recursive, reporter, &warnings);
     stopExifToolProcesses();
     // ExifTool's warnings about a file, on standard error, after what was printed before them.
@@ -577,6 +578,7 @@ int runSet(const SetOptions& options) {
     saving.namesUnchangedFiles = true;
     if (coordinate && coordinate->isValue())
         saving.lineWhenWritten = "position " + positionText(coordinate->get());
+    lastExifToolRunsFollow();
     saveEditedEditors(editors, reporter, saving);
     stopExifToolProcesses();
     return reporter.errorCount() ? 1 : 0;

@@ -179,6 +179,11 @@ void stopExifToolProcesses() {
     if (const auto pool = ETProcessPool::shared()) pool->stopIdleProcesses();
 }
 
+void lastExifToolRunsFollow() {
+    if (!KitSettings::shared().engineOption().contains(EngineOption::exifTool())) return;
+    if (const auto pool = ETProcessPool::shared()) pool->setKeepsProcesses(false);
+}
+
 std::vector<TagStorageSource> collectSources(const std::vector<std::string>& paths, bool recursive,
                                              Reporter& reporter) {
     std::vector<TagStorageSource> sources;

@@ -48,6 +48,9 @@ void prestartExifToolForCommand(int argc, const char* const* argv);
 // Stops the idle ExifTool processes, for a command past its last ExifTool run: they end while the
 // command prints, instead of delaying the program's exit.
 void stopExifToolProcesses();
+// For a command whose next ExifTool runs are its last: each process ends after its run instead of
+// getting ready for another.
+void lastExifToolRunsFollow();
 
 // The sources that the path arguments name, in their order: files of a supported format and
 // folders, which the import unfolds. Missing files and unsupported formats are reported.

@@ -162,6 +162,64 @@ TEST(ETProcessPool, RunsInputsInARowOnOneProcessLikeSeparateProcessesAndLeaksNoO
     EXPECT_EQ(pool->processIDs(), std::vector<pid_t>{pid});
 }
 
+TEST(ETProcessPool, AProcessNotKeptEndsAfterItsRunWithTheSameOutcome) {
+    TemporaryFolder folder;
+    const auto a = makeJPEG(folder / "a.jpg");
+    const auto b = makeJPEG(folder / "b.jpg");
+    auto input = readInput({a, folder / "missing.jpg"});
+    input.addGroup([&] {
+        ETInput::ArgumentsMaker m;
+        m.arguments = {"-j", "-FileType"};
+        m.rawValues = true;
+        m.url = b;
+        return m;
+    }());
+    const auto alone = ETProcess::run(input);
+    // An "exiftool" that notes its process id, which the real one then keeps.
+    const auto script = folder / "exiftool";
+    std::ofstream(script) << "#!/bin/sh\necho $$ >> '" << (folder / "starts").string()
+                          << "'\nexec /usr/bin/exiftool \"$@\"\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    const auto savedExecutable = ETProcess::executableURL();
+    ETProcess::setExecutableURL(script);
+    auto pool = std::make_shared<ETProcessPool>(1);
+    pool->setKeepsProcesses(false);
+    ETProcess process;
+    process.setPool(pool);
+
+    // Several commands, a missing file among them: told to end after the last, ExifTool gives what a
+    // process of its own gives, status included.
+    const auto last = process.execute(input);
+    EXPECT_EQ(last.data(), alone.data());
+    EXPECT_EQ(last.messages(), alone.messages());
+    EXPECT_EQ(last.exitStatus(), 1);
+    EXPECT_DOUBLE_EQ(last.progress(), 1.0);
+    EXPECT_TRUE(pool->processIDs().empty());
+    // A write in place, then a read: each on a process of its own, which has ended.
+    EXPECT_NO_THROW(process
+                        .execute(groupsOf({a},
+                                          [](auto& m) {
+                                              m.arguments = {"-EXIF:Artist=last run"};
+                                              m.overwriteInPlace = true;
+                                          }))
+                        .throwIfErrors());
+    EXPECT_EQ(records(process.execute(readInput({a}))).at(0).at("EXIF:Artist"), "last run");
+    std::ifstream in(folder / "starts");
+    std::vector<pid_t> starts;
+    for (pid_t id; in >> id;)
+        starts.push_back(id);
+    EXPECT_EQ(starts.size(), 3u);
+    for (const pid_t id : starts)
+        EXPECT_TRUE(waitForEnd(id)) << id;
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.jpg_original"));
+
+    // Kept again: the process of the next run stays for the one after.
+    pool->setKeepsProcesses(true);
+    EXPECT_NO_THROW(process.execute(readInput({a})).throwIfErrors());
+    EXPECT_EQ(pool->processIDs().size(), 1u);
+    ETProcess::setExecutableURL(savedExecutable);
+}
+
 TEST(ETProcessPool, AProcessKilledBetweenOrDuringRunsIsReplaced) {
     TemporaryFolder folder;
     const auto file = makeJPEG(folder / "a.jpg");

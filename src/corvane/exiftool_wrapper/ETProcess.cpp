@@ -168,11 +168,14 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
                                                                            : ETOutputError::launchFailed;
         return;
     }
+    // A process that stays open answers the run's end with "{ready<N>}"; one that won't take
+    // another run is told to stop staying open, and the last command's marker ends its output.
+    const bool keep = pool.keepsProcesses() || morePiecesFollow_;
     const auto id = std::to_string(++process->runs);
     std::string request;
     for (const auto& part : lines.parts())
         request += part.text;
-    request += "-execute" + id + "\n";
+    request += keep ? "-execute" + id + "\n" : "-stay_open\nFalse\n";
     const std::string ready = "{ready" + id + "}\n";
 
     auto stopRequested = [this] { return cancelRequested_.load() || detail::stopAllChildren().load(); };
@@ -193,15 +196,18 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
         return text.ends_with(line) &&
                (text.size() == line.size() || text[text.size() - line.size() - 1] == '\n');
     };
-    // The last command's marker ends its standard error, after "{ready}" has ended its output.
-    auto errorStreamEnded = [&run] {
-        std::string_view text = run.err.text;
+    auto endsWithLastMarker = [&run](std::string_view text) {
         if (!text.ends_with('\n')) return false;
         text.remove_suffix(1);
         // rfind gives npos, and npos + 1 is 0, when the marker is the only line.
         const auto k = run.markerIndex(text.substr(text.rfind('\n') + 1));
         return k && *k + 1 == run.commands.size();
     };
+    auto answeredNow = [&] {
+        return keep ? endsWithLine(run.out.text, ready) : endsWithLastMarker(run.out.text);
+    };
+    // The last command's marker ends its standard error, after the answer has ended its output.
+    auto errorStreamEnded = [&] { return endsWithLastMarker(run.err.text); };
 
     std::size_t sent = 0;
     bool died = false, answered = false;
@@ -236,18 +242,32 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
                 break;
             }
         }
-        if (fds[0].revents & (POLLIN | POLLHUP | POLLERR))
-            died = !drain(process->out, [&](std::string_view data) { run.out.text.append(data); }) || died;
-        if (fds[1].revents & (POLLIN | POLLHUP | POLLERR))
-            died = !drain(process->err, [&](std::string_view data) { run.err.append(data); }) || died;
+        auto readOut = [&] {
+            return drain(process->out, [&](std::string_view data) { run.out.text.append(data); });
+        };
+        auto readErr = [&] {
+            return drain(process->err, [&](std::string_view data) { run.err.append(data); });
+        };
+        bool ended = false;
+        if (fds[0].revents & (POLLIN | POLLHUP | POLLERR)) ended = !readOut();
+        if (fds[1].revents & (POLLIN | POLLHUP | POLLERR)) ended = !readErr() || ended;
+        // Once a stream has ended, what is left in the other is read too: the process has gone.
+        if (ended) {
+            readOut();
+            readErr();
+        }
         const bool movedOut = run.scan(run.out);
         const bool movedErr = run.scan(run.err);
         if (movedOut || movedErr) setProgress(run.fraction());
-        if (died) break;
-        if (!answered && endsWithLine(run.out.text, ready)) {
+        if (!answered && answeredNow()) {
             answered = true;
             // ExifTool flushed its standard error before answering: what is left is in the pipe.
             errorGrace = Clock::now() + std::chrono::milliseconds(500);
+        }
+        // A process told to end after the run ends its streams once it has answered.
+        if (ended) {
+            died = !answered;
+            break;
         }
     }
 
@@ -257,8 +277,12 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
     } else if (died) {
         state.processError_ = ETOutputError::abnormalTermination;
     } else {
-        run.out.text.erase(run.out.text.size() - ready.size());
+        if (keep) run.out.text.erase(run.out.text.size() - ready.size());
         state.exitStatus_ = run.exitStatus(run.out.text);
+    }
+    if (!keep && answered && !killedFor) {
+        pool.retire(std::move(process));
+        return;
     }
     // Standard error that didn't end with the run's last marker may still carry some of this run:
     // the next run would take it for its own, so the process goes.
@@ -532,6 +556,7 @@ ETOutput ETProcess::executePieces(detail::BatchSplit& split, const std::shared_p
                 auto process = std::make_unique<ETProcess>();
                 process->setPool(pool);
                 process->splits_ = false;
+                process->morePiecesFollow_ = next < pieces.size();
                 w->process = std::move(process);
                 w->files = pieceFiles[k];
                 ETProcess& run = *w->process;

@@ -257,6 +257,16 @@ std::unique_ptr<detail::ETStayOpenProcess> ETProcessPool::acquire(int& error) {
     return process;
 }
 
+void ETProcessPool::retire(std::unique_ptr<detail::ETStayOpenProcess> process) {
+    std::lock_guard lock(mutex_);
+    busy_.erase(std::remove(busy_.begin(), busy_.end(), process->pid), busy_.end());
+    std::erase_if(stopped_, [](const auto& stopped) { return !stopped->isAlive(); });
+    if (process->isAlive()) detail::killChild(process->pid);
+    stopped_.push_back(std::move(process));
+    --count_;
+    released_.notify_one();
+}
+
 void ETProcessPool::release(std::unique_ptr<detail::ETStayOpenProcess> process, bool reusable) {
     std::unique_lock lock(mutex_);
     busy_.erase(std::remove(busy_.begin(), busy_.end(), process->pid), busy_.end());

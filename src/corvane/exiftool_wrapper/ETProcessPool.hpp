@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -79,6 +80,17 @@ public:
     /// after it.
     void stopIdleProcesses();
 
+    /// Whether a process stays open for another run once its run is over: true by default. A
+    /// caller whose next runs are its last (a command-line program, say) sets it to false: each
+    /// ExifTool is then told with the run's arguments to stop staying open, and ends after the run
+    /// instead of getting ready for a command it won't get, which costs ExifTool a few
+    /// milliseconds of loading before it answers. A process that has ended its run this way is
+    /// killed and replaced by a fresh one for any later run.
+    ///@{
+    bool keepsProcesses() const { return keepsProcesses_.load(); }
+    void setKeepsProcesses(bool keeps) { keepsProcesses_.store(keeps); }
+    ///@}
+
 private:
     friend class ETProcess;
     /// An idle, running process, started if needed; none (with `error` set) when it can't be
@@ -89,6 +101,9 @@ private:
     static std::string startKey();
     /// Gives a process back after a run: kept when `reusable`, else stopped.
     void release(std::unique_ptr<detail::ETStayOpenProcess> process, bool reusable);
+    /// Gives up a process that has answered the last run it was told it would take: killed at once,
+    /// its command being done, and waited for later, like the processes `stopIdleProcesses` stops.
+    void retire(std::unique_ptr<detail::ETStayOpenProcess> process);
 
     std::future<std::unique_ptr<detail::ETStayOpenProcess>> startOnPoolThread(const std::string& key,
                                                                               std::shared_ptr<int> error);
@@ -106,6 +121,7 @@ private:
     // Every process of the pool: idle, busy or being started.
     std::size_t count_ = 0;
     std::chrono::milliseconds idleCheckAfter_{30000};
+    std::atomic<bool> keepsProcesses_{true};
 
     /// The thread that starts the processes, so that they live as long as the pool and not only as
     /// long as the thread of the run that needed them.
