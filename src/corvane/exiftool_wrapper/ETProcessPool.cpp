@@ -170,7 +170,7 @@ void ETProcessPool::threadLoop() {
 }
 
 std::future<std::unique_ptr<detail::ETStayOpenProcess>>
-ETProcessPool::startOnPoolThread(const std::string& key, std::shared_ptr<int> error) {
+ETProcessPool::startProcess(const std::string& key, std::shared_ptr<int> error) {
     auto task =
         std::make_shared<std::packaged_task<std::unique_ptr<detail::ETStayOpenProcess>()>>([key, error] {
             auto process = detail::ETStayOpenProcess::start(ETProcess::executableURL(), *error);
@@ -178,6 +178,10 @@ ETProcessPool::startOnPoolThread(const std::string& key, std::shared_ptr<int> er
             return process;
         });
     auto result = task->get_future();
+    if (::gettid() == ::getpid()) {
+        (*task)();
+        return result;
+    }
     {
         std::lock_guard lock(tasksMutex_);
         tasks_.emplace_back([task] { (*task)(); });
@@ -194,7 +198,7 @@ void ETProcessPool::prestart(std::size_t files) {
     std::lock_guard lock(mutex_);
     while (count_ < shares) {
         ++count_;
-        starting_.push_back(startOnPoolThread(key, std::make_shared<int>(0)));
+        starting_.push_back(startProcess(key, std::make_shared<int>(0)));
     }
     released_.notify_all();
 }
@@ -245,7 +249,7 @@ std::unique_ptr<detail::ETStayOpenProcess> ETProcessPool::acquire(int& error) {
     ++count_;
     lock.unlock();
     auto startError = std::make_shared<int>(0);
-    auto process = startOnPoolThread(key, startError).get();
+    auto process = startProcess(key, startError).get();
     lock.lock();
     if (!process) {
         error = *startError;

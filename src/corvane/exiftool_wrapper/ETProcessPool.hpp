@@ -35,9 +35,9 @@ struct ETStayOpenProcess;
 /// a run, else it is replaced (a stopped or stuck process is alive but would stall the run). A
 /// process started for another program, working folder or time zone than the run's is replaced too.
 ///
-/// The processes are started by a thread of the pool and stop when it ends: when the pool is
-/// destroyed, and when this process ends, however it ends (they get SIGINT as their parent-death
-/// signal). Thread-safe.
+/// The processes are started by a thread of the pool, or by the program's main thread, and stop when
+/// it ends: when the pool is destroyed, and when this process ends, however it ends (they get SIGINT
+/// as their parent-death signal). Thread-safe.
 class ETProcessPool {
 public:
     /// A pool of at most `size` processes (at least 1); none is started before its first run.
@@ -105,8 +105,12 @@ private:
     /// its command being done, and waited for later, like the processes `stopIdleProcesses` stops.
     void retire(std::unique_ptr<detail::ETStayOpenProcess> process);
 
-    std::future<std::unique_ptr<detail::ETStayOpenProcess>> startOnPoolThread(const std::string& key,
-                                                                              std::shared_ptr<int> error);
+    /// Starts a process on the pool's thread, or at once when called on the program's main thread:
+    /// a process stops when the thread that started it ends, and the main thread lasts as long as
+    /// the program. The main thread of a command-line program so spares itself a thread's wake-up
+    /// before the start that its run waits for.
+    std::future<std::unique_ptr<detail::ETStayOpenProcess>> startProcess(const std::string& key,
+                                                                         std::shared_ptr<int> error);
     void threadLoop();
 
     const std::size_t size_;
