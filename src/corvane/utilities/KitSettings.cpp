@@ -20,15 +20,15 @@ KitSettings& KitSettings::shared() {
 }
 
 KitSettings::KitSettings()
-    : nonAtomicSupportedFileTypes_(MediaType::types(MediaKind::allCases())),
-      nonAtomicUndoManager_(std::make_shared<UndoManager>()),
+    : nonAtomicUndoManager_(std::make_shared<UndoManager>()),
       nonAtomicUserDefaults_(UserDefaults::standardShared()),
       // Every metadata writer records itself in the files it writes.
       nonAtomicXMPToolkit_(std::string("Corvane ") + CORVANE_VERSION),
       nonAtomicExifToolProcessCount_(processorCount()), nonAtomicExifToolBatchSplit_(processorCount()) {}
 
 MediaType::Set KitSettings::supportedFileTypes() const {
-    return atomic_.read([&] { return nonAtomicSupportedFileTypes_; });
+    auto types = atomic_.read([&] { return nonAtomicSupportedFileTypes_; });
+    return types ? std::move(*types) : MediaType::types(MediaKind::allCases());
 }
 
 void KitSettings::setSupportedFileTypes(MediaType::Set types) {

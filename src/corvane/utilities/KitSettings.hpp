@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -100,7 +101,9 @@ public:
 
 private:
     mutable AtomicPropertyQueue atomic_;
-    MediaType::Set nonAtomicSupportedFileTypes_;
+    // None: every format of the table, made when asked for rather than with the settings, which a
+    // program about to start ExifTool reads first thing.
+    std::optional<MediaType::Set> nonAtomicSupportedFileTypes_;
     std::shared_ptr<UndoManager> nonAtomicUndoManager_;
     std::shared_ptr<UserDefaults> nonAtomicUserDefaults_;
     EngineOption nonAtomicEngineOption_ = availableEngineOption();
