@@ -116,6 +116,11 @@ private:
 
 void concurrentPerform(std::size_t iterations, const std::function<void(std::size_t)>& body) {
     if (iterations == 0) return;
+    // One iteration runs here, without starting the workers for it.
+    if (iterations == 1) {
+        body(0);
+        return;
+    }
     Workers& workers = Workers::shared();
     const std::size_t helpers = std::min(iterations - 1, workers.count());
     if (helpers == 0) {
