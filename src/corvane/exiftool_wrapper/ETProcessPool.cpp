@@ -93,8 +93,7 @@ std::string ETProcessPool::startKey() {
     return key;
 }
 
-ETProcessPool::ETProcessPool(std::size_t size)
-    : size_(std::max<std::size_t>(size, 1)), thread_([this] { threadLoop(); }) {}
+ETProcessPool::ETProcessPool(std::size_t size) : size_(std::max<std::size_t>(size, 1)) {}
 
 ETProcessPool::~ETProcessPool() {
     {
@@ -103,7 +102,7 @@ ETProcessPool::~ETProcessPool() {
     }
     tasksChanged_.notify_all();
     // The thread ends once it has started what was asked of it.
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
     std::vector<std::unique_ptr<detail::ETStayOpenProcess>> processes;
     {
         std::lock_guard lock(mutex_);
@@ -185,6 +184,9 @@ ETProcessPool::startProcess(const std::string& key, std::shared_ptr<int> error) 
     {
         std::lock_guard lock(tasksMutex_);
         tasks_.emplace_back([task] { (*task)(); });
+        // Made at the first start it is asked for: a program whose main thread starts every
+        // process has none to make, nor to wait for at its end.
+        if (!thread_.joinable()) thread_ = std::thread([this] { threadLoop(); });
     }
     tasksChanged_.notify_all();
     return result;
