@@ -112,8 +112,8 @@ private:
     std::shared_ptr<ETProcessPool> pool_;
     /// False for the processes that run the pieces of a split input.
     bool splits_ = true;
-    // A piece of a split batch that other pieces follow: its process is kept for them even when
-    // the pool doesn't keep its processes after their runs.
+    /// True for a piece of a split input that other pieces follow: its process is kept for them
+    /// even when the pool doesn't keep its processes after their runs.
     bool morePiecesFollow_ = false;
 };
 

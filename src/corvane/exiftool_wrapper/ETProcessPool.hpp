@@ -127,8 +127,9 @@ private:
     std::chrono::milliseconds idleCheckAfter_{30000};
     std::atomic<bool> keepsProcesses_{true};
 
-    /// The thread that starts the processes, so that they live as long as the pool and not only as
-    /// long as the thread of the run that needed them.
+    /// The thread that starts the processes that other threads than the main one need, so that they
+    /// live as long as the pool and not only as long as the thread of the run that needed them. Made
+    /// at the first start asked of it.
     std::mutex tasksMutex_;
     std::condition_variable tasksChanged_;
     std::deque<std::function<void()>> tasks_;
