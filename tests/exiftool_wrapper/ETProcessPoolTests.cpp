@@ -85,6 +85,39 @@ bool waitForEnd(pid_t pid) {
     return processEnded(pid);
 }
 
+// Several commands in one run: a read of `a` and of a missing file, then the file type of `b`.
+ETInput severalCommands(const std::filesystem::path& a, const std::filesystem::path& missing,
+                        const std::filesystem::path& b) {
+    auto input = readInput({a, missing});
+    input.addGroup([&] {
+        ETInput::ArgumentsMaker m;
+        m.arguments = {"-j", "-FileType"};
+        m.rawValues = true;
+        m.url = b;
+        return m;
+    }());
+    return input;
+}
+
+// An "exiftool" in `folder` that notes its process id, which the real one then keeps, and the ids
+// it noted, in order.
+std::filesystem::path startNotingExifTool(const TemporaryFolder& folder) {
+    const auto script = folder / "exiftool";
+    std::ofstream(script) << "#!/bin/sh\necho $$ >> '" << (folder / "starts").string()
+                          << "'\nexec /usr/bin/exiftool \"$@\"\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    return script;
+}
+
+std::vector<pid_t> notedStarts(const TemporaryFolder& folder) {
+    std::ifstream in(folder / "starts");
+    std::vector<pid_t> ids;
+    for (pid_t id; in >> id;)
+        ids.push_back(id);
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
 } // namespace
 
 TEST(ETProcessPool, RunsInputsInARowOnOneProcessLikeSeparateProcessesAndLeaksNoOption) {
@@ -99,14 +132,7 @@ TEST(ETProcessPool, RunsInputsInARowOnOneProcessLikeSeparateProcessesAndLeaksNoO
     process.setPool(pool);
 
     // Several commands in one run, a missing file among them: the same as a process of its own.
-    auto input = readInput({a, folder / "missing.jpg"});
-    input.addGroup([&] {
-        ETInput::ArgumentsMaker m;
-        m.arguments = {"-j", "-FileType"};
-        m.rawValues = true;
-        m.url = b;
-        return m;
-    }());
+    const auto input = severalCommands(a, folder / "missing.jpg", b);
     const auto alone = ETProcess::run(input);
     const auto pooled = process.execute(input);
     EXPECT_EQ(pooled.data(), alone.data());
@@ -166,22 +192,10 @@ TEST(ETProcessPool, AProcessNotKeptEndsAfterItsRunWithTheSameOutcome) {
     TemporaryFolder folder;
     const auto a = makeJPEG(folder / "a.jpg");
     const auto b = makeJPEG(folder / "b.jpg");
-    auto input = readInput({a, folder / "missing.jpg"});
-    input.addGroup([&] {
-        ETInput::ArgumentsMaker m;
-        m.arguments = {"-j", "-FileType"};
-        m.rawValues = true;
-        m.url = b;
-        return m;
-    }());
+    const auto input = severalCommands(a, folder / "missing.jpg", b);
     const auto alone = ETProcess::run(input);
-    // An "exiftool" that notes its process id, which the real one then keeps.
-    const auto script = folder / "exiftool";
-    std::ofstream(script) << "#!/bin/sh\necho $$ >> '" << (folder / "starts").string()
-                          << "'\nexec /usr/bin/exiftool \"$@\"\n";
-    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
     const auto savedExecutable = ETProcess::executableURL();
-    ETProcess::setExecutableURL(script);
+    ETProcess::setExecutableURL(startNotingExifTool(folder));
     auto pool = std::make_shared<ETProcessPool>(1);
     pool->setKeepsProcesses(false);
     ETProcess process;
@@ -204,10 +218,7 @@ TEST(ETProcessPool, AProcessNotKeptEndsAfterItsRunWithTheSameOutcome) {
                                           }))
                         .throwIfErrors());
     EXPECT_EQ(records(process.execute(readInput({a}))).at(0).at("EXIF:Artist"), "last run");
-    std::ifstream in(folder / "starts");
-    std::vector<pid_t> starts;
-    for (pid_t id; in >> id;)
-        starts.push_back(id);
+    const auto starts = notedStarts(folder);
     EXPECT_EQ(starts.size(), 3u);
     for (const pid_t id : starts)
         EXPECT_TRUE(waitForEnd(id)) << id;
@@ -305,19 +316,8 @@ TEST(ETProcessPool, AnIdleProcessThatNoLongerAnswersIsReplacedBeforeItTakesARun)
 // and a start that fails costs the run nothing but its own error.
 TEST(ETProcessPool, PrestartedProcessesTakeTheRunsThatFollow) {
     TemporaryFolder folder;
-    // An "exiftool" that notes its process id, which the real one then keeps.
-    const auto script = folder / "exiftool";
-    std::ofstream(script) << "#!/bin/sh\necho $$ >> '" << (folder / "starts").string()
-                          << "'\nexec /usr/bin/exiftool \"$@\"\n";
-    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
-    auto starts = [&] {
-        std::ifstream in(folder / "starts");
-        std::vector<pid_t> ids;
-        for (pid_t id; in >> id;)
-            ids.push_back(id);
-        std::sort(ids.begin(), ids.end());
-        return ids;
-    };
+    const auto script = startNotingExifTool(folder);
+    auto starts = [&] { return notedStarts(folder); };
     auto& settings = KitSettings::shared();
     const auto savedSplit = settings.exifToolBatchSplit();
     const auto savedExecutable = ETProcess::executableURL();
