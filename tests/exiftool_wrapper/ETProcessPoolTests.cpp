@@ -85,6 +85,15 @@ bool waitForEnd(pid_t pid) {
     return processEnded(pid);
 }
 
+// Gives `file` an artist through `process`, written in place.
+ETOutput writeArtistInPlace(ETProcess& process, const std::filesystem::path& file,
+                            const std::string& artist) {
+    return process.execute(groupsOf({file}, [&](auto& m) {
+        m.arguments = {"-EXIF:Artist=" + artist};
+        m.overwriteInPlace = true;
+    }));
+}
+
 // Several commands in one run: a read of `a` and of a missing file, then the file type of `b`.
 ETInput severalCommands(const std::filesystem::path& a, const std::filesystem::path& missing,
                         const std::filesystem::path& b) {
@@ -146,13 +155,7 @@ TEST(ETProcessPool, RunsInputsInARowOnOneProcessLikeSeparateProcessesAndLeaksNoO
     // Overwriting in place, then a plain write: ExifTool keeps its "_original" copy again.
     struct stat before {};
     ::stat(a.c_str(), &before);
-    EXPECT_NO_THROW(process
-                        .execute(groupsOf({a},
-                                          [](auto& m) {
-                                              m.arguments = {"-EXIF:Artist=in place"};
-                                              m.overwriteInPlace = true;
-                                          }))
-                        .throwIfErrors());
+    EXPECT_NO_THROW(writeArtistInPlace(process, a, "in place").throwIfErrors());
     struct stat after {};
     ::stat(a.c_str(), &after);
     EXPECT_EQ(after.st_ino, before.st_ino);
@@ -210,13 +213,7 @@ TEST(ETProcessPool, AProcessNotKeptEndsAfterItsRunWithTheSameOutcome) {
     EXPECT_DOUBLE_EQ(last.progress(), 1.0);
     EXPECT_TRUE(pool->processIDs().empty());
     // A write in place, then a read: each on a process of its own, which has ended.
-    EXPECT_NO_THROW(process
-                        .execute(groupsOf({a},
-                                          [](auto& m) {
-                                              m.arguments = {"-EXIF:Artist=last run"};
-                                              m.overwriteInPlace = true;
-                                          }))
-                        .throwIfErrors());
+    EXPECT_NO_THROW(writeArtistInPlace(process, a, "last run").throwIfErrors());
     EXPECT_EQ(records(process.execute(readInput({a}))).at(0).at("EXIF:Artist"), "last run");
     const auto starts = notedStarts(folder);
     EXPECT_EQ(starts.size(), 3u);
