@@ -192,6 +192,10 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
             return n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
         }
     };
+    auto readOut = [&] {
+        return drain(process->out, [&](std::string_view data) { run.out.text.append(data); });
+    };
+    auto readErr = [&] { return drain(process->err, [&](std::string_view data) { run.err.append(data); }); };
     auto endsWithLine = [](const std::string& text, const std::string& line) {
         return text.ends_with(line) &&
                (text.size() == line.size() || text[text.size() - line.size() - 1] == '\n');
@@ -242,12 +246,6 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
                 break;
             }
         }
-        auto readOut = [&] {
-            return drain(process->out, [&](std::string_view data) { run.out.text.append(data); });
-        };
-        auto readErr = [&] {
-            return drain(process->err, [&](std::string_view data) { run.err.append(data); });
-        };
         bool ended = false;
         if (fds[0].revents & (POLLIN | POLLHUP | POLLERR)) ended = !readOut();
         if (fds[1].revents & (POLLIN | POLLHUP | POLLERR)) ended = !readErr() || ended;

@@ -130,14 +130,17 @@ ETProcessPool::~ETProcessPool() {
     processes.clear();
 }
 
+void ETProcessPool::killLocked(std::unique_ptr<detail::ETStayOpenProcess> process) {
+    // Those killed before that have ended are waited for now.
+    std::erase_if(stopped_, [](const auto& stopped) { return !stopped->isAlive(); });
+    if (process->isAlive()) detail::killChild(process->pid);
+    stopped_.push_back(std::move(process));
+}
+
 void ETProcessPool::stopIdleProcesses() {
     std::lock_guard lock(mutex_);
-    // Those stopped before that have ended are waited for now.
-    std::erase_if(stopped_, [](const auto& process) { return !process->isAlive(); });
-    for (auto& process : idle_) {
-        if (process->isAlive()) detail::killChild(process->pid);
-        stopped_.push_back(std::move(process));
-    }
+    for (auto& process : idle_)
+        killLocked(std::move(process));
     count_ -= idle_.size();
     idle_.clear();
     released_.notify_all();
@@ -266,9 +269,7 @@ std::unique_ptr<detail::ETStayOpenProcess> ETProcessPool::acquire(int& error) {
 void ETProcessPool::retire(std::unique_ptr<detail::ETStayOpenProcess> process) {
     std::lock_guard lock(mutex_);
     busy_.erase(std::remove(busy_.begin(), busy_.end(), process->pid), busy_.end());
-    std::erase_if(stopped_, [](const auto& stopped) { return !stopped->isAlive(); });
-    if (process->isAlive()) detail::killChild(process->pid);
-    stopped_.push_back(std::move(process));
+    killLocked(std::move(process));
     --count_;
     released_.notify_one();
 }

@@ -104,6 +104,9 @@ private:
     /// Gives up a process that has answered the last run it was told it would take: killed at once,
     /// its command being done, and waited for later, like the processes `stopIdleProcesses` stops.
     void retire(std::unique_ptr<detail::ETStayOpenProcess> process);
+    /// Kills a process that runs no command, without waiting for it: it is waited for at a later
+    /// kill, or when the pool goes. Called with `mutex_` held.
+    void killLocked(std::unique_ptr<detail::ETStayOpenProcess> process);
 
     /// Starts a process on the pool's thread, or at once when called on the program's main thread:
     /// a process stops when the thread that started it ends, and the main thread lasts as long as
