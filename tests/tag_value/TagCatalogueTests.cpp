@@ -202,9 +202,37 @@ TEST(TagCatalogue, FirstUseFromManyThreadsLoadsOnce) {
         EXPECT_EQ(seen[i], seen[i % 4]);
         EXPECT_EQ(seen[i]->key().rawValue(), names[i % 4].second);
         EXPECT_EQ(counts[i], counts[i % 4]);
+        // Found alone or in the family's list, an item is one object.
+        const auto& list = TagCatalogue::shared().family(names[i % 4].first)->items();
+        EXPECT_NE(std::find(list.begin(), list.end(), seen[i]), list.end()) << names[i % 4].first;
     }
     EXPECT_EQ(counts[1], counts[3]) << "the whole list";
     EXPECT_EQ(seen[0], &TagItem::itemIPTCBy_line());
+}
+
+TEST(TagCatalogue, AnItemFoundBeforeItsFamilysListIsTheObjectTheListHolds) {
+    // Each test runs in a process of its own: no DICOM row has been parsed yet. Lookups find their row
+    // alone (the first, the last, one between, and keys before, after and between them that aren't
+    // there), then the list is parsed and must hold those very objects.
+    const TagCatalogue::Family& dicom = *TagCatalogue::shared().family("DICOM");
+    const char* keys[] = {"ACoordOfBottomRightCorner", "ZoomFactor", "PatientAge", "PatientAge"};
+    std::vector<const TagItem*> found;
+    for (const char* key : keys) {
+        found.push_back(dicom.find(key));
+        ASSERT_NE(found.back(), nullptr) << key;
+        EXPECT_EQ(found.back()->key().rawValue(), key);
+        EXPECT_EQ(found.back()->stream().rawValue(), "DICOM");
+    }
+    EXPECT_EQ(found[2], found[3]) << "a row is parsed once";
+    for (const char* missing : {"AAA", "zzz", "PatientAgeX", "Patient", ""})
+        EXPECT_EQ(dicom.find(missing), nullptr) << missing;
+    const auto& items = dicom.items();
+    for (const TagItem* item : found)
+        EXPECT_NE(std::find(items.begin(), items.end(), item), items.end()) << item->key().rawValue();
+    EXPECT_EQ(dicom.find("PatientAge"), found[2]);
+    EXPECT_TRUE(std::is_sorted(items.begin(), items.end(), [](auto* a, auto* b) { return *a < *b; }));
+    EXPECT_EQ(std::adjacent_find(items.begin(), items.end(), [](auto* a, auto* b) { return *a == *b; }),
+              items.end());
 }
 
 // Every constant the library names exists in the catalogue (a missing row throws on first use) and

@@ -585,19 +585,17 @@ std::vector<TagStorage> ETTagStorageReader::readFileStorages() {
     input.onEndHandler = [](ETProcess& process) { process.debugProcessOutputIfEnabled(); };
 
     // Decoding the output needs the tag catalogue and the calendar: the first read of the program
-    // indexes the catalogue and parses its families, and has ICU load the machine's time zone and
-    // the calendar's data (which the first date decoded would wait for), beside the ExifTool run,
-    // on another processor, instead of after it. Every family is parsed, not only those that files
-    // show most: which maker's family the output names isn't known before it is in, and parsing
-    // such a family of thousands of tags once the output was in made up most of the decoding of a
-    // file. All of them take about 15 ms of another processor and 4 MB; ExifTool takes 60 ms or more.
+    // indexes the catalogue and has ICU load the machine's time zone and the calendar's data (which
+    // the first date decoded would wait for) beside the ExifTool run, on another processor, instead
+    // of after it. The tags themselves are parsed as the output names them, each row alone: parsing
+    // every family here instead took some 15 ms of the other processor and several megabytes, and
+    // slowed the ExifTool run beside it.
     std::future<void> catalogue;
     static std::once_flag catalogueLoading;
     std::call_once(catalogueLoading, [&] {
         catalogue = std::async(std::launch::async, [] {
             (void)GregorianCalendar::components(Date::now());
-            for (const TagStream& stream : TagStream::allCases())
-                (void)stream.items();
+            (void)TagCatalogue::shared();
         });
     });
     const ETOutput output = process_.execute(input);

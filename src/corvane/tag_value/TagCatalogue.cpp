@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -61,12 +62,12 @@ int parseInt(std::string_view text, int fallback) {
     return ec == std::errc() && ptr == text.data() + text.size() ? value : fallback;
 }
 
-// One row: family, key, type, count, flags, display name, then choice value/title pairs. Rows of
-// fewer fields are skipped.
-void appendRow(std::string_view line, std::vector<std::string_view>& fields, std::vector<TagItem>& items) {
+// One row: family, key, type, count, flags, display name, then choice value/title pairs. A row of
+// fewer fields gives no item.
+std::optional<TagItem> parseRow(std::string_view line, std::vector<std::string_view>& fields) {
     fields.clear();
     forEachPiece(line, '\t', [&](std::string_view f) { fields.push_back(f); });
-    if (fields.size() < 6) return;
+    if (fields.size() < 6) return std::nullopt;
     std::vector<TagItem::Choice> choices;
     if (fields.size() > 6) {
         choices.reserve((fields.size() - 6) / 2);
@@ -74,14 +75,17 @@ void appendRow(std::string_view line, std::vector<std::string_view>& fields, std
             choices.push_back({unescape(fields[i]), unescape(fields[i + 1])});
     }
     std::string_view flags = fields[4];
-    items.emplace_back(TagName(TagStream(unescape(fields[0])), TagKey(unescape(fields[1]))),
-                       TagType::fromRawValue(fields[2]).value_or(TagType::unknown), parseInt(fields[3], -1),
-                       flags.find('w') != std::string_view::npos, flags.find('l') != std::string_view::npos,
-                       unescape(fields[5]), std::move(choices), flags.find('o') != std::string_view::npos);
+    return TagItem(TagName(TagStream(unescape(fields[0])), TagKey(unescape(fields[1]))),
+                   TagType::fromRawValue(fields[2]).value_or(TagType::unknown), parseInt(fields[3], -1),
+                   flags.find('w') != std::string_view::npos, flags.find('l') != std::string_view::npos,
+                   unescape(fields[5]), std::move(choices), flags.find('o') != std::string_view::npos);
 }
 
-bool isRow(std::string_view line) {
-    return !line.empty() && line.front() != '#' && line.front() != '@';
+// A row's key as the text holds it (the second field).
+std::string_view keyField(std::string_view line) {
+    const size_t start = line.find('\t');
+    if (start == std::string_view::npos) return {};
+    return line.substr(start + 1, line.find('\t', start + 1) - start - 1);
 }
 
 } // namespace
@@ -103,14 +107,15 @@ TagCatalogue::TagCatalogue() {
 }
 
 void TagCatalogue::index(std::string_view text) {
-    // Each family's rows are found as runs of lines (one run in a catalogue sorted by name); a
-    // comment line inside a run stays in it and is skipped when the run is parsed.
+    // Each family's rows are found as runs of lines (one run in a catalogue sorted by name), and
+    // their lines are noted, so that a lookup can find its row without another pass over the text.
     struct Run {
         std::string family;
-        std::string_view rows;
+        std::vector<std::string_view> lines;
+        bool sorted;    // by key, strictly
+        bool plainKeys; // no key holds an escape
     };
     std::vector<Run> runs;
-    const char* runStart = nullptr;
     std::string_view runFamily;
     forEachPiece(text, '\n', [&](std::string_view line) {
         if (line.empty() || line.front() == '#') return;
@@ -124,13 +129,15 @@ void TagCatalogue::index(std::string_view text) {
             return;
         }
         const std::string_view family = line.substr(0, line.find('\t'));
-        if (runStart && family == runFamily) {
-            runs.back().rows = std::string_view(runStart, static_cast<size_t>(line.end() - runStart));
-            return;
+        const std::string_view key = keyField(line);
+        if (runs.empty() || family != runFamily) {
+            runFamily = family;
+            runs.push_back({unescape(family), {}, true, true});
+        } else {
+            runs.back().sorted = runs.back().sorted && keyField(runs.back().lines.back()) < key;
         }
-        runStart = line.data();
-        runFamily = family;
-        runs.push_back({unescape(family), line});
+        runs.back().plainKeys = runs.back().plainKeys && key.find('\\') == std::string_view::npos;
+        runs.back().lines.push_back(line);
     });
 
     // Display order: File, EXIF, IPTC, XMP, then every other family in catalogue order.
@@ -155,37 +162,89 @@ void TagCatalogue::index(std::string_view text) {
     for (Run& run : runs) {
         auto it = families_.find(run.family);
         Family& f = it == families_.end() ? unlisted_ : it->second;
-        if (f.rows_.empty()) textOrder_.push_back(&f);
-        f.rows_.push_back(run.rows);
+        if (f.lines_.empty()) {
+            textOrder_.push_back(&f);
+            f.sorted_ = run.sorted;
+            f.searchable_ = run.plainKeys;
+        } else {
+            f.sorted_ = false;
+            f.searchable_ = f.searchable_ && run.plainKeys;
+        }
+        f.lines_.insert(f.lines_.end(), run.lines.begin(), run.lines.end());
     }
 }
 
-void TagCatalogue::Family::load() const {
-    std::call_once(loaded_, [this] {
-        size_t rowCount = 0;
-        for (std::string_view run : rows_)
-            rowCount += static_cast<size_t>(std::count(run.begin(), run.end(), '\n')) + 1;
-        storage_.reserve(rowCount); // no reallocation: the lists below point into storage_
-        std::vector<std::string_view> fields;
-        for (std::string_view run : rows_)
-            forEachPiece(run, '\n', [&](std::string_view line) {
-                if (isRow(line)) appendRow(line, fields, storage_);
+const std::vector<std::string_view>& TagCatalogue::Family::lines() const {
+    // The generator writes each family's rows sorted by key: a lookup finds its row by a binary
+    // search. Other text is sorted here, the first of two rows with one key staying first, as in the
+    // family's list.
+    if (!sorted_)
+        std::call_once(linesSorted_, [this] {
+            std::stable_sort(lines_.begin(), lines_.end(), [](std::string_view a, std::string_view b) {
+                return keyField(a) < keyField(b);
             });
+        });
+    return lines_;
+}
 
-        items_.reserve(storage_.size());
-        for (const TagItem& item : storage_)
-            items_.push_back(&item);
+void TagCatalogue::Family::load() const {
+    std::call_once(loading_, [this] {
+        const auto& rows = lines();
+        // Items already parsed alone join the list as they are, so that they stay the same objects.
+        std::lock_guard lock(aloneMutex_);
+        storage_.reserve(rows.size()); // no reallocation: the lists below point into storage_
+        items_.reserve(rows.size());
+        std::vector<std::string_view> fields;
+        for (std::string_view line : rows) {
+            if (auto alone = aloneByKey_.find(keyField(line)); alone != aloneByKey_.end()) {
+                items_.push_back(alone->second);
+                aloneByKey_.erase(alone); // a second row with the key is an item of its own
+            } else if (auto item = parseRow(line, fields)) {
+                items_.push_back(&storage_.emplace_back(std::move(*item)));
+            }
+        }
         auto byName = [](const TagItem* a, const TagItem* b) { return a->name() < b->name(); };
         if (!std::is_sorted(items_.begin(), items_.end(), byName))
-            std::sort(items_.begin(), items_.end(), byName);
+            std::stable_sort(items_.begin(), items_.end(), byName);
         itemsByKey_.reserve(items_.size());
         for (const TagItem* item : items_)
             itemsByKey_.emplace(item->key().rawValue(), item);
+        loaded_.store(true, std::memory_order_release);
     });
 }
 
+// Answers a lookup from the row found for it, parsing that row alone. Returns nullptr when the family
+// was loaded meanwhile or has answered so many lookups that it is better loaded: the caller looks in
+// the family's list.
+const TagItem* TagCatalogue::Family::findAlone(std::string_view line) const {
+    // A batch of files asks the same keys again and again: past this many lookups the family is
+    // parsed whole and answered without a lock.
+    constexpr int lookupsBeforeLoading = 1024;
+    if (lookups_.fetch_add(1, std::memory_order_relaxed) >= lookupsBeforeLoading) return nullptr;
+    std::lock_guard lock(aloneMutex_);
+    if (loaded_.load(std::memory_order_relaxed)) return nullptr; // set under this lock
+    const std::string_view key = keyField(line);
+    if (auto found = aloneByKey_.find(key); found != aloneByKey_.end()) return found->second;
+    std::vector<std::string_view> fields;
+    auto item = parseRow(line, fields);
+    if (!item) return nullptr;
+    const TagItem* parsed = &alone_.emplace_back(std::move(*item));
+    aloneByKey_.emplace(key, parsed);
+    return parsed;
+}
+
 const TagItem* TagCatalogue::Family::find(std::string_view key) const {
-    load();
+    if (!loaded_.load(std::memory_order_acquire)) {
+        const auto& rows = lines();
+        if (searchable_) {
+            const auto line =
+                std::lower_bound(rows.begin(), rows.end(), key,
+                                 [](std::string_view row, std::string_view k) { return keyField(row) < k; });
+            if (line == rows.end() || keyField(*line) != key) return nullptr;
+            if (const TagItem* item = findAlone(*line)) return item;
+        }
+        load();
+    }
     auto it = itemsByKey_.find(key);
     return it == itemsByKey_.end() ? nullptr : it->second;
 }
@@ -198,9 +257,8 @@ const std::vector<const TagItem*>& TagCatalogue::Family::items() const {
 const std::vector<const TagItem*>& TagCatalogue::items() const {
     std::call_once(allLoaded_, [this] {
         for (const Family* f : textOrder_) {
-            f->load();
-            for (const TagItem& item : f->storage_)
-                itemPointers_.push_back(&item);
+            for (const TagItem* item : f->items())
+                itemPointers_.push_back(item);
         }
         auto byName = [](const TagItem* a, const TagItem* b) { return a->name() < b->name(); };
         if (!std::is_sorted(itemPointers_.begin(), itemPointers_.end(), byName))

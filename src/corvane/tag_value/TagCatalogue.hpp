@@ -3,6 +3,8 @@
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagStream.hpp"
 
+#include <atomic>
+#include <deque>
 #include <mutex>
 #include <optional>
 #include <string_view>
@@ -13,12 +15,14 @@ namespace corvane {
 
 /// The tag catalogue as loaded from the data compiled into the library
 /// (data/catalogue.tsv, written by scripts/generate-catalogue). Its first use
-/// only finds where each family's rows lie; a family's items are parsed on the
-/// first question about them, and every item only when the whole list is asked
-/// for. A program that reads a photo so parses the few families the photo holds,
-/// not twenty thousand items. Each part is loaded once and immutable afterwards,
-/// so every query below is safe from any thread. TagStream, TagName and TagItem
-/// answer their catalogue questions through it.
+/// only finds where each family's rows lie. An item asked for by key is found
+/// in its family's rows and parsed alone; a family's items are all parsed when
+/// its list is asked for (or once it has answered many lookups), and every item
+/// only when the whole list is. A program that reads a photo so parses the tags
+/// the photo holds, not twenty thousand items. An item is the same object
+/// however it was first reached. Each part is loaded once and immutable
+/// afterwards, so every query below is safe from any thread. TagStream, TagName
+/// and TagItem answer their catalogue questions through it.
 class TagCatalogue {
 public:
     /// Everything the catalogue knows about one family.
@@ -36,9 +40,19 @@ public:
     private:
         friend class TagCatalogue;
         void load() const;
+        const std::vector<std::string_view>& lines() const;
+        const TagItem* findAlone(std::string_view line) const;
 
-        std::vector<std::string_view> rows_; // runs of whole lines of the catalogue text
-        mutable std::once_flag loaded_;
+        mutable std::vector<std::string_view> lines_; // the rows' lines, sorted by key on first use
+        bool sorted_ = false;                         // they are as the text holds them
+        bool searchable_ = false; // no key is escaped: a key is searched for as the text holds it
+        mutable std::once_flag linesSorted_;
+        mutable std::atomic<int> lookups_{0}; // lookups answered by parsing rows alone
+        mutable std::mutex aloneMutex_;
+        mutable std::deque<TagItem> alone_; // items parsed alone, before the family's list
+        mutable std::unordered_map<std::string_view, const TagItem*> aloneByKey_;
+        mutable std::atomic<bool> loaded_{false};
+        mutable std::once_flag loading_;
         mutable std::vector<TagItem> storage_;
         mutable std::unordered_map<std::string_view, const TagItem*> itemsByKey_;
         mutable std::vector<const TagItem*> items_;
