@@ -154,24 +154,13 @@ void prestartExifTool(const std::vector<std::string>& paths) {
     prestartProcesses(paths.size());
 }
 
-void prestartExifToolForCommand(int argc, const char* const* argv) {
-    using namespace std::string_view_literals;
-    bool imageIO = false;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view word = argv[i];
-        // The program's options come before the command.
-        if (word == "--engine" && i + 1 < argc) {
-            imageIO = argv[++i] == "image-io"sv;
-        } else if (word.starts_with("--engine=")) {
-            imageIO = word == "--engine=image-io";
-        } else if (!word.starts_with('-')) {
-            if (imageIO || (word != "read" && word != "set")) return;
-            for (int k = i + 1; k < argc && argv[k] != "--"sv; ++k)
-                if (argv[k] == "-h"sv || argv[k] == "--help"sv) return;
-            prestartProcesses(1);
-            return;
-        }
+void prestartExifToolForCommand(int argc, const char* const* argv, const PrestartedExifTool* prestarted) {
+    if (prestarted) {
+        if (const auto pool = ETProcessPool::shared())
+            pool->adoptStartedProcess(prestarted->pid, prestarted->input, prestarted->output,
+                                      prestarted->error, prestarted->executable);
     }
+    if (commandRunsExifTool(argc, argv)) prestartProcesses(1);
 }
 
 void stopExifToolProcesses() {

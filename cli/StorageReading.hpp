@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Output.hpp"
+#include "ProgramEntry.hpp"
 
 #include "corvane/tag_edition/AbstractTask.hpp"
 #include "corvane/tag_editor/TagEditor.hpp"
@@ -40,11 +41,12 @@ std::set<std::string> reportTaskErrors(const AbstractTask& task, Reporter& repor
 // arguments and collects its files, when the engine is ExifTool: the Perl start-up, the longest
 // part of a small command, then runs beside that work instead of after it.
 void prestartExifTool(const std::vector<std::string>& paths);
-// Starts one ExifTool process before the command line is even parsed, when the command is one that
-// reads or writes files through ExifTool (`read`, `set`) and isn't asked for its help: the program's
-// own set-up then runs beside Perl's start-up too. The command's `prestartExifTool` adds more
-// processes for a large batch.
-void prestartExifToolForCommand(int argc, const char* const* argv);
+// Gives the pool the ExifTool that the launcher started for the command (`prestarted`, when not
+// null), else starts one before the command line is even parsed, when the command is one that reads
+// or writes files through ExifTool (`read`, `set`) and isn't asked for its help: the program's own
+// set-up then runs beside Perl's start-up too. The command's `prestartExifTool` adds more processes
+// for a large batch.
+void prestartExifToolForCommand(int argc, const char* const* argv, const PrestartedExifTool* prestarted);
 // Stops the idle ExifTool processes, for a command past its last ExifTool run: they end while the
 // command prints, instead of delaying the program's exit.
 void stopExifToolProcesses();

@@ -34,10 +34,12 @@ void handleStopSignals() {
 
 } // namespace
 
-int main(int argc, char** argv) {
+// Called by the `corvane` launcher once it has loaded this program (see ProgramEntry.hpp).
+extern "C" __attribute__((visibility("default"))) int
+corvane_program_main(int argc, char** argv, const corvane::cli::PrestartedExifTool* prestarted) {
     using namespace corvane::cli;
     handleStopSignals();
-    prestartExifToolForCommand(argc, argv);
+    prestartExifToolForCommand(argc, argv, prestarted);
     CLI::App app{"corvane: read, compare and edit the metadata of media files"};
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", std::string("corvane ") + CORVANE_VERSION);

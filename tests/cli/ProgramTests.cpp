@@ -37,6 +37,18 @@ TEST_F(Program, exitCodesAndHelp) {
     cliOK({"--version"});
 }
 
+// The program is started by a launcher that loads it from beside itself or from the installed
+// library folder: a launcher found alone says what it couldn't load, and fails.
+TEST_F(Program, aLauncherWithoutItsProgramSaysWhatItCouldNotLoad) {
+    const auto alone = folder / "corvane";
+    fs::copy_file(CORVANE_CLI_PATH, alone);
+    const auto run = corvane::detail::runProgram({alone.string(), "--version"}, std::chrono::seconds(30));
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError, StartsWith("corvane: can't load the program: "));
+    EXPECT_THAT(run.standardError, HasSubstr("corvane-program.so"));
+    EXPECT_TRUE(run.standardOutput.empty());
+}
+
 // A text input that can't be read is named with the line at fault, and no parser's internal text
 // reaches the person.
 TEST_F(Program, inputErrorsNameTheFileAndLine) {

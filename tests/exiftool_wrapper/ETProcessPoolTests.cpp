@@ -20,6 +20,7 @@
 #include "corvane/exiftool_wrapper/ETMetadataCleaner.hpp"
 #include "corvane/exiftool_wrapper/ETProcess.hpp"
 #include "corvane/exiftool_wrapper/ETProcessPool.hpp"
+#include "corvane/exiftool_wrapper/detail/ETStayOpenProcess.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_storages/ETTagStorageWriter.hpp"
 #include "corvane/tag_value/TagName.hpp"
@@ -311,7 +312,7 @@ TEST(ETProcessPool, AnIdleProcessThatNoLongerAnswersIsReplacedBeforeItTakesARun)
 
 // The processes a prestart began are the ones that take the runs after it: none is started twice,
 // and a start that fails costs the run nothing but its own error.
-TEST(ETProcessPool, PrestartedProcessesTakeTheRunsThatFollow) {
+TEST(ETProcessPool, PrestartedAndHandedOverProcessesTakeTheRunsThatFollow) {
     TemporaryFolder folder;
     const auto script = startNotingExifTool(folder);
     auto starts = [&] { return notedStarts(folder); };
@@ -350,6 +351,34 @@ TEST(ETProcessPool, PrestartedProcessesTakeTheRunsThatFollow) {
     ETProcess::setExecutableURL(script);
     EXPECT_NO_THROW(process.execute(readInput({files[0]})).throwIfErrors());
     EXPECT_EQ(starts().size(), 3u);
+
+    // A process its caller started (as the program's launcher does) takes the runs that follow, and
+    // none other starts; one started as another program than the pool's, or beyond its size, is
+    // stopped instead.
+    auto adopting = std::make_shared<ETProcessPool>(1);
+    process.setPool(adopting);
+    auto handOver = [&](ETProcessPool& pool, const std::string& executable) {
+        int error = 0;
+        auto started = detail::ETStayOpenProcess::start(script, error);
+        EXPECT_NE(started, nullptr) << error;
+        const pid_t pid = started->pid;
+        const bool adopted =
+            pool.adoptStartedProcess(pid, started->in, started->out, started->err, executable);
+        started->pid = started->in = started->out = started->err = -1;
+        return std::pair(pid, adopted);
+    };
+    const auto [adoptedID, adopted] = handOver(*adopting, script.string());
+    EXPECT_TRUE(adopted);
+    EXPECT_NO_THROW(process.execute(readInput({files[0]})).throwIfErrors());
+    EXPECT_EQ(adopting->processIDs(), std::vector<pid_t>{adoptedID});
+    EXPECT_EQ(starts().size(), 4u);
+    for (auto [pool, executable] : {std::pair(adopting, script.string()),
+                                    std::pair(std::make_shared<ETProcessPool>(1), std::string("exiftool"))}) {
+        const auto [pid, taken] = handOver(*pool, executable);
+        EXPECT_FALSE(taken);
+        EXPECT_TRUE(waitForEnd(pid));
+    }
+    EXPECT_EQ(adopting->processIDs(), std::vector<pid_t>{adoptedID});
 
     ETProcess::setExecutableURL(savedExecutable);
     settings.setExifToolBatchSplit(savedSplit);

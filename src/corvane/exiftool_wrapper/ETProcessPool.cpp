@@ -208,6 +208,26 @@ void ETProcessPool::prestart(std::size_t files) {
     released_.notify_all();
 }
 
+bool ETProcessPool::adoptStartedProcess(pid_t pid, int input, int output, int error,
+                                        const std::string& executable) {
+    auto process = std::make_unique<detail::ETStayOpenProcess>();
+    process->pid = pid;
+    process->in = input;
+    process->out = output;
+    process->err = error;
+    process->startKey = startKey();
+    {
+        std::lock_guard lock(mutex_);
+        if (count_ < size_ && executable == ETProcess::executableURL().string()) {
+            ++count_;
+            idle_.push_back(std::move(process));
+            released_.notify_all();
+            return true;
+        }
+    }
+    return false; // `process` stops it
+}
+
 std::unique_ptr<detail::ETStayOpenProcess> ETProcessPool::acquire(int& error) {
     const std::string key = startKey();
     std::unique_lock lock(mutex_);

@@ -74,6 +74,15 @@ public:
     /// would start another. Returns at once.
     void prestart(std::size_t files = 1);
 
+    /// Takes as one of its processes an ExifTool that the caller started as `executable` with
+    /// "-stay_open True -@ -", on the program's main thread, in this working folder and time zone:
+    /// `input` is the caller's end of the socket that is its standard input, `output` and `error`
+    /// the read ends of the pipes of its standard output and error. The `corvane` program starts its
+    /// ExifTool so before it loads the library, and Perl's start-up overlaps that load. The pool owns
+    /// the process and its streams from then on: when it is full, or would start another program, it
+    /// stops the process and returns false.
+    bool adoptStartedProcess(pid_t pid, int input, int output, int error, const std::string& executable);
+
     /// Stops the idle processes at once, without waiting for them to end (they are waited for
     /// later, at the latest when the pool goes); runs after this start new ones. For a caller that
     /// has done its last run: the processes then end while it finishes its own work, instead of
