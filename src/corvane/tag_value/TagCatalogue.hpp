@@ -44,7 +44,7 @@ public:
         const TagItem* findAlone(std::string_view line) const;
 
         mutable std::vector<std::string_view> lines_; // the rows' lines, sorted by key on first use
-        bool sorted_ = false;                         // they are as the text holds them
+        bool sorted_ = false;                         // the text holds them sorted by key
         bool searchable_ = false; // no key is escaped: a key is searched for as the text holds it
         mutable std::once_flag linesSorted_;
         mutable std::atomic<int> lookups_{0}; // lookups answered by parsing rows alone
