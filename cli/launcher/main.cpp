@@ -14,10 +14,8 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
-#include <climits>
 #include <cstdio>
 #include <filesystem>
-#include <string>
 #include <system_error>
 
 #ifndef CORVANE_PROGRAM_FROM_BINDIR
@@ -41,9 +39,9 @@ fs::path programPath() {
 
 int main(int argc, char** argv) {
     using namespace corvane::cli;
-    // The program looks ExifTool up in PATH by this name unless told otherwise; a process started
-    // for another program than the one the program runs is stopped when it is handed over.
-    static constexpr const char* exifTool = "exiftool";
+    // The program's ExifTool unless it is told otherwise: a process started for another program
+    // than the one the program runs is stopped when it is handed over.
+    const char* exifTool = corvane::detail::defaultExifTool;
     PrestartedExifTool started{};
     const PrestartedExifTool* prestarted = nullptr;
     if (commandRunsExifTool(argc, argv)) {

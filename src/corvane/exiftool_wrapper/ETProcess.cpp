@@ -36,7 +36,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 std::mutex executableMutex;
-std::filesystem::path executable = "exiftool";
+std::filesystem::path executable = detail::defaultExifTool;
 
 struct ArgumentPlan {
     // Files to remove after the run.

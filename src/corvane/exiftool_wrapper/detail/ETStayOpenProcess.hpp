@@ -8,6 +8,10 @@
 
 namespace corvane::detail {
 
+// The program run as ExifTool unless another is set (`ETProcess::setExecutableURL`): looked up in
+// PATH. The `corvane` launcher, which starts one before the library is loaded, starts this one.
+inline constexpr const char* defaultExifTool = "exiftool";
+
 // One ExifTool that stays open ("-stay_open True -@ -"): it reads the arguments of command after
 // command on its standard input and answers each "-execute<N>" with "{ready<N>}" on standard output.
 // Standard input is a socket, so that writing to a process that died fails with EPIPE instead of
