@@ -284,6 +284,55 @@ TEST(ETProcessPool, AStalledRunHitsItsTimeLimitAndItsProcessIsReplaced) {
     EXPECT_EQ(records(next).at(0).at("FileType"), "JPEG");
 }
 
+TEST(ETProcessPool, ACancelledWriteReportsEveryFileItWrote) {
+    TemporaryFolder folder;
+    const auto original = makeJPEG(folder / "original.jpg");
+    Paths files;
+    for (int i = 0; i < 300; ++i) {
+        files.push_back(folder / ("f" + std::to_string(i) + ".jpg"));
+        std::filesystem::copy_file(original, files.back());
+    }
+    auto pool = std::make_shared<ETProcessPool>(1);
+    ETProcess process;
+    process.setPool(pool);
+    auto input = groupsOf(files, [](ETInput::ArgumentsMaker& m) {
+        m.arguments = {"-EXIF:Artist=Cut"};
+        m.overwriteInPlace = true;
+        m.soloRun = false;
+    });
+    // A handler slow to return, as one that redraws a window: ExifTool goes on writing meanwhile,
+    // and the files it finishes before it takes the stop are among those reported.
+    bool asked = false;
+    input.onProgressHandler = [&](ETProcess& p) {
+        if (asked || p.progress() <= 0) return;
+        asked = true;
+        p.cancel();
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    };
+    const auto output = process.execute(input);
+    ASSERT_EQ(output.processError(), ETOutputError::cancelled);
+    ASSERT_LE(output.unfinishedFiles().size(), 1u);
+
+    const auto written = records(ETProcess::run(readInput(files, {"-j", "-EXIF:Artist"})));
+    const auto& started = output.startedFiles();
+    std::size_t writtenCount = 0;
+    for (const auto& record : written) {
+        const std::filesystem::path file = record.at("SourceFile").get<std::string>();
+        const bool wasWritten = record.contains("Artist");
+        const bool reported = std::find(started.begin(), started.end(), file) != started.end();
+        const bool unfinished = !output.unfinishedFiles().empty() && output.unfinishedFiles()[0] == file;
+        writtenCount += wasWritten;
+        if (wasWritten) EXPECT_TRUE(reported) << file << " was written but reported as not";
+        if (reported && !unfinished) EXPECT_TRUE(wasWritten) << file << " was reported written but is not";
+    }
+    EXPECT_GT(writtenCount, 1u) << "files were written while the handler held the run";
+    EXPECT_LT(writtenCount, files.size());
+    std::size_t entries = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        ++entries;
+    EXPECT_EQ(entries, files.size() + 1) << "no temporary file is left";
+}
+
 TEST(ETProcessPool, AnIdleProcessThatNoLongerAnswersIsReplacedBeforeItTakesARun) {
     TemporaryFolder folder;
     const auto file = makeJPEG(folder / "a.jpg");

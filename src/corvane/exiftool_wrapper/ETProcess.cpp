@@ -270,7 +270,15 @@ void ETProcess::executeOnPool(ETProcessPool& pool, const detail::ETArgumentFile&
     }
 
     if (killedFor) {
-        // ExifTool removes its temporary file on SIGINT; the process is replaced.
+        // ExifTool removes its temporary file on SIGINT; the process is replaced. It goes on until
+        // it takes the signal, and what it printed until it ended is read: a file it finished after
+        // the last read shows as started, where it would otherwise count as not written.
+        detail::stopChild(process->pid, detail::stopGrace);
+        process->reaped = true;
+        readOut();
+        readErr();
+        run.scan(run.out);
+        run.scan(run.err);
         state.processError_ = killedFor;
     } else if (died) {
         state.processError_ = ETOutputError::abnormalTermination;
