@@ -104,18 +104,24 @@ public:
     // ImportTagEditorsTask::canImportEditor: a type the import reads.
     bool canImportEditor(const fs::path& url) const {
         const auto type = MediaType::type(upperPathExtension(url));
-        return type && supported_.contains(*type);
+        return type && supported().contains(*type);
     }
     // ImportTagEditorsTask::canReadFile: a type the import reads, or one it doesn't know.
     bool canReadFile(const fs::path& url) const {
         const std::string key = upperPathExtension(url);
         if (key.empty()) return false;
         const auto type = MediaType::type(key);
-        return !type || supported_.contains(*type);
+        return !type || supported().contains(*type);
     }
 
 private:
-    MediaType::Set supported_ = ImportTagEditorsTask::supportedTypes();
+    // Made at the first question: the set of some 300 formats costs more than the rest of a
+    // command's look at its files, and a list of files without folders asks none after the read.
+    const MediaType::Set& supported() const {
+        if (!supported_) supported_ = ImportTagEditorsTask::supportedTypes();
+        return *supported_;
+    }
+    mutable std::optional<MediaType::Set> supported_;
 };
 
 // The files of a folder whose name has a dot: such a folder counts as a file for the engines, so
