@@ -4,6 +4,7 @@
 #include "corvane/tag_value/TagPair.hpp"
 #include "corvane/tag_value/TagSection.hpp"
 #include "corvane/tag_value/TypedTagValue.hpp"
+#include "corvane/tag_value/detail/DynamicTagItems.hpp"
 #include "support/StorageValues.hpp"
 
 #include <gtest/gtest.h>
@@ -47,6 +48,27 @@ TEST(TagName, ParsesStreamColonKeyOrdersAndHashes) {
     EXPECT_LT(tagName("XMP:Zone"), tagName("XMP:artist"));
     std::unordered_set<TagName> set = {tagName("EXIF:Artist"), tagName("EXIF:Artist"), tagName("XMP:Artist")};
     EXPECT_EQ(set.size(), 2u);
+}
+
+TEST(TagName, KeepsTheCatalogueEntryItFoundButNotTheAbsenceOfOne) {
+    // A name the catalogue lacks finds the entry made for it once a file has shown it.
+    const auto shown = *TagName::fromRawValue("XMP:NoSuchTagBeforeARead");
+    EXPECT_EQ(shown.item(), nullptr);
+    const TagItem* made = detail::DynamicTagItems::shared().itemForRead("XMP", "XMP", "NoSuchTagBeforeARead");
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(shown.item(), made);
+    const auto artist = *TagName::fromRawValue("EXIF:Artist");
+    const TagItem* item = artist.item();
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(item->name(), artist);
+    // Copies and assigned names give the same entry, and stay equal to names that never looked.
+    TagName copy = artist;
+    TagName assigned;
+    assigned = copy;
+    EXPECT_EQ(copy.item(), item);
+    EXPECT_EQ(assigned.item(), item);
+    EXPECT_EQ(assigned, *TagName::fromRawValue("EXIF:Artist"));
+    EXPECT_EQ(assigned.hash(), TagName::fromRawValue("EXIF:Artist")->hash());
 }
 
 TEST(TagName, GroupsHoldCatalogueNamesInOrder) {

@@ -227,6 +227,9 @@ public:
             currentItem_ = nullptr;
         } else if (level_ == Level::group) {
             currentItem_ = ETTagStorageReader::findTagItem(currentGroup_->g0, currentGroup_->g1, key);
+            // The item's own name keeps its entry (a lookup the first time only): the copies that
+            // the storage and its editor hold then reach the item without searching the catalogue.
+            if (currentItem_) (void)currentItem_->name().item();
             keepsText_ = currentItem_ && isTextType(currentItem_->type());
         }
         return true;

@@ -1,7 +1,9 @@
 #include "corvane/tag_value/TagName.hpp"
 
+#include "corvane/tag_value/TagCatalogue.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 #include "corvane/tag_value/TagNameMapping.hpp"
+#include "corvane/tag_value/detail/DynamicTagItems.hpp"
 
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -30,7 +32,13 @@ std::string TagName::rawValue() const {
 }
 
 const TagItem* TagName::item() const {
-    return TagItem::find(*this);
+    if (const TagItem* item = cachedItem()) return item;
+    // Only the catalogue's entries are kept: a name made from a file's content may be given
+    // another entry later.
+    const TagItem* item = TagCatalogue::shared().find(stream_.rawValue(), key_.rawValue());
+    if (!item) return detail::DynamicTagItems::shared().find(stream_.rawValue(), key_.rawValue());
+    item_.store(item, std::memory_order_release);
+    return item;
 }
 
 std::optional<TagName> TagName::etName() const {

@@ -4,6 +4,8 @@
 #include "corvane/tag_value/TagStream.hpp"
 
 #include <nlohmann/json_fwd.hpp>
+
+#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +21,28 @@ public:
     /// The name of `key` in the family `stream`; no check against the catalogue.
     TagName(TagStream stream, TagKey key)
         : stream_(std::move(stream)), key_(std::move(key)), hash_(hashOf(stream_, key_)) {}
+    /// A copy keeps the catalogue entry already found for the name.
+    ///@{
+    TagName(const TagName& other)
+        : stream_(other.stream_), key_(other.key_), hash_(other.hash_), item_(other.cachedItem()) {}
+    TagName(TagName&& other) noexcept
+        : stream_(std::move(other.stream_)), key_(std::move(other.key_)), hash_(other.hash_),
+          item_(other.cachedItem()) {}
+    TagName& operator=(const TagName& other) {
+        stream_ = other.stream_;
+        key_ = other.key_;
+        hash_ = other.hash_;
+        item_.store(other.cachedItem(), std::memory_order_release);
+        return *this;
+    }
+    TagName& operator=(TagName&& other) noexcept {
+        stream_ = std::move(other.stream_);
+        key_ = std::move(other.key_);
+        hash_ = other.hash_;
+        item_.store(other.cachedItem(), std::memory_order_release);
+        return *this;
+    }
+    ///@}
 
     /// Parses "Stream:Key"; anything else gives no name.
     static std::optional<TagName> fromRawValue(std::string_view text);
@@ -96,9 +120,15 @@ private:
         return h ^ (std::hash<std::string>()(key.rawValue()) + 0x9e3779b97f4a7c15ULL + (h << 6) + (h >> 2));
     }
 
+    const TagItem* cachedItem() const { return item_.load(std::memory_order_acquire); }
+
     TagStream stream_;
     TagKey key_;
     std::size_t hash_;
+    // The catalogue's entry once `item()` has found it (catalogue entries live as long as the
+    // program): a tag's name is looked up again at every step of showing its value, and a lookup
+    // searches the catalogue's text.
+    mutable std::atomic<const TagItem*> item_{nullptr};
 };
 
 inline const TagName TagName::empty{};
