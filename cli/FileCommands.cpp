@@ -92,12 +92,12 @@ struct FileRows {
 // number too, other readable texts as they are.
 nlohmann::ordered_json jsonValue(const TagName& name, const std::string& text, bool raw) {
     const TagItem* item = name.item();
+    if (!item) return text;
     // Numbers the converter would misread ("100 0" in a single-number tag) are printed as they stand.
-    if (!item || !detail::convertsWholly(*item, text)) return text;
     if (item->isInSequence() || raw) {
-        const auto converter = item->converter();
-        nlohmann::ordered_json value =
-            toJson(converter->jsonValueFromNativeValue(item->nativeValueFromStringValue(text)));
+        const auto read = detail::wholeJSONValue(*item, text);
+        if (!read) return text;
+        nlohmann::ordered_json value = toJson(*read);
         if (item->isInSequence() && !raw && value.is_array())
             for (auto& element : value)
                 if (element.is_string() || element.is_number())
@@ -108,6 +108,7 @@ nlohmann::ordered_json jsonValue(const TagName& name, const std::string& text, b
         if (!value.is_null()) return value;
         return text;
     }
+    if (!detail::convertsWholly(*item, text)) return text;
     if (item->type().isNumber() && !text.empty() &&
         text.find_first_not_of("-0123456789.") == std::string::npos && text.find('.') != 0 &&
         !(text.size() > 1 && text[0] == '0' && text[1] != '.')) {

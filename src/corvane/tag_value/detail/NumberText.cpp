@@ -19,17 +19,26 @@ bool holdsSeveralNumbers(const TagItem& item, std::string_view text) {
 bool convertsWholly(const TagItem& item, std::string_view text) {
     if (!item.type().isNumber()) return true;
     if (!item.isInSequence()) return !holdsSeveralNumbers(item, text);
-    std::size_t pieces = 0;
-    bool inPiece = false;
-    for (char c : text) {
-        const bool separator = c == ' ' || c == '\t' || c == ',';
-        if (!separator && !inPiece) ++pieces;
-        inPiece = !separator;
-    }
-    const DynamicValue read =
+    return wholeJSONValue(item, text).has_value();
+}
+
+std::optional<DynamicValue> wholeJSONValue(const TagItem& item, std::string_view text) {
+    const bool numbers = item.type().isNumber();
+    if (numbers && !item.isInSequence() && holdsSeveralNumbers(item, text)) return std::nullopt;
+    DynamicValue read =
         item.converter()->jsonValueFromNativeValue(item.nativeValueFromStringValue(std::string(text)));
-    const DynamicArray* elements = read.arrayValue();
-    return elements ? elements->size() == pieces : pieces <= 1;
+    if (numbers && item.isInSequence()) {
+        std::size_t pieces = 0;
+        bool inPiece = false;
+        for (char c : text) {
+            const bool separator = c == ' ' || c == '\t' || c == ',';
+            if (!separator && !inPiece) ++pieces;
+            inPiece = !separator;
+        }
+        const DynamicArray* elements = read.arrayValue();
+        if (elements ? elements->size() != pieces : pieces > 1) return std::nullopt;
+    }
+    return read;
 }
 
 } // namespace corvane::detail

@@ -2,6 +2,7 @@
 
 #include "corvane/tag_value/TagItem.hpp"
 
+#include <optional>
 #include <string_view>
 
 namespace corvane::detail {
@@ -16,5 +17,9 @@ bool holdsSeveralNumbers(const TagItem& item, std::string_view text);
 // list whose converted elements are fewer than the text's (a negative number in an unsigned list, a
 // real in an integer one, "undef"). Texts of other types always are.
 bool convertsWholly(const TagItem& item, std::string_view text);
+
+// The tag's converter's JSON form of `text` (read as the tag's native value), when the converter
+// reads it wholly as above; nullopt when it doesn't. A list of numbers is read once for both.
+std::optional<DynamicValue> wholeJSONValue(const TagItem& item, std::string_view text);
 
 } // namespace corvane::detail
