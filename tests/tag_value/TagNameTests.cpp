@@ -61,14 +61,18 @@ TEST(TagName, KeepsTheCatalogueEntryItFoundButNotTheAbsenceOfOne) {
     const TagItem* item = artist.item();
     ASSERT_NE(item, nullptr);
     EXPECT_EQ(item->name(), artist);
-    // Copies and assigned names give the same entry, and stay equal to names that never looked.
-    TagName copy = artist;
-    TagName assigned;
-    assigned = copy;
-    EXPECT_EQ(copy.item(), item);
+    // A name given another name's value, by copy or by move, answers with the new name's entry,
+    // not the one it had found before.
+    TagName assigned = *TagName::fromRawValue("EXIF:Make");
+    ASSERT_NE(assigned.item(), nullptr);
+    assigned = artist;
     EXPECT_EQ(assigned.item(), item);
-    EXPECT_EQ(assigned, *TagName::fromRawValue("EXIF:Artist"));
-    EXPECT_EQ(assigned.hash(), TagName::fromRawValue("EXIF:Artist")->hash());
+    TagName moved = *TagName::fromRawValue("EXIF:Model");
+    ASSERT_NE(moved.item(), nullptr);
+    moved = TagName(artist);
+    EXPECT_EQ(moved.item(), item);
+    EXPECT_EQ(moved, *TagName::fromRawValue("EXIF:Artist"));
+    EXPECT_EQ(moved.hash(), TagName::fromRawValue("EXIF:Artist")->hash());
 }
 
 TEST(TagName, GroupsHoldCatalogueNamesInOrder) {
