@@ -31,6 +31,8 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <iostream>
 #include <map>
@@ -38,6 +40,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -87,16 +90,58 @@ struct FileRows {
     std::vector<std::pair<TagName, std::string>> rows;
 };
 
+// A text of the form of a JSON number ("-12", "0.5"; not "1.", "01" or "1e3") as the number that
+// the JSON parser reads from it. The text stays a text otherwise.
+std::optional<nlohmann::ordered_json> plainJSONNumber(std::string_view text) {
+    std::size_t at = text.starts_with('-') ? 1 : 0;
+    const auto digits = [&] {
+        const std::size_t from = at;
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+            ++at;
+        return at - from;
+    };
+    const std::size_t whole = digits();
+    if (whole == 0 || (whole > 1 && text[at - whole] == '0')) return std::nullopt;
+    bool decimal = false;
+    if (at < text.size() && text[at] == '.') {
+        ++at;
+        if (digits() == 0) return std::nullopt;
+        decimal = true;
+    }
+    if (at != text.size()) return std::nullopt;
+    const char* first = text.data();
+    const char* last = text.data() + text.size();
+    // Whole numbers as integers, unless too large for one; the others as the nearest double.
+    if (!decimal) {
+        if (text.front() == '-') {
+            std::int64_t value = 0;
+            if (const auto [end, ec] = std::from_chars(first, last, value); ec == std::errc() && end == last)
+                return nlohmann::ordered_json(value);
+        } else {
+            std::uint64_t value = 0;
+            if (const auto [end, ec] = std::from_chars(first, last, value); ec == std::errc() && end == last)
+                return nlohmann::ordered_json(value);
+        }
+    }
+    double value = 0;
+    if (const auto [end, ec] = std::from_chars(first, last, value); ec == std::errc() && end == last)
+        return nlohmann::ordered_json(value);
+    // Beyond a double's range: as the parser reads it.
+    const auto number = nlohmann::ordered_json::parse(text, nullptr, false);
+    if (number.is_number()) return number;
+    return std::nullopt;
+}
+
 // The value of a row in the JSON output: numbers as numbers and lists as arrays, as the tag's
 // converter gives them; a readable text that is a plain number (a real without trailing zeros) as a
-// number too, other readable texts as they are.
-nlohmann::ordered_json jsonValue(const TagName& name, const std::string& text, bool raw) {
+// number too. Nothing for a text printed as it stands.
+std::optional<nlohmann::ordered_json> jsonValue(const TagName& name, const std::string& text, bool raw) {
     const TagItem* item = name.item();
-    if (!item) return text;
+    if (!item) return std::nullopt;
     // Numbers the converter would misread ("100 0" in a single-number tag) are printed as they stand.
     if (item->isInSequence() || raw) {
         const auto read = detail::wholeJSONValue(*item, text);
-        if (!read) return text;
+        if (!read) return std::nullopt;
         nlohmann::ordered_json value = toJson(*read);
         if (item->isInSequence() && !raw && value.is_array())
             for (auto& element : value)
@@ -105,17 +150,13 @@ nlohmann::ordered_json jsonValue(const TagName& name, const std::string& text, b
                         if (choice.value ==
                             (element.is_string() ? element.get<std::string>() : element.dump()))
                             element = choice.title;
-        if (!value.is_null()) return value;
-        return text;
+        if (value.is_null() || (value.is_string() && value.get_ref<const std::string&>() == text))
+            return std::nullopt;
+        return value;
     }
-    if (!detail::convertsWholly(*item, text)) return text;
-    if (item->type().isNumber() && !text.empty() &&
-        text.find_first_not_of("-0123456789.") == std::string::npos && text.find('.') != 0 &&
-        !(text.size() > 1 && text[0] == '0' && text[1] != '.')) {
-        const auto number = nlohmann::ordered_json::parse(text, nullptr, false);
-        if (number.is_number()) return number;
-    }
-    return text;
+    if (!detail::convertsWholly(*item, text)) return std::nullopt;
+    if (item->type().isNumber()) return plainJSONNumber(text);
+    return std::nullopt;
 }
 
 // An array of one object a file, in the layout of a two-space indented dump of the whole array,
@@ -128,9 +169,12 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
     };
     // Most keys and texts are printable ASCII with nothing to escape, and are written as they
     // stand, as the dump would write them, without a document made for each.
+    const auto plain = [](std::string_view value) {
+        return std::all_of(value.begin(), value.end(),
+                           [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
+    };
     auto appendString = [&](std::string& text, const std::string& value) {
-        if (std::all_of(value.begin(), value.end(),
-                        [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; })) {
+        if (plain(value)) {
             text += '"';
             text += value;
             text += '"';
@@ -138,36 +182,62 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
             text += dump(value);
         }
     };
+    auto appendKey = [&](std::string& text, const TagName& name) {
+        const auto& stream = name.stream().rawValue();
+        const auto& key = name.key().rawValue();
+        if (!plain(stream) || !plain(key)) return appendString(text, name.rawValue());
+        text += '"';
+        text += stream;
+        text += ':';
+        text += key;
+        text += '"';
+    };
     if (files.empty()) {
         std::cout << "[]\n";
         return;
     }
+    // A row's place in its record, and the value it prints: its text as it stands, or the JSON
+    // value made from it.
+    struct Entry {
+        const TagName* name;
+        const std::string* text;
+        std::optional<nlohmann::ordered_json> value;
+    };
+    struct NameHash {
+        std::size_t operator()(const TagName* name) const { return name->hash(); }
+    };
+    struct SameName {
+        bool operator()(const TagName* a, const TagName* b) const { return *a == *b; }
+    };
     // The records are made side by side, and printed in order.
     const auto records = parallelMap(files, [&](const FileRows& file) {
         // As in an ordered object: a key keeps its first place and its last value.
-        std::vector<std::pair<std::string, nlohmann::ordered_json>> entries;
-        std::unordered_map<TagName, std::size_t> position;
-        entries.reserve(file.rows.size() + 1);
-        entries.emplace_back("SourceFile", file.path);
+        std::vector<Entry> entries;
+        std::unordered_map<const TagName*, std::size_t, NameHash, SameName> position;
+        entries.reserve(file.rows.size());
         for (const auto& [name, row] : file.rows) {
-            auto value = jsonValue(name, row, raw);
-            if (const auto [at, added] = position.emplace(name, entries.size()); added)
-                entries.emplace_back(name.rawValue(), std::move(value));
+            Entry entry{&name, &row, jsonValue(name, row, raw)};
+            if (const auto [at, added] = position.emplace(&name, entries.size()); added)
+                entries.push_back(std::move(entry));
             else
-                entries[at->second].second = std::move(value);
+                entries[at->second] = {entries[at->second].name, &row, std::move(entry.value)};
         }
-        std::string text = "  {";
-        for (std::size_t k = 0; k < entries.size(); ++k) {
-            text += k ? ",\n    " : "\n    ";
-            appendString(text, entries[k].first);
+        std::string text = "  {\n    \"SourceFile\": ";
+        appendString(text, file.path);
+        for (const auto& entry : entries) {
+            text += ",\n    ";
+            appendKey(text, *entry.name);
             text += ": ";
-            const auto& value = entries[k].second;
-            if (value.is_string()) {
-                appendString(text, value.get_ref<const std::string&>());
+            if (!entry.value) {
+                appendString(text, *entry.text);
+                continue;
+            }
+            if (entry.value->is_string()) {
+                appendString(text, entry.value->get_ref<const std::string&>());
                 continue;
             }
             // A list's own lines go four spaces further in, to the record's depth.
-            for (const char c : dump(value)) {
+            for (const char c : dump(*entry.value)) {
                 text += c;
                 if (c == '\n') text += "    ";
             }
