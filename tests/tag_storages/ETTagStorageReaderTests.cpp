@@ -1,6 +1,7 @@
 // Reading storages through ExifTool: the decoding rules on hand-made output, then real runs.
 
 #include "corvane/exiftool_wrapper/ETOutput.hpp"
+#include "corvane/helpers/JSONInput.hpp"
 #include "corvane/tag_storages/ETTagStorageReader.hpp"
 #include "corvane/tag_value/TagItem.hpp"
 
@@ -194,6 +195,17 @@ TEST_F(ETReaderDecoding, ALargeOutputDecodedInPartsGivesTheStoragesOfOneDecoding
     brokenData.insert(data.rfind("},\n{") + 3, "[1],\n");
     EXPECT_THAT([&] { batchReader.parseExifToolOutput(brokenData, files); },
                 ThrowsMessage<ETTagStorageReader::ReadException>(StrEq("Data decoding failed")));
+
+    // A value nested too deep in a record of a later part is refused as in a decoding in one piece;
+    // at the limit (the array and the record's two objects around it), it decodes.
+    const auto withNesting = [&](std::size_t depth) {
+        std::string nested = data;
+        nested.insert(data.rfind("\"Artist\""), "\"UserComment\": " + std::string(depth, '[') + "1" +
+                                                    std::string(depth, ']') + ",\n    ");
+        return nested;
+    };
+    EXPECT_EQ(batchReader.parseExifToolOutput(withNesting(maxJSONNesting - 3), files).size(), files.size());
+    EXPECT_THROW(batchReader.parseExifToolOutput(withNesting(maxJSONNesting - 2), files), JSONNestingError);
 }
 
 // --- Real runs

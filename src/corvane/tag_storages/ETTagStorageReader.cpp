@@ -635,10 +635,11 @@ ETTagStorageReader::parseExifToolOutput(std::string_view data,
 std::vector<TagStorage> ETTagStorageReader::decodeOutput(std::string_view data,
                                                          const std::vector<TagStorageSource>& sources,
                                                          FileWarnings& warnings) const {
-    checkJSONNesting(data, "ExifTool output");
     // A batch's output is decoded in parts side by side: after the ExifTool processes have ended,
     // the machine's processors have nothing else to do. A part that doesn't decode has the whole
-    // output decoded again in one piece, which gives the error.
+    // output decoded again in one piece, which gives the error. Each part's nesting is checked with
+    // it: a part cut where a record begins, at the array's depth, nests as deep as its place in the
+    // whole; one cut elsewhere never counts deeper than its place, and doesn't decode.
     const std::size_t parts = std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()),
                                                     data.size() / minimumDecodedPart);
     const auto chunks = parts > 1 ? splitRecords(data, parts) : std::vector<std::string>();
@@ -650,6 +651,7 @@ std::vector<TagStorage> ETTagStorageReader::decodeOutput(std::string_view data,
         };
         std::vector<Part> decodedParts(chunks.size());
         concurrentPerform(chunks.size(), [&](std::size_t k) {
+            checkJSONNesting(chunks[k], "ExifTool output");
             ExifToolJSONDecoder decoder(sources, settings_.bannedValues(), settings_.bannedStreams());
             Part& part = decodedParts[k];
             part.decoded = nlohmann::json::sax_parse(chunks[k], &decoder) && !decoder.shapeError() &&
@@ -670,6 +672,7 @@ std::vector<TagStorage> ETTagStorageReader::decodeOutput(std::string_view data,
             return storages;
         }
     }
+    checkJSONNesting(data, "ExifTool output");
     std::optional<ExifToolJSONDecoder> decoder;
     decoder.emplace(sources, settings_.bannedValues(), settings_.bannedStreams());
     bool parsed = nlohmann::json::sax_parse(data, &*decoder);
