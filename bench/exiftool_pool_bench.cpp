@@ -9,7 +9,10 @@
 // second vary more from run to run. The sides alternate which goes first. It prints the median of
 // each side with its fastest and slowest round, and the ratio of the medians (below 1: Corvane is
 // faster) with the lowest and highest ratio of one round's pair:
-//   read     `corvane read --json FILES`  /  `exiftool -j -g0:1 -n -s -e -m FILES`
+//   read     `corvane read --json FILES`  /  `exiftool -j -g0:1 -n -s -e -m FILES`; beside them, in the
+//            same rounds, that ExifTool command run by hand on the pool's number of processes at once,
+//            each on an equal share of the files: what the machine's processors allow any driver of
+//            ExifTool, whose ratio to ExifTool alone bounds Corvane's
 //   save     `corvane set EXIF:Artist=V -- FILES`  /  `exiftool` with the writer's arguments
 //            (-G -s -n -f -XMP:XMPToolkit=... -json=FILE -overwrite_original_in_place FILES)
 //   api read an import through the library (no program start-up, the pool warm, the batch split
@@ -33,12 +36,14 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #ifndef CORVANE_CLI_PATH
@@ -56,17 +61,23 @@ using bench::timed;
 
 // Times both sides `rounds` times, alternating which goes first, and prints the medians with
 // the spread of the rounds: each side's fastest and slowest, and the ratio's lowest and highest
-// over the rounds' pairs.
+// over the rounds' pairs. A reference, when given, is timed in the same rounds and printed after,
+// with its ratio to ExifTool's median and Corvane's ratio to it.
 void compare(const char* label, std::size_t files, int rounds, const std::function<void(int)>& corvane,
-             const std::function<void(int)>& exiftool) {
-    std::vector<double> ours, theirs, ratios;
+             const std::function<void(int)>& exiftool, const std::function<void(int)>& reference = {}) {
+    std::vector<double> ours, theirs, references, ratios;
     for (int round = 0; round < rounds; ++round) {
+        auto runReference = [&] {
+            if (reference) references.push_back(timed([&] { reference(round); }));
+        };
         if (round % 2) {
+            runReference();
             ours.push_back(timed([&] { corvane(round); }));
             theirs.push_back(timed([&] { exiftool(round); }));
         } else {
             theirs.push_back(timed([&] { exiftool(round); }));
             ours.push_back(timed([&] { corvane(round); }));
+            runReference();
         }
         ratios.push_back(ours.back() / theirs.back());
     }
@@ -78,6 +89,14 @@ void compare(const char* label, std::size_t files, int rounds, const std::functi
                 "ratio %.3f [%.3f-%.3f]\n",
                 label, files, rounds, a, *ourMin, *ourMax, b, *theirMin, *theirMax, a / b, *ratioMin,
                 *ratioMax);
+    if (reference) {
+        const double r = median(references);
+        const auto [referenceMin, referenceMax] = std::minmax_element(references.begin(), references.end());
+        std::printf("%-34s N=%-5zu rounds %-2d by hand %8.4f s [%.4f-%.4f]   ratio to exiftool %.3f   "
+                    "corvane to it %.3f\n",
+                    "  (exiftool by hand, in parallel)", files, rounds, r, *referenceMin, *referenceMax,
+                    r / b, a / r);
+    }
     std::fflush(stdout);
 }
 
@@ -167,12 +186,34 @@ void benchmarkBatch(const std::vector<fs::path>& originals, std::size_t count, i
     const auto plainRead = withFiles({"-j", "-g0:1", "-n", "-s", "-e", "-m", "--"}, files);
     auto exiftoolRead = [&](int) { runProgram(exiftool, plainRead); };
 
+    // The same command on an equal share of the files for each of the pool's processes, all at once.
+    const std::size_t processes = std::min(KitSettings::shared().exifToolProcessCount(), count);
+    auto byHand = [&](int) {
+        std::vector<std::thread> runs;
+        std::vector<std::exception_ptr> failures(processes);
+        for (std::size_t k = 0; k < processes; ++k)
+            runs.emplace_back([&, k] {
+                std::vector<std::string> arguments = {"-j", "-g0:1", "-n", "-s", "-e", "-m", "--"};
+                for (std::size_t i = k * count / processes; i < (k + 1) * count / processes; ++i)
+                    arguments.push_back(files[i].string());
+                try {
+                    runProgram(exiftool, arguments);
+                } catch (...) {
+                    failures[k] = std::current_exception();
+                }
+            });
+        for (auto& run : runs)
+            run.join();
+        for (const auto& failure : failures)
+            if (failure) std::rethrow_exception(failure);
+    };
+
     compare(
         "read (program)", count, rounds,
         [&](int) {
             runProgram(CORVANE_CLI_PATH, withFiles({"read", "--json", "--"}, files));
         },
-        exiftoolRead);
+        exiftoolRead, processes > 1 ? std::function<void(int)>(byHand) : std::function<void(int)>());
 
     const fs::path json = folder / "import.json";
     compare(
