@@ -637,9 +637,10 @@ std::vector<TagStorage> ETTagStorageReader::decodeOutput(std::string_view data,
                                                          FileWarnings& warnings) const {
     // A batch's output is decoded in parts side by side: after the ExifTool processes have ended,
     // the machine's processors have nothing else to do. A part that doesn't decode has the whole
-    // output decoded again in one piece, which gives the error. Each part's nesting is checked with
-    // it: a part cut where a record begins, at the array's depth, nests as deep as its place in the
-    // whole; one cut elsewhere never counts deeper than its place, and doesn't decode.
+    // output decoded again in one piece, which gives the error. Each part's nesting is checked beside
+    // its decoding: a part that decodes begins at a record, at the array's depth, and nests as deep
+    // as it does in the whole; a part never counts deeper than it is in the whole, so a part refused
+    // is one the whole would have been refused for.
     const std::size_t parts = std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()),
                                                     data.size() / minimumDecodedPart);
     const auto chunks = parts > 1 ? splitRecords(data, parts) : std::vector<std::string>();
