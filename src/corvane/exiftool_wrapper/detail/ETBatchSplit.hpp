@@ -14,7 +14,7 @@ namespace corvane::detail {
 inline constexpr std::size_t minimumFilesPerShare = 20;
 // The smallest piece a process takes at a time. A command of a process that stays open costs
 // ExifTool about 0.3 ms, a JPEG about 6 ms: pieces this small at the end have the processes end
-// within a dozen milliseconds of each other (with pieces of 8 files, 40 ms apart at worst).
+// within a dozen milliseconds of each other (with pieces of eight files, up to 50 ms apart).
 inline constexpr std::size_t minimumFilesPerPiece = 2;
 
 // How a large run is shared: `processes` processes take the pieces in order, each the next one
