@@ -56,7 +56,8 @@ protected:
 // shown even where the tag's converter can't read it: more numbers than the tag's table declares, an
 // unset date, a number ExifTool prints as text, a date alone. A list of one text, which ExifTool
 // prints as a plain text, is that one element even when it holds the list's separator; a list of
-// numbers printed as one text is all of its numbers.
+// numbers printed as one text is all of its numbers, and a list whose every element its converter
+// drops is its elements as they print.
 TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
     const TagStorage storage = decodeOne(R"(
         "EXIF:IFD0": {"Artist": "Zoë", "NotInTheCatalogue": "x", "Copyright": ""},
@@ -68,7 +69,8 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
         "EXIF:ExifIFD": {"ExifImageWidth": "100 0", "DateTimeOriginal": "0000:00:00 00:00:00",
                          "DigitalZoomRatio": "undef", "ExposureTime": 0.002, "SubjectArea": "2009 1506 2318 1390"},
         "PNG:PNG-cHRM": {"WhitePointX": 0.3127},
-        "XMP:XMP-photoshop": {"DateCreated": "2004:02:26"})");
+        "XMP:XMP-photoshop": {"DateCreated": "2004:02:26"},
+        "XMP:XMP-iptcExt": {"LocationCreatedCountryCode": [1, 2, 4]})");
     const Values expected{{"EXIF:Artist", "Zoë"},
                           {"EXIF:NotInTheCatalogue", {}},
                           {"EXIF:Copyright", ""},
@@ -87,7 +89,8 @@ TEST_F(ETReaderDecoding, ValuesAreKeptUnderCatalogueNamesWithTheirStreams) {
                           {"EXIF:ExposureTime", "0.00200000"},
                           {"EXIF:SubjectArea", "2009 1506 2318 1390"},
                           {"PNG:WhitePointX", "0.31270000"},
-                          {"XMP:DateCreated", "2004:02:26"}};
+                          {"XMP:DateCreated", "2004:02:26"},
+                          {"XMP:LocationCreatedCountryCode", "1,2,4"}};
     EXPECT_EQ(valuesOf(storage, expected), expected);
     // A group without any known tag still marks its stream as present; the resources completed from
     // the source don't.

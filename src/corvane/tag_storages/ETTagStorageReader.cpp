@@ -373,7 +373,24 @@ private:
             string = std::string(trimAsciiWhiteSpace(*text));
         // So is a number the tag's type can't hold (-1 in an unsigned tag).
         if (!string && !text && !printed.empty()) string = std::string(printed);
+        // And a list whose every element the converter drops (numbers in a list of country codes):
+        // its elements as they print, joined as the tag's list.
+        if (string && string->empty() && !text) string = elementsText(value).value_or(std::string());
         if (string) storeText(std::move(*string));
+    }
+
+    // The elements of an array value, in the tag's list form; nothing for an empty array or another
+    // value.
+    std::optional<std::string> elementsText(const DynamicValue& value) const {
+        const DynamicArray* elements = value.arrayValue();
+        if (!elements || elements->empty()) return std::nullopt;
+        const bool comma = currentItem_->isList() || currentItem_->valueSeparator() == ", ";
+        std::string joined;
+        for (const DynamicValue& element : *elements) {
+            if (&element != &elements->front()) joined += comma ? "," : " ";
+            joined += element.description();
+        }
+        return joined;
     }
 
     void storeText(std::string string) {
